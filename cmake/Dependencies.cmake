@@ -1,0 +1,25 @@
+# Libraries that others keep well, under the same target names on every system. On Linux they are Debian's packages; for Windows those
+# that the core's edges need are built from Debian's source packages (cmake/windows/build-dependencies).
+
+find_package(GTest REQUIRED)
+find_package(pugixml REQUIRED)
+find_package(ZLIB REQUIRED)
+
+if(WIN32)
+  find_package(libzip REQUIRED)
+  foreach(library nlohmann_json::nlohmann_json CLI11::CLI11 fmt::fmt)
+    add_library(${library} INTERFACE IMPORTED)
+    target_include_directories(${library} INTERFACE ${VARDO_WINDOWS_DEPENDENCIES}/include-links)
+  endforeach()
+  target_compile_definitions(fmt::fmt INTERFACE FMT_HEADER_ONLY)
+else()
+  find_package(PkgConfig REQUIRED)
+  # Debian's CMake files for libzip ask for its command line tools, pkg-config does not.
+  pkg_check_modules(libzip REQUIRED IMPORTED_TARGET libzip)
+  add_library(libzip::zip ALIAS PkgConfig::libzip)
+  pkg_check_modules(icu REQUIRED IMPORTED_TARGET icu-i18n icu-uc)
+  find_package(nlohmann_json REQUIRED)
+  find_package(CLI11 REQUIRED)
+  find_package(fmt REQUIRED)
+  find_package(Qt6 REQUIRED COMPONENTS Widgets Test)
+endif()

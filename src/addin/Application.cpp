@@ -1,0 +1,115 @@
+#include "addin/Application.h"
+
+#include "addin/Global_Variables.h"
+#include "addin/Registry.h"
+#include "addin/Vardo_Visio_Link_Module.h"
+#include "addin/host/HostConstants.h"
+#include "addin/host/HostError.h"
+#include "addin/host/IVApplication.h"
+#include "addin/host/IVDocument.h"
+#include "addin/host/IVEventList.h"
+#include "addin/host/IVMenus.h"
+#include "addin/host/IVShape.h"
+#include "catalog/NameCatalogues.h"
+#include "events/CEventSink.h"
+#include "platform/Platform.h"
+
+#include <string>
+#include <vector>
+
+namespace vardo {
+namespace {
+
+constexpr struct {
+  std::uint16_t code;
+  std::string_view description;
+} kAdvisedEvents[] = {
+    {kEventDocumentCreated, "Document Created...."}, {kEventBeforeSelectionDelete, "Before Selection Delete"},
+    {kEventPageAdded, "Add Page"},                   {kEventPageDeleted, "Delete Page"},
+    {kEventShapeAdded, "Shape Added"},               {kEventPageChanged, "Page Modified"},
+    {kEventWindowChanged, "Window Changed"},         {kEventDocumentClosed, "Document Closed"},
+    {kEventTextChanged, "Text Modified"},
+};
+
+constexpr std::string_view kMenuCaption = "&Simulate";
+constexpr int kMenuPosition = 6;
+
+void AddItem(IVMenuItems& items, int position, std::string_view caption, std::string_view runs) {
+  const IVMenuItemPtr item = items.AddAt(position);
+  item->SetCaption(caption);
+  item->SetAddOnName(runs);
+}
+
+bool HasVardoMenu(IVMenus& menus) {
+  const int count = menus.Count();
+  for (int i = 0; i < count; ++i)
+    if (menus.Item(i)->Caption() == kMenuCaption) return true;
+  return false;
+}
+
+void AddMenuItems(IVMenuItems& items) {
+  AddItem(items, 0, "&Check Drawing", R"(set t = CreateObject("VardoFlowchart.Addon"):t.ShowStartupForm Application)");
+  if (!GetRegistryString(R"(Software\Brennick Software)", "RecentVardoEngineRoot", "").empty())
+    AddItem(items, 1, "&Simulate Drawing", "XR_Simulate.exe");
+  AddItem(items, 2, "&About Vardo", "XR_AboutVardo.exe");
+}
+
+void EmptyProperties(IVShape& sheet) {
+  const int rows = sheet.RowCount(kSectionProp);
+  if (rows < 1) return;
+  std::vector<std::int16_t> stream;
+  for (int row = 0; row < rows; ++row) stream.insert(stream.end(), {kSectionProp, static_cast<std::int16_t>(row), kCellPropValue});
+  sheet.SetFormulas(stream, std::vector<std::string>(static_cast<size_t>(rows), "\"\""), kSetBlastGuards);
+}
+
+template <class Collection>
+void DeleteFromLastToFirst(Collection& collection) {
+  for (int i = collection.Count(); i >= 1; --i) collection.Item(i)->Delete();
+}
+
+}  // namespace
+
+void Application::AddVardoMenu() {
+  if (!visApp) return;
+  try {
+    IVUIObjectPtr userInterface = visApp->CustomMenus();
+    if (!userInterface) userInterface = visApp->BuiltInMenus();
+    const IVMenusPtr menus = userInterface->MenuSets()->ItemAtID(kMenuSetDrawing)->Menus();
+    if (HasVardoMenu(*menus)) return;
+    const IVMenuPtr menu = menus->AddAt(kMenuPosition);
+    menu->SetCaption(kMenuCaption);
+    AddMenuItems(*menu->MenuItems());
+    visApp->SetCustomMenus(userInterface);
+    BuildNameCatalogues();
+  } catch (const AutomationError& error) {
+    ThePlatform().ShowMessage("Error in AddVardoMenu\n" + std::to_string(error.number()) + "\n" + error.description(), kProductTitle,
+                              kStyleExclamation);
+  }
+}
+
+void Application::InitializePage() {
+  if (!visApp) return;
+  try {
+    const IVPagePtr page = visApp->ActivePage();
+    EmptyProperties(*page->PageSheet());
+    DeleteFromLastToFirst(*page->Shapes());
+    DeleteFromLastToFirst(*visApp->ActiveDocument()->Masters());
+  } catch (const AutomationError&) {
+    ThePlatform().ShowMessage("Error in procedure InititalizePage", kProductTitle, kStyleExclamation);
+  }
+}
+
+void Application::SetupEventSink(const IVApplicationPtr& application) {
+  visApp = application;
+  const IVEventListPtr events = application->EventList();
+  if (eventSink) return;
+  eventSink = std::make_shared<CEventSink>();
+  for (const auto& event : kAdvisedEvents) events->AddAdvise(static_cast<std::int16_t>(event.code), eventSink, "", event.description);
+}
+
+void Application::ShowEditor(const IVApplicationPtr& application, const IVShapePtr& shape) {
+  visApp = application;
+  OpenModuleDialog(shape);
+}
+
+}  // namespace vardo

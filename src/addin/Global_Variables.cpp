@@ -1,0 +1,8 @@
+#include "addin/Global_Variables.h"
+
+namespace vardo {
+
+IVApplicationPtr visApp;
+IVEventSinkPtr eventSink;
+
+}  // namespace vardo

@@ -1,0 +1,60 @@
+// A drawing: its pages and its masters.
+//   Text is UTF-8. Collections count from 1; an index or name that is not there throws HostError(kHostBadIndex).
+#pragma once
+
+#include "addin/host/HostFwd.h"
+
+#include <string>
+#include <string_view>
+
+namespace vardo {
+
+class IVDocument {
+ public:
+  virtual ~IVDocument() = default;
+  virtual IVPagesPtr Pages() = 0;
+  virtual IVMastersPtr Masters() = 0;
+};
+
+class IVPages {
+ public:
+  virtual ~IVPages() = default;
+  virtual int Count() = 0;
+  virtual IVPagePtr Item(int index) = 0;
+  // Names are compared exactly.
+  virtual IVPagePtr Item(std::string_view name) = 0;
+  // Adds a page behind the last, names it "Page-n" and shows it; the page-added event is over when this returns.
+  virtual IVPagePtr Add() = 0;
+};
+
+class IVPage {
+ public:
+  virtual ~IVPage() = default;
+  virtual std::string Name() = 0;
+  // Throws HostError(kHostNotAllowed) when the name is empty or another page has it.
+  virtual void SetName(std::string_view name) = 0;
+  // The page's own sheet, read and written like a shape.
+  virtual IVShapePtr PageSheet() = 0;
+  // The top-level shapes, in drawing order.
+  virtual IVShapesPtr Shapes() = 0;
+  // Deletes the page with all that is on it; with renumber not 0 pages that bear their number as name are renumbered.
+  // Throws HostError(kHostNotAllowed) for the only page of a drawing.
+  virtual void Delete(short renumber) = 0;
+};
+
+class IVMasters {
+ public:
+  virtual ~IVMasters() = default;
+  virtual int Count() = 0;
+  virtual IVMasterPtr Item(int index) = 0;
+};
+
+class IVMaster {
+ public:
+  virtual ~IVMaster() = default;
+  virtual std::string Name() = 0;
+  // Takes the master out of the drawing. Shapes made from it keep all they had, with no master.
+  virtual void Delete() = 0;
+};
+
+}  // namespace vardo

@@ -1,0 +1,199 @@
+#include "addin/host/HostError.h"
+#include "app/Commands.h"
+#include "app/Modules.h"
+#include "dialogs/ModuleDialog.h"
+#include "drawing/HostObjects.h"
+#include "forms/Forms.h"
+#include "forms/headless/HeadlessPresenter.h"
+#include "forms/qt/QtPlatform.h"
+#include "forms/qt/QtPresenter.h"
+#include "forms/qt/QtSession.h"
+#include "platform/NativePlatform.h"
+#include "script/AddinSession.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cstdio>
+#include <cstdlib>
+
+namespace vardo {
+namespace {
+
+struct Assignment {
+  std::string field, text;
+};
+
+struct FoundModule {
+  SheetRef ref;
+  std::string page, name;
+  std::string kind;
+};
+
+using Properties = std::vector<std::pair<std::string, std::string>>;
+
+AutomationError Refused(const std::string& sentence) { return AutomationError(5, sentence); }
+
+Assignment ParseAssignment(const std::string& text) {
+  const size_t equals = text.find('=');
+  if (equals == std::string::npos || equals == 0) throw Refused(fmt::format("\"{}\" is no assignment: write FIELD=TEXT, such as CreateUnits=Minutes.", text));
+  return {text.substr(0, equals), text.substr(equals + 1)};
+}
+
+// By name or ID first; a text is how people know their modules, so it serves when no shape bears the name.
+std::vector<FoundModule> FindShapes(DrawingHost& host, const EditOptions& options, bool byText) {
+  std::vector<FoundModule> found;
+  int id = 0;
+  const auto [end, error] = std::from_chars(options.shape.data(), options.shape.data() + options.shape.size(), id);
+  const bool isId = error == std::errc() && end == options.shape.data() + options.shape.size();
+  Drawing& drawing = host.drawing();
+  for (int p = 1; p <= drawing.PageCount(); ++p) {
+    DrawingPage& page = drawing.PageAt(p);
+    if (!options.page.empty() && page.Name() != options.page) continue;
+    for (int i = 1; i <= page.ShapeCount(); ++i) {
+      const DrawingShape& shape = page.ShapeAt(i);
+      const bool matches = byText ? shape.Text() == options.shape : page.NameOf(shape) == options.shape || (isId && shape.id() == id);
+      if (matches) found.push_back({host.RefTo(page, shape.id()), page.Name(), page.NameOf(shape), ModuleKindOf(shape)});
+    }
+  }
+  return found;
+}
+
+FoundModule FindModule(DrawingHost& host, const EditOptions& options) {
+  const std::string file = options.file.string();
+  if (!options.page.empty() && !host.drawing().FindPage(options.page))
+    throw Refused(fmt::format("{} has no page \"{}\"; `vardo show` lists its pages.", file, options.page));
+  std::vector<FoundModule> found = FindShapes(host, options, false);
+  if (found.empty()) found = FindShapes(host, options, true);
+  if (found.empty()) throw Refused(fmt::format("{} has no shape \"{}\"; `vardo show` lists its modules.", file, options.shape));
+  if (found.size() > 1) {
+    std::string places;
+    for (const FoundModule& module : found) places += fmt::format("{}\"{}\" on page \"{}\"", places.empty() ? "" : ", ", module.name, module.page);
+    throw Refused(fmt::format("\"{}\" is more than one shape in {} ({}); name the shape and its page (--page).", options.shape, file, places));
+  }
+  if (found[0].kind.empty()) throw Refused(fmt::format("The shape \"{}\" in {} is no module, so it has no dialog.", options.shape, file));
+  return found[0];
+}
+
+// Without a screen a message is for standard error.
+class ConsolePlatform : public ForwardingPlatform {
+ public:
+  using ForwardingPlatform::ForwardingPlatform;
+  void ShowMessage(std::string_view text, std::string_view, int) override { fmt::print(stderr, "vardo: {}\n", text); }
+};
+
+// Puts the texts into the fields of the dialog and presses OK, as a person would.
+class DialogFiller {
+ public:
+  explicit DialogFiller(std::vector<Assignment> assignments) : assignments_(std::move(assignments)) {}
+  void Fill(Form& form) {
+    auto& dialog = dynamic_cast<ModuleDialog&>(form);
+    for (const Assignment& assignment : assignments_) Type(dialog, assignment);
+    form.UserKey("Enter");
+    accepted_ = !form.IsShown();
+  }
+  bool accepted() const { return accepted_; }
+
+ private:
+  static void Type(ModuleDialog& dialog, const Assignment& assignment) {
+    const DialogField* field = dialog.FindField(assignment.field);
+    if (!field) throw Refused(fmt::format("The {} dialog has no field {}; its fields are {}.", dialog.Caption(), assignment.field, FieldNames(dialog)));
+    TextControl& control = field->control();
+    if (!control.Shown())
+      throw Refused(fmt::format("The field {} is not shown now: choose the type that uses it first.", field->property()));
+    const auto* combo = dynamic_cast<const ComboBox*>(&control);
+    const bool offered = !combo || !combo->PickOnly() || std::count(combo->Items().begin(), combo->Items().end(), assignment.text) > 0;
+    if (!offered) throw Refused(fmt::format("{} takes one of {}, not \"{}\".", field->property(), fmt::join(combo->Items(), ", "), assignment.text));
+    dialog.UserType(control, assignment.text);
+  }
+  static std::string FieldNames(const ModuleDialog& dialog) {
+    std::string names;
+    for (const DialogField& field : dialog.Fields()) names += (names.empty() ? "" : ", ") + field.property();
+    return names;
+  }
+  std::vector<Assignment> assignments_;
+  bool accepted_ = false;
+};
+
+Properties Snapshot(DrawingHost& host, const SheetRef& ref) {
+  const DrawingShape& shape = host.ResolveShape(ref);
+  Properties all = PropertiesOfShape(shape);
+  all.insert(all.begin(), {"text", shape.Text()});
+  return all;
+}
+
+int PrintChanges(const FoundModule& module, const Properties& before, const Properties& after) {
+  int changes = 0;
+  fmt::print("{} \"{}\" on page \"{}\":\n", module.kind, module.name, module.page);
+  for (const auto& [name, value] : after) {
+    const auto old = std::find_if(before.begin(), before.end(), [&, &key = name](const auto& p) { return p.first == key; });
+    const std::string oldValue = old == before.end() ? "" : old->second;
+    if (oldValue == value) continue;
+    fmt::print("  {}: \"{}\" -> \"{}\"\n", name, oldValue, value);
+    ++changes;
+  }
+  if (changes == 0) fmt::print("  nothing changed\n");
+  return changes;
+}
+
+bool HasDisplay() { return std::getenv("DISPLAY") || std::getenv("WAYLAND_DISPLAY") || std::getenv("QT_QPA_PLATFORM"); }
+
+// Shows the dialog through the presenter; true when it was shown and closed with OK, which wrote something or at least everything.
+bool RunDialog(AddinSession& session, const FoundModule& module, FormPresenter& presenter) {
+  SetFormPresenter(&presenter);
+  session.host().StartWriteLog();
+  session.ShowEditor(module.ref, true);
+  UnloadAllForms();
+  SetFormPresenter(nullptr);
+  return !session.host().TakeWriteLog().empty();
+}
+
+}  // namespace
+
+int EditModule(const EditOptions& options, int argc, char** argv) {
+  std::vector<Assignment> assignments;
+  for (const std::string& text : options.assignments) assignments.push_back(ParseAssignment(text));
+
+  const std::unique_ptr<Platform> machine = MakeNativePlatform();
+  ConsolePlatform console(*machine);
+  SetPlatform(&console);
+  AddinSession session(true);
+  session.Open(options.file);
+  const FoundModule module = FindModule(session.host(), options);
+  const Properties before = Snapshot(session.host(), module.ref);
+
+  bool saves = false;
+  if (!assignments.empty()) {
+    DialogFiller filler(std::move(assignments));
+    bool shown = false;
+    HeadlessPresenter presenter([&](Form& form) {
+      shown = true;
+      filler.Fill(form);
+    });
+    RunDialog(session, module, presenter);
+    if (!shown) throw Refused(fmt::format("There is no dialog for {} modules.", module.kind));
+    if (!filler.accepted()) {
+      fmt::print(stderr, "vardo: {} was left as it is.\n", options.file.string());
+      return 1;
+    }
+    saves = true;
+  } else {
+    if (!HasDisplay()) throw Refused("There is no display to show the dialog on; give its fields as FIELD=TEXT instead.");
+    QtSession qt(argc, argv);
+    QtPlatform screen(*machine);
+    SetPlatform(&screen);
+    QtPresenter presenter;
+    saves = RunDialog(session, module, presenter);
+    SetPlatform(&console);
+  }
+  if (!saves) {
+    fmt::print("Cancelled; {} was left as it is.\n", options.file.string());
+    return 0;
+  }
+  PrintChanges(module, before, Snapshot(session.host(), module.ref));
+  fmt::print("Saved {}.\n", session.host().Save(options.output ? options.output : std::optional(options.file)).string());
+  return 0;
+}
+
+}  // namespace vardo

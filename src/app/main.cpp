@@ -1,0 +1,92 @@
+#include "addin/host/HostError.h"
+#include "app/Commands.h"
+#include "drawing/vsdx/FileError.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include <cstdio>
+
+namespace {
+
+using namespace vardo;
+
+constexpr int kWrongUsage = 2;
+
+// The program's own options, and what they ask for.
+struct CommandLine {
+  CLI::App app{"Models business and production processes as flowcharts in Visio drawings.", "vardo"};
+  ShowOptions show;
+  EditOptions edit;
+  ScriptOptions script;
+  NewOptions create;
+  CLI::App* showCommand = nullptr;
+  CLI::App* editCommand = nullptr;
+  CLI::App* scriptCommand = nullptr;
+  CLI::App* newCommand = nullptr;
+
+  CommandLine() {
+    app.require_subcommand(1);
+    app.set_version_flag("--version", "vardo " VARDO_VERSION);
+    app.footer("Examples:\n  vardo new bank.vsdx\n  vardo show bank.vsdx\n  vardo edit bank.vsdx Create CreateUnits=Minutes\n");
+
+    showCommand = app.add_subcommand("show", "Print a drawing's pages, modules and connections");
+    showCommand->add_option("FILE", show.file, "The drawing")->required();
+    showCommand->add_flag("--json", show.json, "Print JSON");
+    showCommand->footer("Examples:\n  vardo show bank.vsdx\n  vardo show --json bank.vsdx\n");
+
+    editCommand = app.add_subcommand("edit", "Edit a module in its dialog, on screen or with the fields given");
+    editCommand->add_option("FILE", edit.file, "The drawing")->required();
+    editCommand->add_option("SHAPE", edit.shape, "The module's shape: its name, its ID or its text")->required();
+    editCommand->add_option("FIELD=TEXT", edit.assignments, "What to put into the dialog's fields, in this order");
+    editCommand->add_option("-p,--page", edit.page, "The page the shape is on");
+    editCommand->add_option("-o,--output", edit.output, "Save to this file and leave FILE as it is");
+    editCommand->footer(
+        "Examples:\n  vardo edit bank.vsdx Create\n  vardo edit bank.vsdx Create CreateUnits=Minutes CreateValue=5\n"
+        "  vardo edit bank.vsdx \"Customer arrives\" CreateType=Schedule -o plan.vsdx\n");
+
+    scriptCommand = app.add_subcommand("script", "Drive a drawing and its dialogs with JSON lines");
+    scriptCommand->add_option("FILE", script.file, "The drawing to open first");
+    scriptCommand->add_option("--forms", script.forms, "What shows the dialogs")->check(CLI::IsMember({"headless", "qt"}));
+    scriptCommand->add_flag("--no-addin", script.withoutAddin, "Do not start the add-in when a drawing is opened");
+    scriptCommand->footer("Examples:\n  echo '{\"do\":\"pages\"}' | vardo script bank.vsdx\n  vardo script --forms qt < story.jsonl\n");
+
+    newCommand = app.add_subcommand("new", "Make a drawing with the modules and connectors at hand");
+    newCommand->add_option("FILE", create.file, "The drawing to make")->required();
+    newCommand->add_flag("--replace", create.replace, "Replace a file of that name");
+    newCommand->footer("Examples:\n  vardo new bank.vsdx\n");
+  }
+
+  int Run(int argc, char** argv) {
+    if (*showCommand) return ShowDrawing(show);
+    if (*editCommand) return EditModule(edit, argc, argv);
+    if (*scriptCommand) return RunScript(script, argc, argv);
+    return NewDrawing(create);
+  }
+};
+
+int Fail(const std::string& sentence) {
+  fmt::print(stderr, "vardo: {}\n", sentence);
+  return 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CommandLine line;
+  try {
+    line.app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    const int status = line.app.exit(error);
+    return status == 0 ? 0 : kWrongUsage;
+  }
+  try {
+    return line.Run(argc, argv);
+  } catch (const FileError& error) {
+    return Fail(error.what());
+  } catch (const AutomationError& error) {
+    return Fail(error.description());
+  } catch (const std::bad_alloc&) {
+    return Fail("There is not enough memory for this drawing.");
+  }
+}

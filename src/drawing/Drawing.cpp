@@ -1,0 +1,259 @@
+#include "drawing/Drawing.h"
+
+#include "addin/host/HostError.h"
+#include "drawing/VisioXml.h"
+#include "drawing/stencil/StencilPackage.h"
+#include "drawing/vsdx/FileError.h"
+
+#include <algorithm>
+
+namespace vardo {
+namespace {
+
+bool EndsWith(std::string_view text, std::string_view ending) { return text.size() >= ending.size() && text.substr(text.size() - ending.size()) == ending; }
+
+// The id attribute of a <Rel>, whatever prefix the file gives its namespace.
+pugi::xml_attribute RelId(pugi::xml_node entry) {
+  for (const pugi::xml_attribute attribute : entry.child("Rel").attributes())
+    if (EndsWith(attribute.name(), ":id")) return attribute;
+  return {};
+}
+
+std::string Folder(std::string_view part) { return std::string(part.substr(0, part.rfind('/') + 1)); }
+
+// A drawing written with a namespace prefix, or of a later kind, would look empty to us: better to say so.
+XmlPart& ExpectRoot(Package& package, const std::string& part, std::string_view root) {
+  XmlPart& xml = package.Xml(part);
+  if (xml.root().name() != root)
+    throw FileError::NotADrawing(package.displayName(), "written in a way that is not understood (" + PartInWords(part) + " starts with <" +
+                                                            xml.root().name() + ">, not <" + std::string(root) + ">)");
+  return xml;
+}
+
+}  // namespace
+
+DrawingMaster::DrawingMaster(pugi::xml_node entry, std::string partName, XmlPart& part)
+    : entry_(entry), partName_(std::move(partName)), part_(part) {
+  struct Pending {
+    pugi::xml_node element;
+    const DrawingShape* parent;
+  };
+  std::vector<Pending> pending{{part.root().child("Shapes").child("Shape"), nullptr}};
+  if (!pending[0].element) return;
+  for (size_t at = 0; at < pending.size(); ++at) {
+    shapes_.push_back(std::make_unique<DrawingShape>(part, pending[at].element, nullptr, pending[at].parent));
+    const DrawingShape* shape = shapes_.back().get();
+    for (const pugi::xml_node inner : pending[at].element.child("Shapes").children("Shape")) pending.push_back({inner, shape});
+  }
+}
+
+std::string DrawingMaster::Name() const {
+  const pugi::xml_attribute name = entry_.attribute("NameU");
+  return name ? name.value() : entry_.attribute("Name").value();
+}
+
+const DrawingShape* DrawingMaster::TopShape() const { return shapes_.empty() ? nullptr : shapes_.front().get(); }
+
+const DrawingShape* DrawingMaster::FindShape(int id) const {
+  const auto found = std::find_if(shapes_.begin(), shapes_.end(), [&](const auto& shape) { return shape->id() == id; });
+  return found == shapes_.end() ? nullptr : found->get();
+}
+
+std::unique_ptr<Drawing> Drawing::Open(const std::filesystem::path& file) {
+  return std::unique_ptr<Drawing>(new Drawing(Package::OpenFile(file)));
+}
+
+std::unique_ptr<Drawing> Drawing::New() { return std::unique_ptr<Drawing>(new Drawing(MakeNewDrawing())); }
+
+Drawing::Drawing(std::unique_ptr<Package> package) : package_(std::move(package)) {
+  ReadDocument();
+  Reread();
+}
+
+void Drawing::ReadDocument() {
+  const std::string document = package_->MainPart();
+  XmlPart& part = ExpectRoot(*package_, document, "VisioDocument");
+  pagesPart_ = RelatedPart(document, "/pages");
+  mastersPart_ = RelatedPart(document, "/masters");
+  if (pagesPart_.empty()) throw FileError::Damaged(package_->displayName(), "it has no list of pages");
+  if (const pugi::xml_node sheet = part.root().child("DocumentSheet")) documentSheet_ = std::make_unique<Sheet>(part, sheet, nullptr);
+}
+
+void Drawing::Reread() {
+  pages_.clear();
+  masters_.clear();
+  ReadMasters();
+  ReadPages();
+}
+
+void Drawing::ReadMasters() {
+  if (mastersPart_.empty()) return;
+  const std::vector<Relationship> relationships = package_->RelationshipsOf(mastersPart_);
+  for (const pugi::xml_node entry : ExpectRoot(*package_, mastersPart_, "Masters").root().children("Master")) {
+    for (const Relationship& relationship : relationships)
+      if (relationship.id == RelId(entry).value())
+        masters_.push_back(std::make_unique<DrawingMaster>(entry, relationship.target, ExpectRoot(*package_, relationship.target, "MasterContents")));
+  }
+}
+
+void Drawing::ReadPages() {
+  const std::vector<Relationship> relationships = package_->RelationshipsOf(pagesPart_);
+  for (const pugi::xml_node entry : ExpectRoot(*package_, pagesPart_, "Pages").root().children("Page")) {
+    std::string partName;
+    for (const Relationship& relationship : relationships)
+      if (relationship.id == RelId(entry).value()) partName = relationship.target;
+    XmlPart* contents = partName.empty() ? nullptr : &ExpectRoot(*package_, partName, "PageContents");
+    pages_.push_back(std::make_unique<DrawingPage>(*this, entry, partName, contents));
+    highestPageId_ = std::max(highestPageId_, pages_.back()->id());
+  }
+  if (pages_.empty()) throw FileError::Damaged(package_->displayName(), "it has no page");
+}
+
+DrawingPage* Drawing::FindPage(int id) {
+  const auto found = std::find_if(pages_.begin(), pages_.end(), [&](const auto& page) { return page->id() == id; });
+  return found == pages_.end() ? nullptr : found->get();
+}
+
+DrawingPage* Drawing::FindPage(std::string_view name) {
+  const auto found = std::find_if(pages_.begin(), pages_.end(), [&](const auto& page) { return page->Name() == name; });
+  return found == pages_.end() ? nullptr : found->get();
+}
+
+int Drawing::IndexOf(const DrawingPage& page) const {
+  const auto found = std::find_if(pages_.begin(), pages_.end(), [&](const auto& other) { return other.get() == &page; });
+  return static_cast<int>(found - pages_.begin()) + 1;
+}
+
+DrawingPage& Drawing::AddPage(DrawingPage& sizedLike) {
+  const std::string partName = package_->FreshName(Folder(pagesPart_) + "page", ".xml");
+  XmlPart& contents = package_->AddXml(partName, kEmptyPage, kPageContentType);
+  const ListedPart listed{pagesPart_, kPageRelationship, partName, package_->AddRelationship(pagesPart_, kPageRelationship, partName)};
+  journal_.Record([=, this] { SetListed(listed, false); }, [=, this] { SetListed(listed, true); });
+
+  int number = PageCount() + 1;
+  while (FindPage("Page-" + std::to_string(number))) ++number;
+  const std::string name = "Page-" + std::to_string(number);
+  XmlPart& list = package_->Xml(pagesPart_);
+  const pugi::xml_node entry = editor_.InsertElement(list, list.root(), "Page");
+  editor_.SetAttribute(list, entry, "ID", std::to_string(++highestPageId_));
+  editor_.SetAttribute(list, entry, "NameU", name);
+  editor_.SetAttribute(list, entry, "Name", name);
+  const pugi::xml_node sheet = editor_.InsertElement(list, entry, "PageSheet");
+  for (const char* style : {"LineStyle", "FillStyle", "TextStyle"}) editor_.SetAttribute(list, sheet, style, "0");
+  for (const pugi::xml_node cell : sizedLike.PageSheet().element().children("Cell")) editor_.InsertCopy(list, sheet, cell);
+  editor_.SetAttribute(list, editor_.InsertElement(list, entry, "Rel"), "r:id", listed.relationship);
+
+  pages_.push_back(std::make_unique<DrawingPage>(*this, entry, partName, &contents));
+  return *pages_.back();
+}
+
+void Drawing::RemovePage(DrawingPage& page, bool renumber) {
+  const int index = IndexOf(page);
+  const ListedPart listed{pagesPart_, kPageRelationship, page.partName(), RelId(page.entry()).value()};
+  editor_.Remove(package_->Xml(pagesPart_), page.entry());
+  pages_.erase(pages_.begin() + (index - 1));
+  if (!listed.part.empty()) Unlist(listed);
+  if (!renumber) return;
+  for (int at = index; at <= PageCount(); ++at) {
+    const std::string numbered = "Page-" + std::to_string(at + 1), wanted = "Page-" + std::to_string(at);
+    if (PageAt(at).Name() == numbered && !FindPage(wanted)) PageAt(at).SetName(wanted);
+  }
+}
+
+DrawingMaster* Drawing::FindMaster(int id) const {
+  const auto found = std::find_if(masters_.begin(), masters_.end(), [&](const auto& master) { return master->id() == id; });
+  return found == masters_.end() ? nullptr : found->get();
+}
+
+DrawingMaster* Drawing::FindMaster(std::string_view name) const {
+  const auto found = std::find_if(masters_.begin(), masters_.end(), [&](const auto& master) { return master->Name() == name; });
+  return found == masters_.end() ? nullptr : found->get();
+}
+
+DrawingMaster* Drawing::BringMaster(std::string_view name) {
+  if (DrawingMaster* own = FindMaster(name)) return own;
+  const std::unique_ptr<Drawing> stencil = Drawing::New();
+  const DrawingMaster* original = stencil->FindMaster(name);
+  if (!original) return nullptr;
+
+  XmlPart& list = EnsureMastersPart();
+  const std::string partName = package_->FreshName(Folder(mastersPart_) + "master", ".xml");
+  XmlPart& part = package_->AddXml(partName, stencil->package().Bytes(original->partName()), kMasterContentType);
+  const ListedPart listed{mastersPart_, kMasterRelationship, partName, package_->AddRelationship(mastersPart_, kMasterRelationship, partName)};
+  journal_.Record([=, this] { SetListed(listed, false); }, [=, this] { SetListed(listed, true); });
+  int id = 1;
+  for (const auto& master : masters_) id = std::max(id, master->id() + 1);
+  const pugi::xml_node entry = editor_.InsertCopy(list, list.root(), original->entry());
+  editor_.SetAttribute(list, entry, "ID", std::to_string(id));
+  RelId(entry).set_value(listed.relationship.c_str());
+  // The stencil's styles have other numbers here, if they are here at all.
+  const auto plainStyles = [this](XmlPart& tree, pugi::xml_node sheet) {
+    for (const char* style : {"LineStyle", "FillStyle", "TextStyle"}) editor_.SetAttribute(tree, sheet, style, "0");
+  };
+  plainStyles(list, entry.child("PageSheet"));
+  for (const pugi::xml_node shape : part.root().child("Shapes").children("Shape")) plainStyles(part, shape);
+  masters_.push_back(std::make_unique<DrawingMaster>(entry, partName, part));
+  return masters_.back().get();
+}
+
+void Drawing::RemoveMaster(DrawingMaster& master) {
+  const ListedPart listed{mastersPart_, kMasterRelationship, master.partName(), RelId(master.entry()).value()};
+  editor_.Remove(package_->Xml(mastersPart_), master.entry());
+  Unlist(listed);
+  Reread();
+}
+
+void Drawing::Unlist(const ListedPart& listed) {
+  SetListed(listed, false);
+  journal_.Record([=, this] { SetListed(listed, true); }, [=, this] { SetListed(listed, false); });
+}
+
+void Drawing::SetListed(const ListedPart& listed, bool present) {
+  package_->SetPresent(listed.part, present);
+  if (present) package_->AddRelationship(listed.list, listed.type, listed.part, listed.relationship);
+  else package_->RemoveRelationship(listed.list, listed.relationship);
+}
+
+CellLookup Drawing::LookupFor(DrawingPage* page, const Sheet& sheet) {
+  return [this, page, &sheet](std::string_view sheetName, std::string_view cell) -> std::optional<CellValue> {
+    constexpr std::string_view kById = "Sheet.";
+    const Sheet* target = &sheet;
+    if (sheetName == "ThePage") target = page ? &page->PageSheet() : nullptr;
+    else if (sheetName == "TheDoc") target = documentSheet_.get();
+    else if (sheetName.substr(0, kById.size()) == kById) target = page ? page->FindShape(std::atoi(std::string(sheetName.substr(kById.size())).c_str())) : nullptr;
+    else if (!sheetName.empty()) target = page ? page->FindShape(sheetName) : nullptr;
+    if (!target) return std::nullopt;
+    const auto address = target->Find(cell);
+    return address ? std::optional(target->Value(*address)) : std::nullopt;
+  };
+}
+
+std::string Drawing::Undo() {
+  const std::string label = journal_.Undo();
+  Reread();
+  return label;
+}
+
+std::string Drawing::Redo() {
+  const std::string label = journal_.Redo();
+  Reread();
+  return label;
+}
+
+std::string Drawing::RelatedPart(std::string_view from, std::string_view typeEnding) const {
+  for (const Relationship& relationship : package_->RelationshipsOf(from))
+    if (EndsWith(relationship.type, typeEnding)) return relationship.target;
+  return "";
+}
+
+XmlPart& Drawing::EnsureMastersPart() {
+  if (mastersPart_.empty()) {
+    const std::string document = package_->MainPart();
+    mastersPart_ = Folder(document) + "masters/masters.xml";
+    package_->AddXml(mastersPart_, kEmptyMasters, kMastersContentType);
+    package_->AddRelationship(document, kMastersRelationship, mastersPart_);
+  }
+  return package_->Xml(mastersPart_);
+}
+
+}  // namespace vardo

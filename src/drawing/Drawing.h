@@ -1,0 +1,192 @@
+// A drawing in memory: its pages, shapes and masters, held in the trees of its file's parts.
+//   The trees are the store; the objects here are views that find their way in them, made anew after an undo. Shapes are known by
+//   page and ID, pages by ID: both are never used twice while the drawing is open.
+#pragma once
+
+#include "drawing/Journal.h"
+#include "drawing/Sheet.h"
+#include "drawing/TreeEditor.h"
+#include "drawing/vsdx/Package.h"
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+namespace vardo {
+
+class Drawing;
+class DrawingPage;
+
+// A shape of a master, or of a page.
+class DrawingShape : public Sheet {
+ public:
+  DrawingShape(XmlPart& part, pugi::xml_node element, const Sheet* base, const DrawingShape* parent)
+      : Sheet(part, element, base), parent_(parent) {}
+
+  int id() const { return element().attribute("ID").as_int(); }
+  const DrawingShape* parent() const { return parent_; }
+  // kShapeType...
+  short Type() const;
+  // The master it was made from, by the drawing's number; -1 when it has none.
+  int MasterId() const;
+  // Without the closing line end of the text block.
+  std::string Text() const;
+  void SetText(TreeEditor& editor, std::string_view text);
+
+ private:
+  const DrawingShape* parent_;
+};
+
+class DrawingMaster {
+ public:
+  DrawingMaster(pugi::xml_node entry, std::string partName, XmlPart& part);
+
+  int id() const { return entry_.attribute("ID").as_int(); }
+  std::string Name() const;
+  pugi::xml_node entry() const { return entry_; }
+  const std::string& partName() const { return partName_; }
+  XmlPart& part() const { return part_; }
+  // The one shape that a dropped instance is made from; null in a damaged master.
+  const DrawingShape* TopShape() const;
+  // A shape inside it, by its number in the master; null when there is none.
+  const DrawingShape* FindShape(int id) const;
+
+ private:
+  pugi::xml_node entry_;
+  std::string partName_;
+  XmlPart& part_;
+  std::vector<std::unique_ptr<DrawingShape>> shapes_;
+};
+
+class DrawingPage {
+ public:
+  DrawingPage(Drawing& drawing, pugi::xml_node entry, std::string partName, XmlPart* contents);
+
+  int id() const { return entry_.attribute("ID").as_int(); }
+  std::string Name() const;
+  void SetName(std::string_view name);
+  pugi::xml_node entry() const { return entry_; }
+  const std::string& partName() const { return partName_; }
+  // Null for the page of a stencil, which has no contents.
+  XmlPart* contents() const { return contents_; }
+  Sheet& PageSheet() { return *sheet_; }
+
+  // Top-level shapes in drawing order.
+  int ShapeCount();
+  DrawingShape& ShapeAt(int index);  // 1-based, within 1 .. ShapeCount
+  // Any shape of the page, also one inside a group; null when there is none.
+  DrawingShape* FindShape(int id);
+  DrawingShape* FindShape(std::string_view name);
+  // 1-based; 0 for a shape inside a group.
+  int IndexOf(const DrawingShape& shape);
+  std::string NameOf(const DrawingShape& shape);
+
+  // Appends an instance of a master and returns it.
+  DrawingShape& AddInstance(const DrawingMaster& master, double x, double y);
+  // Appends a copy of a shape of any page of the drawing. Glue to shapes that were not copied is loosened.
+  DrawingShape& AddCopy(const DrawingShape& original, const std::unordered_map<int, int>& newIds, int newId);
+  int TakeNewId();
+  void Remove(int shapeId);
+
+ private:
+  struct Entry {
+    std::unique_ptr<DrawingShape> shape;
+    int index = 0;
+  };
+  void EnsureShapes();
+  void EnsureIndexes();
+  void EnsureNames();
+  DrawingShape* AddView(pugi::xml_node element, const DrawingShape* parent);
+  const Sheet* BaseOf(pugi::xml_node element, const DrawingShape* parent) const;
+  pugi::xml_node ShapesElement();
+  DrawingShape& Adopt(pugi::xml_node element, const std::string& name);
+  std::string FreeName(std::string_view wanted, int id);
+  void LoosenGlueTo(int shapeId);
+  void EnsureMasterRelationship(const DrawingMaster& master);
+
+  Drawing& drawing_;
+  pugi::xml_node entry_;
+  std::string partName_;
+  XmlPart* contents_;
+  std::unique_ptr<Sheet> sheet_;
+  std::vector<DrawingShape*> topLevel_;
+  std::unordered_map<int, Entry> shapes_;
+  std::unordered_map<int, std::string> names_;
+  std::unordered_map<std::string, int> idsByName_;
+  bool shapesKnown_ = false, indexesKnown_ = false, namesKnown_ = false;
+  int highestId_ = 0;
+};
+
+class Drawing {
+ public:
+  // Throw FileError.
+  static std::unique_ptr<Drawing> Open(const std::filesystem::path& file);
+  static std::unique_ptr<Drawing> New();
+  void Save(const std::filesystem::path& file) { package_->Save(file); }
+  bool Changed() const { return package_->changed(); }
+
+  Package& package() { return *package_; }
+  Journal& journal() { return journal_; }
+  TreeEditor& editor() { return editor_; }
+
+  int PageCount() const { return static_cast<int>(pages_.size()); }
+  DrawingPage& PageAt(int index) { return *pages_[static_cast<size_t>(index - 1)]; }  // 1-based, within 1 .. PageCount
+  DrawingPage* FindPage(int id);
+  DrawingPage* FindPage(std::string_view name);
+  int IndexOf(const DrawingPage& page) const;  // 1-based
+  DrawingPage& AddPage(DrawingPage& sizedLike);
+  void RemovePage(DrawingPage& page, bool renumber);
+
+  int MasterCount() const { return static_cast<int>(masters_.size()); }
+  DrawingMaster& MasterAt(int index) { return *masters_[static_cast<size_t>(index - 1)]; }  // 1-based
+  DrawingMaster* FindMaster(int id) const;
+  DrawingMaster* FindMaster(std::string_view name) const;
+  // A master of the drawing, brought in from the built-in stencil when the drawing has none of that name; null when that has none either.
+  DrawingMaster* BringMaster(std::string_view name);
+  void RemoveMaster(DrawingMaster& master);
+
+  // The document's own sheet; null when the file has none.
+  Sheet* DocumentSheet() { return documentSheet_.get(); }
+
+  // What a formula of the sheet refers to.
+  CellLookup LookupFor(DrawingPage* page, const Sheet& sheet);
+
+  std::string Undo();
+  std::string Redo();
+
+ private:
+  explicit Drawing(std::unique_ptr<Package> package);
+  void ReadDocument();
+  void ReadMasters();
+  void ReadPages();
+  // Makes all views anew from the trees.
+  void Reread();
+  std::string RelatedPart(std::string_view from, std::string_view typeEnding) const;
+  XmlPart& EnsureMastersPart();
+
+  // A page's or master's part and the relationship by which the list of pages or masters names it.
+  struct ListedPart {
+    std::string list, type, part, relationship;
+  };
+  void SetListed(const ListedPart& listed, bool present);
+  void Unlist(const ListedPart& listed);
+
+  std::unique_ptr<Package> package_;
+  Journal journal_;
+  TreeEditor editor_{journal_};
+  std::string pagesPart_, mastersPart_;
+  std::vector<std::unique_ptr<DrawingMaster>> masters_;
+  std::vector<std::unique_ptr<DrawingPage>> pages_;
+  std::unordered_map<int, int> highestIds_;  // by page: IDs of deleted shapes are not used again
+  int highestPageId_ = -1;
+  std::unique_ptr<Sheet> documentSheet_;
+
+  friend class DrawingPage;
+};
+
+}  // namespace vardo

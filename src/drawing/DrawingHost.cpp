@@ -1,0 +1,304 @@
+#include "drawing/DrawingHost.h"
+
+#include "addin/host/HostConstants.h"
+#include "addin/host/HostError.h"
+#include "addin/host/IVDocument.h"
+#include "addin/host/IVShape.h"
+#include "drawing/HostObjects.h"
+#include "drawing/stencil/StencilPackage.h"
+
+#include <algorithm>
+#include <unordered_map>
+#include <utility>
+
+namespace vardo {
+namespace {
+
+HostError NotOpen() { return HostError(kHostNotAllowed, "No drawing is open."); }
+
+}  // namespace
+
+struct DrawingHost::AdvisedEvent : public IVEvent {
+  void SetEnabled(bool on) override { enabled = on; }
+  std::int16_t code = 0;
+  std::int32_t id = 0;
+  IVEventSinkPtr sink;
+  std::string targetArgs;
+  bool enabled = true;
+};
+
+DrawingHost::DrawingHost() : application_(MakeApplication(*this)) {}
+DrawingHost::~DrawingHost() = default;
+
+void DrawingHost::New() {
+  Replace(Drawing::New(), {});
+  Raise(kEventDocumentCreated, MakeDocument(*this, serial_));
+}
+
+void DrawingHost::Open(const std::filesystem::path& file) { Replace(Drawing::Open(file), file); }
+
+void DrawingHost::Replace(std::unique_ptr<Drawing> drawing, const std::filesystem::path& file) {
+  if (drawing_) Raise(kEventDocumentClosed, MakeDocument(*this, serial_));
+  drawing_ = std::move(drawing);
+  file_ = file;
+  ++serial_;
+  activePage_ = drawing_->PageAt(1).id();
+  selection_.clear();
+}
+
+std::filesystem::path DrawingHost::Save(const std::optional<std::filesystem::path>& file) {
+  const std::filesystem::path target = file.value_or(file_);
+  if (target.empty()) throw HostError(kHostNotAllowed, "The drawing has never been saved: name a file.");
+  drawing().Save(target);
+  file_ = target;
+  return target;
+}
+
+Drawing& DrawingHost::drawing() {
+  if (!drawing_) throw NotOpen();
+  return *drawing_;
+}
+
+DrawingPage& DrawingHost::ActivePage() {
+  DrawingPage* page = drawing().FindPage(activePage_);
+  return page ? *page : drawing_->PageAt(1);
+}
+
+IVPagePtr DrawingHost::AddPage(const std::optional<std::string>& name) {
+  const UndoStep step(drawing().journal(), "Insert Page");
+  if (name && (name->empty() || drawing_->FindPage(*name))) throw HostError(kHostNotAllowed, "A page needs a name that no other page has.");
+  DrawingPage& page = drawing_->AddPage(ActivePage());
+  const int id = page.id();
+  if (name) page.SetName(*name);
+  Raise(kEventPageAdded, MakePage(*this, serial_, id));
+  ShowPage(id);
+  return MakePage(*this, serial_, id);
+}
+
+void DrawingHost::DeletePage(int pageId, bool renumber) {
+  const UndoStep step(drawing().journal(), "Delete Page");
+  if (drawing_->PageCount() == 1) throw HostError(kHostNotAllowed, "A drawing keeps at least one page.");
+  Raise(kEventPageDeleted, MakePage(*this, serial_, pageId));
+  // A listener may have deleted it, or all others.
+  DrawingPage* page = drawing_->FindPage(pageId);
+  if (!page || drawing_->PageCount() == 1) return;
+  const bool wasActive = page == &ActivePage();
+  const int index = drawing_->IndexOf(*page);
+  drawing_->RemovePage(*page, renumber);
+  if (wasActive) ShowPage(drawing_->PageAt(std::max(1, index - 1)).id());
+}
+
+void DrawingHost::ShowPage(int pageId) {
+  if (activePage_ == pageId) return;
+  ResolvePage(serial_, pageId);
+  activePage_ = pageId;
+  selection_.clear();
+  Raise(kEventWindowChanged, MakeWindow(*this, serial_));
+}
+
+void DrawingHost::RenamePage(int pageId, std::string_view name) {
+  const UndoStep step(drawing().journal(), "Rename Page");
+  DrawingPage& page = ResolvePage(serial_, pageId);
+  DrawingPage* const same = drawing_->FindPage(name);
+  if (name.empty() || (same && same != &page)) throw HostError(kHostNotAllowed, "A page needs a name that no other page has.");
+  page.SetName(name);
+  Raise(kEventPageChanged, MakePage(*this, serial_, pageId));
+}
+
+std::vector<std::string> DrawingHost::MasterNames() {
+  std::vector<std::string> names;
+  for (int i = 1; i <= drawing().MasterCount(); ++i) names.push_back(drawing_->MasterAt(i).Name());
+  for (const std::string& name : StencilMasterNames())
+    if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
+  return names;
+}
+
+IVShapePtr DrawingHost::Drop(std::string_view masterName, int pageId, double x, double y, const std::optional<std::string>& text) {
+  const UndoStep step(drawing().journal(), "Drop On Page");
+  ShowPage(pageId);
+  const DrawingMaster* master = drawing_->BringMaster(masterName);
+  if (!master) throw HostError(kHostBadIndex, "There is no master " + std::string(masterName) + ".");
+  DrawingShape& shape = ActivePage().AddInstance(*master, x, y);
+  const SheetRef ref = RefTo(ActivePage(), shape.id());
+  if (text) shape.SetText(drawing_->editor(), *text);
+  SelectAndTell({ref.shape});
+  const IVShapePtr object = MakeShape(*this, ref);
+  Raise(kEventShapeAdded, object);
+  return object;
+}
+
+std::vector<IVShapePtr> DrawingHost::Paste(const std::vector<SheetRef>& originals, int pageId) {
+  const UndoStep step(drawing().journal(), "Paste");
+  ShowPage(pageId);
+  DrawingPage& page = ActivePage();
+  std::unordered_map<int, int> newIds;
+  for (const SheetRef& original : originals) newIds[ResolveShape(original).id()] = page.TakeNewId();
+  std::vector<int> copies;
+  for (const SheetRef& original : originals) copies.push_back(page.AddCopy(ResolveShape(original), newIds, newIds.at(original.shape)).id());
+
+  std::vector<IVShapePtr> objects;
+  for (const int id : copies) {
+    SelectAndTell({id});
+    objects.push_back(MakeShape(*this, {serial_, pageId, id}));
+    Raise(kEventShapeAdded, objects.back());
+  }
+  DrawingPage& now = ResolvePage(serial_, pageId);
+  std::erase_if(copies, [&](int id) { return now.FindShape(id) == nullptr; });
+  SelectAndTell(copies);
+  return objects;
+}
+
+void DrawingHost::Select(const std::vector<int>& shapeIds) {
+  for (const int id : shapeIds) ResolveShape({serial_, ActivePage().id(), id});
+  SelectAndTell(shapeIds);
+}
+
+void DrawingHost::SelectAndTell(std::vector<int> shapeIds) {
+  if (shapeIds == selection_) return;
+  selection_ = std::move(shapeIds);
+  Raise(kEventWindowChanged, MakeWindow(*this, serial_));
+}
+
+void DrawingHost::DeleteSelection() {
+  const UndoStep step(drawing().journal(), "Delete");
+  const int pageId = ActivePage().id();
+  const std::vector<int> going = selection_;
+  if (going.empty()) return;
+  Raise(kEventBeforeSelectionDelete, MakeSelection(*this, serial_, pageId, going));
+  DrawingPage* page = drawing_->FindPage(pageId);
+  for (const int id : going)
+    if (page) page->Remove(id);
+  SelectAndTell({});
+}
+
+void DrawingHost::TypeText(const SheetRef& ref, std::string_view text, bool keepSelection) {
+  const UndoStep step(drawing().journal(), "Typing");
+  ResolveShape(ref);
+  const std::vector<int> selected = keepSelection ? selection_ : std::exchange(selection_, {});
+  WriteText(ref, text);
+  if (keepSelection || activePage_ != ref.page) return;
+  selection_ = selected;
+}
+
+void DrawingHost::SetCell(const SheetRef& ref, std::string_view cell, std::string_view formula) {
+  const UndoStep step(drawing().journal(), "Set Cell");
+  Sheet& sheet = *Resolve(ref).sheet;
+  if (!sheet.Find(cell)) {
+    const auto name = ParseCellName(cell);
+    const bool canMake = name && name->section && (name->section->section == kSectionProp || name->section->section == kSectionUser);
+    if (!canMake) throw HostError(kHostNoSuchCell, "The cell " + std::string(cell) + " does not exist.");
+    sheet.AddNamedRow(drawing_->editor(), *name->section, name->row);
+  }
+  const auto address = sheet.Find(cell);
+  if (!address) throw HostError(kHostNoSuchCell, "The cell " + std::string(cell) + " does not exist.");
+  WriteFormula(ref, *address, formula);
+}
+
+void DrawingHost::DeleteRow(const SheetRef& ref, short section, short row) {
+  const UndoStep step(drawing().journal(), "Delete Row");
+  const SectionInfo* info = FindSection(section);
+  if (!info) throw HostError(kHostNotAllowed, "Section " + std::to_string(section) + " has no rows to delete.");
+  Resolve(ref).sheet->DeleteRow(drawing_->editor(), *info, row);
+}
+
+void DrawingHost::RunCommand(std::string_view label, const std::function<void()>& command) {
+  const UndoStep step(drawing().journal(), label);
+  command();
+}
+
+std::string DrawingHost::Undo() {
+  if (!drawing().journal().CanUndo()) throw HostError(kHostNotAllowed, "There is nothing to undo.");
+  selection_.clear();
+  return drawing_->Undo();
+}
+
+std::string DrawingHost::Redo() {
+  if (!drawing().journal().CanRedo()) throw HostError(kHostNotAllowed, "There is nothing to redo.");
+  selection_.clear();
+  return drawing_->Redo();
+}
+
+void DrawingHost::StartWriteLog() { writes_.emplace(); }
+
+std::vector<CellWrite> DrawingHost::TakeWriteLog() {
+  std::vector<CellWrite> taken = std::move(writes_).value_or(std::vector<CellWrite>());
+  writes_.reset();
+  return taken;
+}
+
+DrawingHost::SheetView DrawingHost::Resolve(const SheetRef& ref) {
+  if (ref.shape == SheetRef::kDocumentSheet) {
+    if (!drawing().DocumentSheet()) throw HostError(kHostObjectGone, "The drawing has no document sheet.");
+    return {nullptr, drawing_->DocumentSheet()};
+  }
+  DrawingPage& page = ResolvePage(ref.drawing, ref.page);
+  return {&page, ref.shape == SheetRef::kPageSheet ? &page.PageSheet() : &ResolveShape(ref)};
+}
+
+DrawingShape& DrawingHost::ResolveShape(const SheetRef& ref) {
+  DrawingShape* shape = ref.shape < 0 ? nullptr : ResolvePage(ref.drawing, ref.page).FindShape(ref.shape);
+  if (!shape) throw HostError(kHostObjectGone, "The shape has gone.");
+  return *shape;
+}
+
+DrawingPage& DrawingHost::ResolvePage(int drawingSerial, int pageId) {
+  DrawingPage* page = drawingSerial == serial_ ? drawing().FindPage(pageId) : nullptr;
+  if (!page) throw HostError(kHostObjectGone, "The page has gone.");
+  return *page;
+}
+
+void DrawingHost::WriteFormula(const SheetRef& ref, const CellAddress& address, std::string_view formula) {
+  const SheetView view = Resolve(ref);
+  view.sheet->SetFormula(drawing_->editor(), address, formula, drawing_->LookupFor(view.page, *view.sheet));
+  if (!writes_) return;
+  const std::string row = address.section ? std::string(address.section->prefix) + "." + address.row + "." : "";
+  const bool isValue = address.section && address.cell == address.section->shortName;
+  writes_->push_back({SheetName(ref), isValue ? row.substr(0, row.size() - 1) : row + address.cell, std::string(formula)});
+}
+
+void DrawingHost::WriteText(const SheetRef& ref, std::string_view text) {
+  DrawingShape& shape = ResolveShape(ref);
+  const std::string moreInfo =
+      "/doc=1 /page=" + std::to_string(drawing_->IndexOf(ResolvePage(ref.drawing, ref.page))) + " /shape=Sheet." + std::to_string(shape.id());
+  if (shape.Text() != text) shape.SetText(drawing_->editor(), text);
+  if (writes_) writes_->push_back({SheetName(ref), "", std::string(text)});
+  Raise(kEventTextChanged, MakeShape(*this, ref), moreInfo);
+}
+
+void DrawingHost::DeleteShape(const SheetRef& ref) {
+  ResolveShape(ref);
+  ResolvePage(ref.drawing, ref.page).Remove(ref.shape);
+  if (activePage_ != ref.page) return;
+  std::vector<int> left = selection_;
+  std::erase(left, ref.shape);
+  SelectAndTell(left);
+}
+
+IVEventPtr DrawingHost::Advise(std::int16_t code, const IVEventSinkPtr& sink, std::string_view targetArgs) {
+  auto event = std::make_shared<AdvisedEvent>();
+  event->code = code;
+  event->id = AdviseCount() + 1;
+  event->sink = sink;
+  event->targetArgs = targetArgs;
+  advises_.push_back(event);
+  return event;
+}
+
+IVEventPtr DrawingHost::AdviseAt(int index) { return advises_[static_cast<size_t>(index - 1)]; }
+
+void DrawingHost::Raise(std::uint16_t code, const EventSubject& subject, std::string_view moreInfo) {
+  if (drawing_ && drawing_->journal().UndoingOrRedoing()) return;
+  const auto signedCode = static_cast<std::int16_t>(code);
+  const std::vector<std::shared_ptr<AdvisedEvent>> listeners = advises_;
+  for (const auto& listener : listeners)
+    if (listener->code == signedCode && listener->enabled)
+      listener->sink->VisEventProc(signedCode, application_, listener->id, ++eventSequence_, subject, moreInfo);
+}
+
+std::string DrawingHost::SheetName(const SheetRef& ref) {
+  if (ref.shape == SheetRef::kPageSheet) return "ThePage";
+  if (ref.shape == SheetRef::kDocumentSheet) return "TheDoc";
+  return ResolvePage(ref.drawing, ref.page).NameOf(ResolveShape(ref));
+}
+
+}  // namespace vardo

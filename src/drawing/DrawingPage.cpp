@@ -1,0 +1,287 @@
+#include "addin/host/HostError.h"
+#include "drawing/Drawing.h"
+#include "drawing/VisioXml.h"
+
+#include <algorithm>
+#include <regex>
+
+namespace vardo {
+namespace {
+
+bool IsDeletedMarker(pugi::xml_node shape) { return std::string_view(shape.attribute("Del").value()) == "1"; }
+
+std::string Attribute(pugi::xml_node node, const char* first, const char* second) {
+  const pugi::xml_attribute attribute = node.attribute(first);
+  return attribute ? attribute.value() : node.attribute(second).value();
+}
+
+constexpr const char* kEndCells[] = {"BeginX", "BeginY", "EndX", "EndY", "BegTrigger", "EndTrigger"};
+
+// Gives references to copied shapes their new numbers; returns false when the formula also refers to a shape that was not copied.
+bool Renumbered(std::string& formula, const std::unordered_map<int, int>& newIds) {
+  static const std::regex reference(R"(Sheet\.(\d+)!)");
+  std::string result;
+  std::string::const_iterator from = formula.begin();
+  bool allCopied = true;
+  for (std::sregex_iterator match(formula.begin(), formula.end(), reference), end; match != end; ++match) {
+    result.append(from, (*match)[0].first);
+    const auto renumbered = newIds.find(std::atoi(match->str(1).c_str()));
+    if (renumbered == newIds.end()) allCopied = false;
+    else result += "Sheet." + std::to_string(renumbered->second) + "!";
+    from = (*match)[0].second;
+  }
+  result.append(from, formula.cend());
+  formula = result;
+  return allCopied;
+}
+
+}  // namespace
+
+DrawingPage::DrawingPage(Drawing& drawing, pugi::xml_node entry, std::string partName, XmlPart* contents)
+    : drawing_(drawing), entry_(entry), partName_(std::move(partName)), contents_(contents) {
+  pugi::xml_node sheet = entry_.child("PageSheet");
+  sheet_ = std::make_unique<Sheet>(drawing.package().Xml(drawing.pagesPart_), sheet, nullptr);
+}
+
+std::string DrawingPage::Name() const { return Attribute(entry_, "Name", "NameU"); }
+
+void DrawingPage::SetName(std::string_view name) {
+  for (const char* attribute : {"NameU", "Name"}) drawing_.editor().SetAttribute(sheet_->part(), entry_, attribute, name);
+  for (const char* attribute : {"IsCustomNameU", "IsCustomName"}) drawing_.editor().SetAttribute(sheet_->part(), entry_, attribute, "1");
+}
+
+int DrawingPage::ShapeCount() {
+  EnsureShapes();
+  return static_cast<int>(topLevel_.size());
+}
+
+DrawingShape& DrawingPage::ShapeAt(int index) {
+  EnsureShapes();
+  return *topLevel_[static_cast<size_t>(index - 1)];
+}
+
+DrawingShape* DrawingPage::FindShape(int id) {
+  EnsureShapes();
+  const auto found = shapes_.find(id);
+  return found == shapes_.end() ? nullptr : found->second.shape.get();
+}
+
+DrawingShape* DrawingPage::FindShape(std::string_view name) {
+  EnsureNames();
+  const auto found = idsByName_.find(std::string(name));
+  return found == idsByName_.end() ? nullptr : FindShape(found->second);
+}
+
+int DrawingPage::IndexOf(const DrawingShape& shape) {
+  EnsureIndexes();
+  return shapes_.at(shape.id()).index;
+}
+
+std::string DrawingPage::NameOf(const DrawingShape& shape) {
+  EnsureNames();
+  return names_.at(shape.id());
+}
+
+DrawingShape& DrawingPage::AddInstance(const DrawingMaster& master, double x, double y) {
+  EnsureMasterRelationship(master);
+  TreeEditor& editor = drawing_.editor();
+  const int id = TakeNewId();
+  const std::string name = FreeName(master.Name(), id);
+  const pugi::xml_node element = editor.InsertElement(*contents_, ShapesElement(), "Shape");
+  const auto set = [&](const char* attribute, std::string_view value) { editor.SetAttribute(*contents_, element, attribute, value); };
+  set("ID", std::to_string(id));
+  set("NameU", name);
+  set("Name", name);
+  set("Type", master.TopShape() && master.TopShape()->Type() == 2 ? "Group" : "Shape");
+  set("Master", std::to_string(master.id()));
+  const auto cell = [&](const char* cellName, double value) {
+    const pugi::xml_node added = editor.InsertElement(*contents_, element, "Cell");
+    editor.SetAttribute(*contents_, added, "N", cellName);
+    editor.SetAttribute(*contents_, added, "V", NumberText(value));
+  };
+  cell("PinX", x);
+  cell("PinY", y);
+  return Adopt(element, name);
+}
+
+DrawingShape& DrawingPage::AddCopy(const DrawingShape& original, const std::unordered_map<int, int>& newIds, int newId) {
+  TreeEditor& editor = drawing_.editor();
+  const DrawingMaster* master = drawing_.FindMaster(original.MasterId());
+  if (master) EnsureMasterRelationship(*master);
+  const std::string name = FreeName(master ? master->Name() : "Sheet", newId);
+  const pugi::xml_node element = editor.InsertCopy(*contents_, ShapesElement(), original.element());
+  editor.RemoveAttribute(*contents_, element, "UniqueID");
+  editor.SetAttribute(*contents_, element, "ID", std::to_string(newId));
+  if (master) {
+    editor.SetAttribute(*contents_, element, "NameU", name);
+    editor.SetAttribute(*contents_, element, "Name", name);
+  } else {
+    for (const char* attribute : {"NameU", "Name", "IsCustomNameU", "IsCustomName"}) editor.RemoveAttribute(*contents_, element, attribute);
+  }
+  for (const pugi::xpath_node& sub : element.select_nodes(".//Shape[not(@Del)]"))
+    editor.SetAttribute(*contents_, sub.node(), "ID", std::to_string(TakeNewId()));
+  for (const pugi::xpath_node& found : element.select_nodes(".//Cell[@F]")) {
+    std::string formula = found.node().attribute("F").value();
+    if (formula.find("Sheet.") == std::string::npos) continue;
+    if (Renumbered(formula, newIds))
+      editor.SetAttribute(*contents_, found.node(), "F", formula);
+    else
+      editor.RemoveAttribute(*contents_, found.node(), "F");
+  }
+  return Adopt(element, name);
+}
+
+int DrawingPage::TakeNewId() {
+  EnsureShapes();
+  int& highest = drawing_.highestIds_[id()];
+  highest = std::max(highest, highestId_) + 1;
+  return highest;
+}
+
+void DrawingPage::Remove(int shapeId) {
+  DrawingShape* shape = FindShape(shapeId);
+  if (!shape) return;
+  LoosenGlueTo(shapeId);
+  drawing_.editor().Remove(*contents_, shape->element());
+  EnsureNames();
+  idsByName_.erase(names_.at(shapeId));
+  names_.erase(shapeId);
+  const auto place = std::find(topLevel_.begin(), topLevel_.end(), shape);
+  if (place != topLevel_.end()) {
+    indexesKnown_ = indexesKnown_ && place + 1 == topLevel_.end();
+    topLevel_.erase(place);
+  }
+  // Shapes inside a deleted group go with it.
+  std::erase_if(shapes_, [&](const auto& item) {
+    for (const DrawingShape* at = item.second.shape.get(); at; at = at->parent())
+      if (at == shape && at != item.second.shape.get()) return true;
+    return false;
+  });
+  shapes_.erase(shapeId);
+}
+
+void DrawingPage::EnsureShapes() {
+  if (shapesKnown_) return;
+  shapesKnown_ = true;
+  if (!contents_) return;
+  struct Pending {
+    pugi::xml_node element;
+    const DrawingShape* parent;
+  };
+  std::vector<Pending> pending;
+  for (const pugi::xml_node element : contents_->root().child("Shapes").children("Shape")) pending.push_back({element, nullptr});
+  for (size_t at = 0; at < pending.size(); ++at) {
+    const DrawingShape* shape = AddView(pending[at].element, pending[at].parent);
+    if (!shape) continue;
+    for (const pugi::xml_node inner : pending[at].element.child("Shapes").children("Shape")) pending.push_back({inner, shape});
+  }
+}
+
+void DrawingPage::EnsureIndexes() {
+  EnsureShapes();
+  if (indexesKnown_) return;
+  indexesKnown_ = true;
+  int index = 0;
+  for (const DrawingShape* shape : topLevel_) shapes_.at(shape->id()).index = ++index;
+}
+
+// A file need not say the name of a shape: the first instance of a master has the master's, further ones its name, "." and the ID.
+void DrawingPage::EnsureNames() {
+  EnsureShapes();
+  if (namesKnown_) return;
+  namesKnown_ = true;
+  std::vector<const DrawingShape*> nameless;
+  for (const auto& [id, entry] : shapes_) {
+    const std::string name = Attribute(entry.shape->element(), "Name", "NameU");
+    if (name.empty() || !idsByName_.emplace(name, id).second) nameless.push_back(entry.shape.get());
+    else names_[id] = name;
+  }
+  std::sort(nameless.begin(), nameless.end(), [](const DrawingShape* a, const DrawingShape* b) { return a->id() < b->id(); });
+  for (const DrawingShape* shape : nameless) {
+    const DrawingMaster* master = shape->MasterId() < 0 ? nullptr : drawing_.FindMaster(shape->MasterId());
+    const std::string name = master ? FreeName(master->Name(), shape->id()) : "Sheet." + std::to_string(shape->id());
+    names_[shape->id()] = name;
+    idsByName_.emplace(name, shape->id());
+  }
+}
+
+DrawingShape* DrawingPage::AddView(pugi::xml_node element, const DrawingShape* parent) {
+  if (IsDeletedMarker(element)) return nullptr;
+  auto view = std::make_unique<DrawingShape>(*contents_, element, BaseOf(element, parent), parent);
+  DrawingShape* shape = view.get();
+  const auto [place, isNew] = shapes_.try_emplace(shape->id());
+  if (!isNew) return nullptr;  // a second shape of one ID cannot be told from the first; its element stays as it is
+  place->second.shape = std::move(view);
+  highestId_ = std::max(highestId_, shape->id());
+  if (!parent) topLevel_.push_back(shape);
+  return shape;
+}
+
+const Sheet* DrawingPage::BaseOf(pugi::xml_node element, const DrawingShape* parent) const {
+  if (const pugi::xml_attribute master = element.attribute("Master")) {
+    const DrawingMaster* made = drawing_.FindMaster(master.as_int());
+    return made ? made->TopShape() : nullptr;
+  }
+  const pugi::xml_attribute inner = element.attribute("MasterShape");
+  for (; inner && parent; parent = parent->parent()) {
+    if (parent->MasterId() < 0) continue;
+    const DrawingMaster* made = drawing_.FindMaster(parent->MasterId());
+    return made ? made->FindShape(inner.as_int()) : nullptr;
+  }
+  return nullptr;
+}
+
+pugi::xml_node DrawingPage::ShapesElement() {
+  if (!contents_) throw HostError(kHostNotAllowed, "The page " + Name() + " is a stencil's and takes no shapes.");
+  const pugi::xml_node shapes = contents_->root().child("Shapes");
+  return shapes ? shapes : drawing_.editor().InsertElement(*contents_, contents_->root(), "Shapes", contents_->root().first_child());
+}
+
+DrawingShape& DrawingPage::Adopt(pugi::xml_node element, const std::string& name) {
+  EnsureIndexes();
+  EnsureNames();
+  DrawingShape* shape = AddView(element, nullptr);
+  shapes_.at(shape->id()).index = static_cast<int>(topLevel_.size());
+  names_[shape->id()] = name;
+  idsByName_[name] = shape->id();
+  for (const pugi::xml_node inner : element.child("Shapes").children("Shape"))
+    if (const DrawingShape* added = AddView(inner, shape)) names_[added->id()] = "Sheet." + std::to_string(added->id());
+  return *shape;
+}
+
+std::string DrawingPage::FreeName(std::string_view wanted, int id) {
+  EnsureNames();
+  const std::string name(wanted);
+  return wanted != "Sheet" && !idsByName_.contains(name) ? name : name + "." + std::to_string(id);
+}
+
+void DrawingPage::LoosenGlueTo(int shapeId) {
+  TreeEditor& editor = drawing_.editor();
+  const std::string reference = "Sheet." + std::to_string(shapeId) + "!";
+  const pugi::xml_node connects = contents_->root().child("Connects");
+  for (pugi::xml_node connect = connects.child("Connect"); connect;) {
+    const pugi::xml_node next = connect.next_sibling("Connect");
+    const int from = connect.attribute("FromSheet").as_int(-1), to = connect.attribute("ToSheet").as_int(-1);
+    if (to == shapeId) {
+      if (const DrawingShape* glued = FindShape(from))
+        for (const char* name : kEndCells) {
+          const pugi::xml_node cell = glued->element().find_child_by_attribute("Cell", "N", name);
+          if (std::string_view(cell.attribute("F").value()).find(reference) != std::string_view::npos) editor.RemoveAttribute(*contents_, cell, "F");
+        }
+    }
+    if (from == shapeId || to == shapeId) editor.Remove(*contents_, connect);
+    connect = next;
+  }
+}
+
+// A page's part lists the masters of its shapes among its relationships.
+void DrawingPage::EnsureMasterRelationship(const DrawingMaster& master) {
+  Package& package = drawing_.package();
+  for (const Relationship& relationship : package.RelationshipsOf(partName_))
+    if (relationship.target == master.partName()) return;
+  const std::string id = package.AddRelationship(partName_, kMasterRelationship, master.partName());
+  drawing_.journal().Record([&package, part = partName_, id] { package.RemoveRelationship(part, id); },
+                            [&package, part = partName_, target = master.partName(), id] { package.AddRelationship(part, kMasterRelationship, target, id); });
+}
+
+}  // namespace vardo

@@ -1,0 +1,94 @@
+// A sheet of cells - a shape's, a page's, the document's - over its element in the drawing's tree.
+//   What the element does not say is inherited from the sheet it was made from. Writing makes a local cell.
+//   Rows are counted from 0 by their position among the rows that are there; a file's IX is an identity, not a position.
+#pragma once
+
+#include "drawing/CellNames.h"
+#include "drawing/CellText.h"
+#include "drawing/Formula.h"
+#include "drawing/TreeEditor.h"
+
+#include <pugixml.hpp>
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vardo {
+
+// Names one cell; stays good while its row is there. The row is a name, or an IX for sections whose rows have none.
+struct CellAddress {
+  const SectionInfo* section = nullptr;  // null: the object section
+  std::string row;
+  std::string cell;
+};
+
+class Sheet {
+ public:
+  // base: the sheet it inherits from; null for none. part is the tree that holds element.
+  Sheet(XmlPart& part, pugi::xml_node element, const Sheet* base) : part_(&part), element_(element), base_(base) {}
+  virtual ~Sheet() = default;
+
+  pugi::xml_node element() const { return element_; }
+  XmlPart& part() const { return *part_; }
+  const Sheet* base() const { return base_; }
+
+  // None when the sheet has no such cell. localOnly leaves out inherited cells.
+  std::optional<CellAddress> Find(std::string_view cellName, bool localOnly = false) const;
+  // By the host's numbers.
+  std::optional<CellAddress> Find(short section, short row, short column) const;
+
+  std::string Formula(const CellAddress& address) const;
+  CellValue Value(const CellAddress& address) const;
+  // False when the row has gone.
+  bool Exists(const CellAddress& address) const;
+  void SetFormula(TreeEditor& editor, const CellAddress& address, std::string_view formula, const CellLookup& lookup);
+
+  struct Row {
+    std::string key;  // N or IX
+    pugi::xml_node local, inherited;
+  };
+  // The rows of a section in order, inherited ones included.
+  std::vector<Row> Rows(const SectionInfo& section) const;
+  bool HasSection(const SectionInfo& section) const;
+  // Whether the sheet has end points: only a connector has.
+  bool IsOneDimensional() const;
+
+  void AddSection(TreeEditor& editor, const SectionInfo& section);
+  // Add a row at the end; return its position. AddRow keeps the rows' order for a position before the end.
+  short AddRow(TreeEditor& editor, const SectionInfo& section, short position);
+  short AddNamedRow(TreeEditor& editor, const SectionInfo& section, std::string_view name);
+  void DeleteRow(TreeEditor& editor, const SectionInfo& section, short position);
+  // A row's written or known cells and their formulas.
+  std::vector<std::pair<std::string, std::string>> RowCells(const SectionInfo& section, const Row& row) const;
+
+  // The element of that name, this sheet's own or the nearest inherited one.
+  pugi::xml_node FindChild(const char* name) const;
+
+ private:
+  pugi::xml_node SectionElement(const SectionInfo& section) const;
+  pugi::xml_node RowElement(const SectionInfo& section, std::string_view key) const;
+  pugi::xml_node LocalCell(const CellAddress& address) const;
+  // The nearest cell element up the line of inheritance that holds a formula of its own.
+  pugi::xml_node FormulaCell(const CellAddress& address) const;
+  pugi::xml_node NearestCell(const CellAddress& address) const;
+  bool RowDeleted(const SectionInfo& section, std::string_view key) const;
+  bool RowExists(const SectionInfo& section, std::string_view key, bool localOnly) const;
+
+  pugi::xml_node EnsureSection(TreeEditor& editor, const SectionInfo& section);
+  pugi::xml_node EnsureRow(TreeEditor& editor, const CellAddress& address);
+  pugi::xml_node EnsureCell(TreeEditor& editor, const CellAddress& address);
+  pugi::xml_node InsertRow(TreeEditor& editor, const SectionInfo& section, std::string_view key);
+  void WriteFullRow(TreeEditor& editor, const SectionInfo& section, pugi::xml_node row);
+
+  XmlPart* part_;
+  pugi::xml_node element_;
+  const Sheet* base_;
+};
+
+// Whether a cell holds a string even without a unit; what it holds when no one has written it.
+bool IsTextCell(const CellAddress& address);
+std::string_view DefaultValue(const CellAddress& address);
+
+}  // namespace vardo

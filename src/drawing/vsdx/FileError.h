@@ -1,0 +1,41 @@
+// A drawing file that cannot be opened or saved.
+#pragma once
+
+#include <exception>
+#include <string>
+#include <utility>
+
+namespace vardo {
+
+// One sentence for the person at the screen: it names the file, the part where one is to blame, and what to do.
+class FileError : public std::exception {
+ public:
+  explicit FileError(std::string sentence) : sentence_(std::move(sentence)) {}
+  const char* what() const noexcept override { return sentence_.c_str(); }
+
+  // The file is not as its writer left it.
+  static FileError Damaged(const std::string& file, const std::string& what) {
+    return FileError(file + " is damaged: " + what + "; restore it from a backup.");
+  }
+  // The file is whole, but built in a way that no drawing needs and that does harm.
+  static FileError Unsafe(const std::string& file, const std::string& what) {
+    return FileError(file + " is not safe to open: " + what + "; ask its maker for a clean copy.");
+  }
+  // The file is of another kind.
+  static FileError NotADrawing(const std::string& file, const std::string& what) {
+    return FileError(file + " is " + what + "; choose a Visio drawing, stencil or template.");
+  }
+
+ private:
+  std::string sentence_;
+};
+
+// How a sentence speaks of a part; characters that do not print are shown as "?".
+inline std::string PartInWords(const std::string& part) {
+  std::string shown = "part " + part;
+  for (char& c : shown)
+    if (static_cast<unsigned char>(c) < 0x20) c = '?';
+  return shown;
+}
+
+}  // namespace vardo

@@ -1,0 +1,34 @@
+// The hidden rows that every page carries, and what is counted with them.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace vardo {
+
+// The fourteen kinds of module, in the order of a page's registers.
+inline constexpr std::string_view kModuleKinds[] = {"Create", "Process", "Decide", "Assign",   "Batch",    "Separate", "Record",
+                                                    "Dispose", "Entity",  "Queue",  "Resource", "Schedule", "Set",      "Variable"};
+
+struct BookkeepingRow {
+  std::string_view name;
+  std::string_view formula;
+};
+
+inline constexpr std::string_view kParentPageRow = "VardoParentPage";
+
+// A list of shape positions a kind, the number of module shapes, and the page that a submodel page belongs to.
+inline constexpr BookkeepingRow kBookkeepingRows[] = {
+    {"Create", "\"\""},   {"Process", "\"\""},  {"Decide", "\"\""}, {"Assign", "\"\""},   {"Batch", "\"\""}, {"Separate", "\"\""},
+    {"Record", "\"\""},   {"Dispose", "\"\""},  {"Entity", "\"\""}, {"Queue", "\"\""},    {"Resource", "\"\""}, {"Schedule", "\"\""},
+    {"Set", "\"\""},      {"Variable", "\"\""}, {"Count", "0"},     {"SelectionCount", "0"}, {kParentPageRow, "\"\""},
+};
+
+// The positions of all shapes of a kind, over all pages of the active document, joined with ";"; empty when there are none.
+// Throws HostError.
+std::string DrawingKindShapeIndexes(std::string_view kind);
+
+// How many shapes of a kind the drawing's registers name.
+int KindShapeCount(std::string_view kind);
+
+}  // namespace vardo

@@ -1,0 +1,46 @@
+// The services of a Linux machine.
+#pragma once
+
+#include "platform/Platform.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include <unicode/tblcoll.h>
+
+namespace vardo {
+
+class PosixPlatform : public Platform {
+ public:
+  // Throws std::runtime_error when ICU lacks its collation data.
+  PosixPlatform();
+
+  // Prints "title: text" to standard error.
+  void ShowMessage(std::string_view text, std::string_view title, int style) override;
+  TwipsSize ScreenSize() override;
+  // Hands the topic's HTML page, from the help folder installed with the program, to the user's browser.
+  void ShowHelp(std::string_view file, std::string_view topic) override;
+  // From vardo/registry.ini in the user's configuration folder: sections are key paths, lines are name=value.
+  std::string ReadRegistryString(std::string_view key, std::string_view valueName) override;
+  bool EqualTextIgnoringCase(std::string_view a, std::string_view b) override;
+  std::string CaseFoldKey(std::string_view text) override;
+  bool IsAnsiAlpha(std::string_view character) override;
+  bool IsAnsiAlphaNumeric(std::string_view character) override;
+  std::optional<double> ParseReal(std::string_view text) override;
+
+ private:
+  std::optional<std::string> AsciiEquivalent(const icu::UnicodeString& text) const;
+  std::string SortKey(const icu::UnicodeString& text) const;
+
+  std::unique_ptr<icu::RuleBasedCollator> collator_;
+  // The printable ASCII characters, lower case, by what they weigh in a comparison.
+  std::unordered_map<int, char> asciiByWeight_;
+};
+
+// The number that a text stands for when fractions are set off by this separator; none when it is no number or too large.
+std::optional<double> ParseRealWith(std::string_view decimalSeparator, std::string_view text);
+
+}  // namespace vardo

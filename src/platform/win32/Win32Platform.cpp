@@ -1,0 +1,152 @@
+#include "platform/win32/Win32Platform.h"
+
+#include "platform/Characters.h"
+#include "platform/NativePlatform.h"
+#include "platform/Utf16.h"
+
+#include <windows.h>
+// After windows.h, which it needs.
+#include <oleauto.h>
+
+#include <array>
+#include <memory>
+#include <string>
+#include <type_traits>
+
+namespace vardo {
+namespace {
+
+constexpr double kTwipsPerInch = 1440;
+constexpr REGSAM kQueryAccess = 1;
+constexpr std::size_t kRegistryBufferSize = 256;
+constexpr UINT kDisplayTopic = 0;
+
+std::wstring ToWide(std::string_view text) {
+  const auto units = ToUtf16(text);
+  return {units.begin(), units.end()};
+}
+
+std::string FromWide(std::wstring_view text) { return ToUtf8(std::u16string(text.begin(), text.end())); }
+
+// In the ANSI code page; *replaced tells whether it lacks a character. UTF-8 as code page takes neither flag nor question.
+std::string ToAnsi(std::string_view text, BOOL* replaced = nullptr) {
+  const bool isUtf8 = GetACP() == CP_UTF8;
+  const DWORD flags = isUtf8 ? 0 : WC_NO_BEST_FIT_CHARS;
+  const auto wide = ToWide(text);
+  const auto size = static_cast<int>(wide.size());
+  std::string ansi(WideCharToMultiByte(CP_ACP, flags, wide.data(), size, nullptr, 0, nullptr, nullptr), '\0');
+  WideCharToMultiByte(CP_ACP, flags, wide.data(), size, ansi.data(), static_cast<int>(ansi.size()), nullptr,
+                      isUtf8 ? nullptr : replaced);
+  return ansi;
+}
+
+std::string FromAnsi(std::string_view text) {
+  const auto size = static_cast<int>(text.size());
+  std::wstring wide(MultiByteToWideChar(CP_ACP, 0, text.data(), size, nullptr, 0), L'\0');
+  MultiByteToWideChar(CP_ACP, 0, text.data(), size, wide.data(), static_cast<int>(wide.size()));
+  return FromWide(wide);
+}
+
+// The one byte that a character has in the ANSI code page.
+std::optional<char> AnsiCode(std::string_view character) {
+  BOOL replaced = FALSE;
+  const auto ansi = ToAnsi(character, &replaced);
+  if (replaced || ansi.size() != 1) return std::nullopt;
+  return ansi.front();
+}
+
+struct KeyCloser {
+  void operator()(HKEY key) const { RegCloseKey(key); }
+};
+using RegistryKey = std::unique_ptr<std::remove_pointer_t<HKEY>, KeyCloser>;
+
+RegistryKey OpenUserKey(std::string_view path) {
+  HKEY key = nullptr;
+  if (RegOpenKeyExA(HKEY_CURRENT_USER, ToAnsi(path).c_str(), 0, kQueryAccess, &key) != ERROR_SUCCESS) return nullptr;
+  return RegistryKey(key);
+}
+
+using HtmlHelpFunction = HWND(WINAPI*)(HWND caller, LPCSTR file, UINT command, DWORD_PTR data);
+
+// Stays loaded: the viewer's window lives in this process.
+HtmlHelpFunction HtmlHelp() {
+  static const HMODULE library = LoadLibraryW(L"hhctrl.ocx");
+  if (!library) return nullptr;
+  return reinterpret_cast<HtmlHelpFunction>(reinterpret_cast<void*>(GetProcAddress(library, "HtmlHelpA")));
+}
+
+}  // namespace
+
+void Win32Platform::ShowMessage(std::string_view text, std::string_view title, int style) {
+  MessageBoxW(GetActiveWindow(), ToWide(text).c_str(), ToWide(title).c_str(), static_cast<UINT>(style));
+}
+
+TwipsSize Win32Platform::ScreenSize() {
+  const HDC screen = GetDC(nullptr);
+  const TwipsSize size = {GetSystemMetrics(SM_CXSCREEN) * kTwipsPerInch / GetDeviceCaps(screen, LOGPIXELSX),
+                          GetSystemMetrics(SM_CYSCREEN) * kTwipsPerInch / GetDeviceCaps(screen, LOGPIXELSY)};
+  ReleaseDC(nullptr, screen);
+  return size;
+}
+
+void Win32Platform::ShowHelp(std::string_view file, std::string_view topic) {
+  const auto htmlHelp = HtmlHelp();
+  if (!htmlHelp) return;
+  const auto topicName = ToAnsi(topic);
+  htmlHelp(GetActiveWindow(), ToAnsi(file).c_str(), kDisplayTopic, reinterpret_cast<DWORD_PTR>(topicName.c_str()));
+}
+
+std::string Win32Platform::ReadRegistryString(std::string_view key, std::string_view valueName) {
+  const auto opened = OpenUserKey(key);
+  if (!opened) return "";
+  std::array<char, kRegistryBufferSize> buffer;
+  DWORD type = REG_NONE;
+  DWORD length = buffer.size();
+  const auto status =
+      RegQueryValueExA(opened.get(), ToAnsi(valueName).c_str(), nullptr, &type, reinterpret_cast<BYTE*>(buffer.data()), &length);
+  if (status != ERROR_SUCCESS || type != REG_SZ || length == 0) return "";
+  // The last byte is the closing zero.
+  return FromAnsi({buffer.data(), length - 1});
+}
+
+// Most names are ASCII, and weighing is what costs.
+bool Win32Platform::EqualTextIgnoringCase(std::string_view a, std::string_view b) {
+  if (IsPrintableAscii(a) && IsPrintableAscii(b)) return LowerAscii(a) == LowerAscii(b);
+  return CaseFoldKey(a) == CaseFoldKey(b);
+}
+
+// The invariant order, not the user's: whether two names of a drawing clash must not depend on who opens it.
+std::string Win32Platform::CaseFoldKey(std::string_view text) {
+  if (text.empty()) return "";
+  constexpr DWORD kFlags = LCMAP_SORTKEY | NORM_IGNORECASE | NORM_IGNOREKANATYPE | NORM_IGNOREWIDTH;
+  const auto wide = ToWide(text);
+  const auto map = [&](std::string* key) {
+    return LCMapStringEx(LOCALE_NAME_INVARIANT, kFlags, wide.data(), static_cast<int>(wide.size()),
+                         key ? reinterpret_cast<wchar_t*>(key->data()) : nullptr, key ? static_cast<int>(key->size()) : 0,
+                         nullptr, nullptr, 0);
+  };
+  std::string key(map(nullptr), '\0');
+  map(&key);
+  return key;
+}
+
+bool Win32Platform::IsAnsiAlpha(std::string_view character) {
+  const auto code = AnsiCode(character);
+  return code && IsCharAlphaA(*code);
+}
+
+bool Win32Platform::IsAnsiAlphaNumeric(std::string_view character) {
+  const auto code = AnsiCode(character);
+  return code && IsCharAlphaNumericA(*code);
+}
+
+std::optional<double> Win32Platform::ParseReal(std::string_view text) {
+  double value = 0;
+  auto wide = ToWide(text);
+  if (FAILED(VarR8FromStr(wide.data(), LOCALE_USER_DEFAULT, 0, &value))) return std::nullopt;
+  return value;
+}
+
+std::unique_ptr<Platform> MakeNativePlatform() { return std::make_unique<Win32Platform>(); }
+
+}  // namespace vardo

@@ -1,0 +1,27 @@
+// The values that properties have all over the drawing.
+//   Only shapes that the pages' registers name are visited (see IncrementPageCount). Values come page by page, request by
+//   request, and in the order in which the shapes were dropped.
+#pragma once
+
+#include "addin/host/HostFwd.h"
+#include "props/StringFunctions.h"
+
+#include <string>
+#include <string_view>
+
+namespace vardo {
+
+// The values of fields[j] in all shapes that are registered under registers[j], for every j, on every page of the active
+// document; with `unique` as SplitToUniqueList has it. One empty item when nothing is registered. The two lists are of one
+// length.
+StringList FillComboFromDrawing(const StringList& registers, const StringList& fields, bool unique);
+
+// Appends ";" and the text of the cell, "Prop." and all, for each shape of the page's register. A shape without that property
+// gets it, empty and hidden. A registered number that is no shape's throws HostError.
+void CollectPageValues(const IVPagePtr& page, std::string_view registerName, std::string_view cellName, std::string& accumulator);
+
+// The items of the text; with `unique` without those that repeat an earlier one, case apart. The last item alone is left out only
+// when an item that was kept is exactly equal to it.
+StringList SplitToUniqueList(std::string_view text, std::string_view delimiter, bool unique);
+
+}  // namespace vardo

@@ -1,0 +1,43 @@
+// The add-in at work in the in-memory drawing host: the two joined as they are when the drawing program loads the add-in.
+#pragma once
+
+#include "addin/Application.h"
+#include "drawing/DrawingHost.h"
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace vardo {
+
+class AddinSession {
+ public:
+  // withAddin: opening or creating a drawing starts the add-in, as a drawing that uses it does.
+  explicit AddinSession(bool withAddin) : withAddin_(withAddin) {}
+  ~AddinSession();
+
+  DrawingHost& host() { return host_; }
+  Application& addin() { return addin_; }
+
+  void New();
+  void Open(const std::filesystem::path& file);
+
+  // Opens the module dialog of a shape, selected first when asked; all it writes is one undo step.
+  void ShowEditor(const SheetRef& shape, bool select);
+
+  // Runs what RUNADDON is given in a formula or menu item. False when it is none of the statements that our shapes use, so that it
+  // names a program of somebody else's.
+  bool RunStatement(std::string_view statement);
+
+ private:
+  void StartAddin();
+
+  DrawingHost host_;
+  Application addin_;
+  bool withAddin_;
+};
+
+// What RUNADDON("...") would run; empty when the formula is no such call.
+std::string StatementOfAction(std::string_view formula);
+
+}  // namespace vardo

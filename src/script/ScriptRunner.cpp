@@ -1,0 +1,558 @@
+#include "script/ScriptRunner.h"
+
+#include "addin/host/HostError.h"
+#include "addin/host/IVDocument.h"
+#include "addin/host/IVShape.h"
+#include "drawing/HostObjects.h"
+#include "drawing/vsdx/FileError.h"
+#include "forms/Forms.h"
+#include "script/FormJson.h"
+
+#include <algorithm>
+
+namespace vardo {
+namespace {
+
+constexpr int kInvalidArgument = 5;
+
+[[noreturn]] void Refuse(const std::string& why) { throw RuntimeError(kInvalidArgument, why); }
+
+// --- Arguments. A missing or ill-typed one throws RuntimeError 5, naming it.
+
+const Json& Required(const Json& arguments, const char* name) {
+  const auto found = arguments.find(name);
+  if (found == arguments.end()) Refuse(std::string("the argument \"") + name + "\" is missing");
+  return *found;
+}
+
+template <class T>
+T As(const Json& value, const char* name) {
+  try {
+    return value.get<T>();
+  } catch (const Json::exception&) {
+    Refuse(std::string("the argument \"") + name + "\" is of the wrong type");
+  }
+}
+
+std::string Text(const Json& arguments, const char* name) { return As<std::string>(Required(arguments, name), name); }
+
+template <class T>
+std::optional<T> Optional(const Json& arguments, const char* name) {
+  const auto found = arguments.find(name);
+  if (found == arguments.end()) return std::nullopt;
+  return As<T>(*found, name);
+}
+
+Json ValueJson(const CellValue& value) {
+  if (const auto* number = std::get_if<double>(&value)) return *number;
+  return std::get<std::string>(value);
+}
+
+bool IsTrue(const CellValue& value) { return std::holds_alternative<double>(value) && std::get<double>(value) != 0; }
+
+}  // namespace
+
+// Messages and help become events; the screen is the script's own.
+class ScriptRunner::ScriptPlatform : public ForwardingPlatform {
+ public:
+  ScriptPlatform(ScriptRunner& runner, Platform& machine) : ForwardingPlatform(machine), runner_(runner) {}
+  void ShowMessage(std::string_view text, std::string_view title, int style) override {
+    runner_.Event("message", {{"text", text}, {"title", title}, {"style", style}});
+  }
+  void ShowHelp(std::string_view file, std::string_view topic) override { runner_.Event("help", {{"file", file}, {"topic", topic}}); }
+  TwipsSize ScreenSize() override { return screen; }
+
+  TwipsSize screen{1280 * 15.0, 1024 * 15.0};
+
+ private:
+  ScriptRunner& runner_;
+};
+
+// Tells of forms that come and go; the toolkit does the rest.
+class ScriptRunner::ScriptPresenter : public FormPresenter {
+ public:
+  ScriptPresenter(ScriptRunner& runner, FormPresenter& toolkit) : runner_(runner), toolkit_(toolkit) {}
+  void RunModal(Form& form) override {
+    runner_.Event("form", {{"name", form.name()}, {"caption", form.Caption()}});
+    toolkit_.RunModal(form);
+  }
+  void Closed(Form& form) override {
+    runner_.Event("formClosed", {{"name", form.name()}});
+    toolkit_.Closed(form);
+  }
+
+ private:
+  ScriptRunner& runner_;
+  FormPresenter& toolkit_;
+};
+
+// Which commands go on while a form is shown.
+enum class When { Always, NoForm, FormOnly };
+
+struct ScriptRunner::Command {
+  std::string_view name;
+  When when;
+  Json (ScriptRunner::*run)(const Json&);
+};
+
+const ScriptRunner::Command ScriptRunner::kCommands[] = {
+    {"new", When::NoForm, &ScriptRunner::New},
+    {"open", When::NoForm, &ScriptRunner::OpenFile},
+    {"save", When::NoForm, &ScriptRunner::Save},
+    {"pages", When::Always, &ScriptRunner::Pages},
+    {"page.add", When::NoForm, &ScriptRunner::PageAdd},
+    {"page.delete", When::NoForm, &ScriptRunner::PageDelete},
+    {"page.show", When::NoForm, &ScriptRunner::PageShow},
+    {"page.rename", When::NoForm, &ScriptRunner::PageRename},
+    {"page.active", When::Always, &ScriptRunner::PageActive},
+    {"masters", When::Always, &ScriptRunner::Masters},
+    {"shapes", When::Always, &ScriptRunner::Shapes},
+    {"drop", When::NoForm, &ScriptRunner::Drop},
+    {"paste", When::NoForm, &ScriptRunner::Paste},
+    {"select", When::NoForm, &ScriptRunner::Select},
+    {"delete", When::NoForm, &ScriptRunner::Delete},
+    {"text", When::NoForm, &ScriptRunner::TypeText},
+    {"cell", When::Always, &ScriptRunner::Cell},
+    {"setCell", When::NoForm, &ScriptRunner::SetCell},
+    {"rows", When::Always, &ScriptRunner::Rows},
+    {"row.delete", When::NoForm, &ScriptRunner::RowDelete},
+    {"menus", When::Always, &ScriptRunner::Menus},
+    {"menu.run", When::NoForm, &ScriptRunner::MenuRun},
+    {"actions", When::Always, &ScriptRunner::Actions},
+    {"action.run", When::NoForm, &ScriptRunner::ActionRun},
+    {"undo", When::NoForm, &ScriptRunner::Undo},
+    {"redo", When::NoForm, &ScriptRunner::Redo},
+    {"screen", When::Always, &ScriptRunner::Screen},
+    {"screenshot", When::Always, &ScriptRunner::Screenshot},
+    {"addin.SetupEventSink", When::NoForm, &ScriptRunner::SetupEventSink},
+    {"addin.AddVardoMenu", When::NoForm, &ScriptRunner::AddVardoMenu},
+    {"addin.InitializePage", When::NoForm, &ScriptRunner::InitializePage},
+    {"addin.ShowEditor", When::NoForm, &ScriptRunner::ShowEditor},
+    {"addin.forms", When::Always, &ScriptRunner::LoadedFormNames},
+    {"form", When::FormOnly, &ScriptRunner::DescribeForm},
+    {"type", When::FormOnly, &ScriptRunner::FormType},
+    {"pick", When::FormOnly, &ScriptRunner::FormPick},
+    {"check", When::FormOnly, &ScriptRunner::FormCheck},
+    {"focus", When::FormOnly, &ScriptRunner::FormFocus},
+    {"click", When::FormOnly, &ScriptRunner::FormClick},
+    {"dblclick", When::FormOnly, &ScriptRunner::FormDblClick},
+    {"key", When::FormOnly, &ScriptRunner::FormKey},
+};
+
+ScriptRunner::ScriptRunner(bool withAddin, LineSource nextLine, std::ostream& output, Platform& machine)
+    : nextLine_(std::move(nextLine)), output_(output), session_(withAddin), platform_(std::make_unique<ScriptPlatform>(*this, machine)) {
+  SetPlatform(platform_.get());
+}
+
+ScriptRunner::~ScriptRunner() {
+  UnloadAllForms();
+  SetFormPresenter(nullptr);
+  SetPlatform(nullptr);
+}
+
+void ScriptRunner::UseForms(FormPresenter& presenter, FormDriver& driver) {
+  presenter_ = std::make_unique<ScriptPresenter>(*this, presenter);
+  driver_ = &driver;
+  SetFormPresenter(presenter_.get());
+}
+
+void ScriptRunner::Pump(Form& form) {
+  while (form.IsShown()) {
+    const std::optional<std::string> line = nextLine_();
+    if (!line) return;
+    Handle(*line);
+  }
+}
+
+int ScriptRunner::Run() {
+  while (const std::optional<std::string> line = nextLine_()) Handle(*line);
+  return lastFailed_ ? 1 : 0;
+}
+
+void ScriptRunner::Handle(const std::string& line) {
+  const size_t start = line.find_first_not_of(" \t\r");
+  if (start == std::string::npos || line[start] == '#') return;
+  Json reply = Json::object();
+  std::string name = "the line";
+  try {
+    const Json request = Json::parse(line, nullptr, false);
+    if (!request.is_object()) Refuse("it is no JSON object");
+    if (request.contains("id")) reply["id"] = request["id"];
+    name = Text(request, "do");
+    Json result = Execute(name, request);
+    reply["ok"] = true;
+    if (!result.is_null()) reply["result"] = std::move(result);
+  } catch (const RuntimeError& error) {
+    reply["ok"] = false;
+    reply["error"] = {{"number", error.number()}, {"description", name + ": " + error.description()}};
+  } catch (const AutomationError& error) {
+    reply["ok"] = false;
+    reply["error"] = {{"number", error.number()}, {"description", error.description()}};
+  } catch (const FileError& error) {
+    reply["ok"] = false;
+    reply["error"] = {{"number", kInvalidArgument}, {"description", error.what()}};
+  }
+  lastFailed_ = !reply["ok"].get<bool>();
+  Emit(reply);
+}
+
+Json ScriptRunner::Execute(const std::string& name, const Json& arguments) {
+  const auto command = std::find_if(std::begin(kCommands), std::end(kCommands), [&](const Command& c) { return c.name == name; });
+  if (command == std::end(kCommands)) Refuse("there is no such command");
+  if (command->when == When::NoForm && TopForm()) Refuse("this changes the drawing and has to wait until " + TopForm()->name() + " is closed");
+  if (command->when == When::FormOnly && !TopForm()) Refuse("no form is shown");
+  return (this->*command->run)(arguments);
+}
+
+void ScriptRunner::Emit(const Json& line) { output_ << line.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n' << std::flush; }
+
+void ScriptRunner::Event(const char* name, Json fields) {
+  Json event = {{"event", name}};
+  event.update(fields);
+  Emit(event);
+}
+
+// --- The drawing.
+
+Json ScriptRunner::New(const Json&) {
+  session_.New();
+  return {{"page", session_.host().ActivePage().Name()}};
+}
+
+Json ScriptRunner::OpenFile(const Json& arguments) {
+  session_.Open(std::filesystem::u8path(Text(arguments, "file")));
+  Json names = Json::array();
+  for (int i = 1; i <= session_.host().drawing().PageCount(); ++i) names.push_back(session_.host().drawing().PageAt(i).Name());
+  return {{"pages", names}};
+}
+
+Json ScriptRunner::Save(const Json& arguments) {
+  const auto file = Optional<std::string>(arguments, "file");
+  const std::filesystem::path saved = session_.host().Save(file ? std::optional(std::filesystem::u8path(*file)) : std::nullopt);
+  const std::u8string text = saved.u8string();
+  return {{"file", std::string(text.begin(), text.end())}};
+}
+
+Json ScriptRunner::Pages(const Json&) {
+  Json pages = Json::array();
+  Drawing& drawing = session_.host().drawing();
+  for (int i = 1; i <= drawing.PageCount(); ++i)
+    pages.push_back({{"name", drawing.PageAt(i).Name()}, {"index", i}, {"shapes", drawing.PageAt(i).ShapeCount()}});
+  return pages;
+}
+
+Json ScriptRunner::PageAdd(const Json& arguments) { return {{"name", session_.host().AddPage(Optional<std::string>(arguments, "name"))->Name()}}; }
+
+Json ScriptRunner::PageDelete(const Json& arguments) {
+  Required(arguments, "page");
+  session_.host().DeletePage(PageArgument(arguments).id(), true);
+  return nullptr;
+}
+
+Json ScriptRunner::PageShow(const Json& arguments) {
+  Required(arguments, "page");
+  session_.host().ShowPage(PageArgument(arguments).id());
+  return nullptr;
+}
+
+Json ScriptRunner::PageRename(const Json& arguments) {
+  Required(arguments, "page");
+  session_.host().RenamePage(PageArgument(arguments).id(), Text(arguments, "name"));
+  return nullptr;
+}
+
+Json ScriptRunner::PageActive(const Json&) { return {{"name", session_.host().ActivePage().Name()}}; }
+
+Json ScriptRunner::Masters(const Json&) { return session_.host().MasterNames(); }
+
+Json ScriptRunner::Shapes(const Json& arguments) {
+  DrawingPage& page = PageArgument(arguments);
+  Json shapes = Json::array();
+  for (int i = 1; i <= page.ShapeCount(); ++i) {
+    DrawingShape& shape = page.ShapeAt(i);
+    const DrawingMaster* master = shape.MasterId() < 0 ? nullptr : session_.host().drawing().FindMaster(shape.MasterId());
+    Json described = DescribeShape(session_.host().RefTo(page, shape.id()));
+    described["master"] = master ? Json(master->Name()) : Json();
+    described["text"] = shape.Text();
+    described["type"] = shape.Type();
+    described["oneD"] = shape.IsOneDimensional();
+    shapes.push_back(std::move(described));
+  }
+  return shapes;
+}
+
+Json ScriptRunner::Drop(const Json& arguments) {
+  DrawingPage& page = PageArgument(arguments);
+  const double x = Optional<double>(arguments, "x").value_or(1), y = Optional<double>(arguments, "y").value_or(1);
+  const IVShapePtr shape = session_.host().Drop(Text(arguments, "master"), page.id(), x, y, Optional<std::string>(arguments, "text"));
+  return {{"id", shape->ID()}, {"index", shape->Index()}, {"name", shape->Name()}};
+}
+
+Json ScriptRunner::Paste(const Json& arguments) {
+  DrawingPage& from = PageArgument(arguments, "from");
+  const int target = PageArgument(arguments).id();
+  std::vector<SheetRef> originals;
+  for (const Json& shape : As<std::vector<Json>>(Required(arguments, "shapes"), "shapes")) originals.push_back(ShapeNamed(shape, from));
+  Json copies = Json::array();
+  for (const IVShapePtr& shape : session_.host().Paste(originals, target))
+    copies.push_back({{"id", shape->ID()}, {"index", shape->Index()}, {"name", shape->Name()}});
+  return copies;
+}
+
+Json ScriptRunner::Select(const Json& arguments) {
+  std::vector<int> ids;
+  for (const Json& shape : As<std::vector<Json>>(Required(arguments, "shapes"), "shapes"))
+    ids.push_back(ShapeNamed(shape, session_.host().ActivePage()).shape);
+  session_.host().Select(ids);
+  return nullptr;
+}
+
+Json ScriptRunner::Delete(const Json& arguments) {
+  if (arguments.contains("shapes")) Select(arguments);
+  session_.host().DeleteSelection();
+  return nullptr;
+}
+
+Json ScriptRunner::TypeText(const Json& arguments) {
+  const SheetRef shape = ShapeArgument(arguments, "shape");
+  session_.host().TypeText(shape, Text(arguments, "text"), Optional<bool>(arguments, "keepSelection").value_or(false));
+  return nullptr;
+}
+
+Json ScriptRunner::Cell(const Json& arguments) {
+  const Sheet& sheet = *session_.host().Resolve(SheetArgument(arguments)).sheet;
+  const auto address = sheet.Find(Text(arguments, "name"));
+  if (!address) return {{"exists", false}};
+  return {{"exists", true}, {"formula", sheet.Formula(*address)}, {"value", ValueJson(sheet.Value(*address))}};
+}
+
+Json ScriptRunner::SetCell(const Json& arguments) {
+  session_.host().SetCell(SheetArgument(arguments), Text(arguments, "name"), Text(arguments, "formula"));
+  return nullptr;
+}
+
+Json ScriptRunner::Rows(const Json& arguments) {
+  const Sheet& sheet = *session_.host().Resolve(SheetArgument(arguments)).sheet;
+  const SectionInfo* section = FindSection(As<short>(Required(arguments, "section"), "section"));
+  Json rows = Json::array();
+  if (!section) return rows;
+  for (const Sheet::Row& row : sheet.Rows(*section)) {
+    Json cells = Json::object();
+    for (const auto& [name, formula] : sheet.RowCells(*section, row)) cells[name] = formula;
+    rows.push_back({{"name", row.key}, {"cells", cells}});
+  }
+  return rows;
+}
+
+Json ScriptRunner::RowDelete(const Json& arguments) {
+  const SheetRef ref = SheetArgument(arguments);
+  const short number = As<short>(Required(arguments, "section"), "section");
+  const Json& row = Required(arguments, "row");
+  const SectionInfo* section = FindSection(number);
+  if (!section) Refuse("there is no section " + std::to_string(number));
+  const std::vector<Sheet::Row> rows = session_.host().Resolve(ref).sheet->Rows(*section);
+  short position = row.is_number_integer() ? row.get<short>() : -1;
+  for (size_t i = 0; row.is_string() && i < rows.size(); ++i)
+    if (EqualAsciiIgnoringCase(rows[i].key, row.get<std::string>())) position = static_cast<short>(i);
+  if (position < 0 || static_cast<size_t>(position) >= rows.size()) Refuse("there is no row " + row.dump());
+  session_.host().DeleteRow(ref, number, position);
+  return nullptr;
+}
+
+Json ScriptRunner::Menus(const Json&) {
+  Json menus = Json::array();
+  for (const MenuData& menu : session_.host().menus().Shown()) {
+    if (!menu.added) continue;
+    Json items = Json::array();
+    for (const MenuItemData& item : menu.items) items.push_back({{"caption", item.caption}, {"position", item.position}, {"runs", item.runs}});
+    menus.push_back({{"caption", menu.caption}, {"position", menu.position}, {"items", items}});
+  }
+  return menus;
+}
+
+Json ScriptRunner::MenuRun(const Json& arguments) {
+  const std::string menuCaption = Text(arguments, "menu"), itemCaption = Text(arguments, "item");
+  for (const MenuData& menu : session_.host().menus().Shown())
+    for (const MenuItemData& item : menu.items)
+      if (menu.caption == menuCaption && item.caption == itemCaption) {
+        RunAddon(item.runs);
+        return nullptr;
+      }
+  Refuse("there is no item \"" + itemCaption + "\" in a menu \"" + menuCaption + "\"");
+}
+
+Json ScriptRunner::Actions(const Json& arguments) {
+  const Sheet& sheet = *session_.host().Resolve(SheetArgument(arguments)).sheet;
+  const SectionInfo& section = *FindSectionByElement("Actions");
+  Json actions = Json::array();
+  for (const Sheet::Row& row : sheet.Rows(section)) {
+    const auto cell = [&](const char* name) { return CellAddress{&section, row.key, name}; };
+    if (!IsTrue(sheet.Value(cell("Invisible")))) actions.push_back({{"menu", ValueJson(sheet.Value(cell("Menu")))}, {"action", sheet.Formula(cell("Action"))}});
+  }
+  return actions;
+}
+
+Json ScriptRunner::ActionRun(const Json& arguments) {
+  const std::string menu = Text(arguments, "menu");
+  for (const Json& action : Actions(arguments)) {
+    if (action["menu"] != menu) continue;
+    const SheetRef ref = SheetArgument(arguments);
+    session_.host().ShowPage(ref.page);
+    if (ref.shape >= 0) session_.host().Select({ref.shape});
+    RunAddon(StatementOfAction(action["action"].get<std::string>()));
+    return nullptr;
+  }
+  Refuse("there is no action \"" + menu + "\"");
+}
+
+void ScriptRunner::RunAddon(const std::string& statement) {
+  Event("addon", {{"name", statement}});
+  session_.RunStatement(statement);
+}
+
+Json ScriptRunner::Undo(const Json&) { return {{"label", session_.host().Undo()}}; }
+Json ScriptRunner::Redo(const Json&) { return {{"label", session_.host().Redo()}}; }
+
+Json ScriptRunner::Screen(const Json& arguments) {
+  TwipsSize& screen = platform_->screen;
+  screen.width = Optional<double>(arguments, "width").value_or(screen.width);
+  screen.height = Optional<double>(arguments, "height").value_or(screen.height);
+  return {{"width", screen.width}, {"height", screen.height}};
+}
+
+Json ScriptRunner::Screenshot(const Json& arguments) {
+  const std::string file = Text(arguments, "file");
+  if (Optional<std::string>(arguments, "of").value_or("form") != "form") Refuse("only a form can be pictured");
+  if (!TopForm()) Refuse("no form is shown");
+  driver_->Screenshot(*TopForm(), file);
+  return nullptr;
+}
+
+// --- The add-in.
+
+Json ScriptRunner::SetupEventSink(const Json&) {
+  session_.addin().SetupEventSink(session_.host().application());
+  return nullptr;
+}
+
+Json ScriptRunner::AddVardoMenu(const Json&) {
+  session_.addin().AddVardoMenu();
+  return nullptr;
+}
+
+Json ScriptRunner::InitializePage(const Json&) {
+  session_.host().RunCommand("Initialize Page", [this] { session_.addin().InitializePage(); });
+  return nullptr;
+}
+
+Json ScriptRunner::ShowEditor(const Json& arguments) {
+  session_.ShowEditor(ShapeArgument(arguments, "shape"), Optional<bool>(arguments, "select").value_or(true));
+  return nullptr;
+}
+
+Json ScriptRunner::LoadedFormNames(const Json&) { return LoadedForms(); }
+
+// --- The form on top.
+
+namespace {
+
+Control& ControlArgument(const Json& arguments) {
+  const std::string name = Text(arguments, "control");
+  Control* control = TopForm()->Find(name);
+  if (!control) Refuse("there is no control \"" + name + "\" on " + TopForm()->name());
+  return *control;
+}
+
+template <class C>
+C& ControlOf(const Json& arguments, const char* action) {
+  Control& control = ControlArgument(arguments);
+  auto* wanted = dynamic_cast<C*>(&control);
+  if (!wanted) Refuse(control.name() + " cannot be " + action);
+  return *wanted;
+}
+
+int ItemArgument(const Json& arguments, const Control& control) {
+  const Json& item = Required(arguments, "item");
+  if (item.is_number_integer()) return item.get<int>();
+  const std::string text = As<std::string>(item, "item");
+  const std::vector<std::string>* items = ItemsOf(control);
+  const auto found = items ? std::find(items->begin(), items->end(), text) : std::vector<std::string>::const_iterator();
+  if (!items || found == items->end()) Refuse(control.name() + " has no item \"" + text + "\"");
+  return static_cast<int>(found - items->begin());
+}
+
+}  // namespace
+
+Json ScriptRunner::DescribeForm(const Json&) { return FormToJson(*TopForm()); }
+
+Json ScriptRunner::FormType(const Json& arguments) {
+  driver_->Type(ControlOf<TextControl>(arguments, "typed into"), Text(arguments, "text"));
+  return nullptr;
+}
+
+Json ScriptRunner::FormPick(const Json& arguments) {
+  Control& control = ControlArgument(arguments);
+  driver_->Pick(control, ItemArgument(arguments, control));
+  return nullptr;
+}
+
+Json ScriptRunner::FormCheck(const Json& arguments) {
+  driver_->Check(ControlOf<CheckBox>(arguments, "checked"), As<bool>(Required(arguments, "checked"), "checked"));
+  return nullptr;
+}
+
+Json ScriptRunner::FormFocus(const Json& arguments) {
+  driver_->Focus(ControlArgument(arguments));
+  return nullptr;
+}
+
+Json ScriptRunner::FormClick(const Json& arguments) {
+  driver_->Click(ControlArgument(arguments));
+  return nullptr;
+}
+
+Json ScriptRunner::FormDblClick(const Json& arguments) {
+  driver_->DblClick(ControlArgument(arguments));
+  return nullptr;
+}
+
+Json ScriptRunner::FormKey(const Json& arguments) {
+  driver_->Key(*TopForm(), Text(arguments, "key"));
+  return nullptr;
+}
+
+// --- Naming things.
+
+DrawingPage& ScriptRunner::PageArgument(const Json& arguments, const char* name) {
+  const auto pageName = Optional<std::string>(arguments, name);
+  if (!pageName) return session_.host().ActivePage();
+  if (DrawingPage* page = session_.host().drawing().FindPage(*pageName)) return *page;
+  Refuse("there is no page \"" + *pageName + "\"");
+}
+
+SheetRef ScriptRunner::ShapeNamed(const Json& shape, DrawingPage& page) {
+  DrawingShape* found = nullptr;
+  if (shape.is_number_integer()) found = page.FindShape(shape.get<int>());
+  if (shape.is_string()) found = page.FindShape(std::string_view(shape.get_ref<const std::string&>()));
+  if (!found) Refuse("there is no shape " + shape.dump() + " on the page \"" + page.Name() + "\"");
+  return session_.host().RefTo(page, found->id());
+}
+
+SheetRef ScriptRunner::ShapeArgument(const Json& arguments, const char* name) {
+  return ShapeNamed(Required(arguments, name), PageArgument(arguments));
+}
+
+SheetRef ScriptRunner::SheetArgument(const Json& arguments) {
+  const Json& of = Required(arguments, "of");
+  DrawingPage& page = PageArgument(arguments);
+  if (of == "ThePage") return session_.host().RefTo(page, SheetRef::kPageSheet);
+  if (of == "TheDoc") return session_.host().RefTo(page, SheetRef::kDocumentSheet);
+  return ShapeNamed(of, page);
+}
+
+Json ScriptRunner::DescribeShape(const SheetRef& ref) {
+  const IVShapePtr shape = MakeShape(session_.host(), ref);
+  return {{"id", shape->ID()}, {"index", shape->Index()}, {"name", shape->Name()}};
+}
+
+}  // namespace vardo
