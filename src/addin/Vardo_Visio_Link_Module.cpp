@@ -20,13 +20,22 @@ constexpr struct {
     {"Create", [] { DefaultForm<frmCreate>().Create(); }},
 };
 
+using OpenDialog = void (*)();
+
+// Null when there is none.
+OpenDialog DialogFor(std::string_view kind) {
+  for (const auto& dialog : kDialogs)
+    if (dialog.kind == kind) return dialog.open;
+  return nullptr;
+}
+
 }  // namespace
 
 void OpenModuleDialog(const IVShapePtr& shape) {
   if (!shape->CellExists(kClassNameCell, kExistsAnywhere)) return;
-  const std::string kind = UnquoteFormula(shape->Cells(kClassNameCell)->Formula());
-  for (const auto& dialog : kDialogs)
-    if (dialog.kind == kind) return dialog.open();
+  if (const OpenDialog open = DialogFor(UnquoteFormula(shape->Cells(kClassNameCell)->Formula()))) open();
 }
+
+bool HasModuleDialog(std::string_view kind) { return DialogFor(kind) != nullptr; }
 
 }  // namespace vardo

@@ -1,8 +1,8 @@
+#include "addin/Vardo_Visio_Link_Module.h"
 #include "addin/host/HostError.h"
 #include "app/Commands.h"
 #include "app/Modules.h"
 #include "dialogs/ModuleDialog.h"
-#include "drawing/HostObjects.h"
 #include "forms/Forms.h"
 #include "forms/headless/HeadlessPresenter.h"
 #include "forms/qt/QtPlatform.h"
@@ -73,6 +73,7 @@ FoundModule FindModule(DrawingHost& host, const EditOptions& options) {
     throw Refused(fmt::format("\"{}\" is more than one shape in {} ({}); name the shape and its page (--page).", options.shape, file, places));
   }
   if (found[0].kind.empty()) throw Refused(fmt::format("The shape \"{}\" in {} is no module, so it has no dialog.", options.shape, file));
+  if (!HasModuleDialog(found[0].kind)) throw Refused(fmt::format("There is no dialog for {} modules.", found[0].kind));
   return found[0];
 }
 
@@ -123,30 +124,47 @@ Properties Snapshot(DrawingHost& host, const SheetRef& ref) {
   return all;
 }
 
-int PrintChanges(const FoundModule& module, const Properties& before, const Properties& after) {
-  int changes = 0;
+void PrintChanges(const FoundModule& module, const Properties& before, const Properties& after) {
+  bool changed = false;
   fmt::print("{} \"{}\" on page \"{}\":\n", module.kind, module.name, module.page);
   for (const auto& [name, value] : after) {
     const auto old = std::find_if(before.begin(), before.end(), [&, &key = name](const auto& p) { return p.first == key; });
     const std::string oldValue = old == before.end() ? "" : old->second;
     if (oldValue == value) continue;
     fmt::print("  {}: \"{}\" -> \"{}\"\n", name, oldValue, value);
-    ++changes;
+    changed = true;
   }
-  if (changes == 0) fmt::print("  nothing changed\n");
-  return changes;
+  if (!changed) fmt::print("  nothing changed\n");
 }
 
 bool HasDisplay() { return std::getenv("DISPLAY") || std::getenv("WAYLAND_DISPLAY") || std::getenv("QT_QPA_PLATFORM"); }
 
-// Shows the dialog through the presenter; true when it was shown and closed with OK, which wrote something or at least everything.
+// Shows the dialog through the presenter; true when it was closed with OK, which gives the shape its text.
 bool RunDialog(AddinSession& session, const FoundModule& module, FormPresenter& presenter) {
   SetFormPresenter(&presenter);
   session.host().StartWriteLog();
   session.ShowEditor(module.ref, true);
-  UnloadAllForms();
   SetFormPresenter(nullptr);
-  return !session.host().TakeWriteLog().empty();
+  const std::vector<CellWrite> writes = session.host().TakeWriteLog();
+  return std::any_of(writes.begin(), writes.end(), [](const CellWrite& write) { return write.cell.empty(); });
+}
+
+// Each returns whether the dialog was closed with OK.
+
+bool EditWith(const std::vector<Assignment>& assignments, AddinSession& session, const FoundModule& module) {
+  DialogFiller filler(assignments);
+  HeadlessPresenter presenter([&](Form& form) { filler.Fill(form); });
+  RunDialog(session, module, presenter);
+  return filler.accepted();
+}
+
+bool EditOnScreen(AddinSession& session, const FoundModule& module, Platform& machine, int argc, char** argv) {
+  if (!HasDisplay()) throw Refused("There is no display to show the dialog on; give its fields as FIELD=TEXT instead.");
+  QtSession qt(argc, argv);
+  QtPlatform screen(machine);
+  SetPlatform(&screen);
+  QtPresenter presenter;
+  return RunDialog(session, module, presenter);
 }
 
 }  // namespace
@@ -163,36 +181,15 @@ int EditModule(const EditOptions& options, int argc, char** argv) {
   const FoundModule module = FindModule(session.host(), options);
   const Properties before = Snapshot(session.host(), module.ref);
 
-  bool saves = false;
-  if (!assignments.empty()) {
-    DialogFiller filler(std::move(assignments));
-    bool shown = false;
-    HeadlessPresenter presenter([&](Form& form) {
-      shown = true;
-      filler.Fill(form);
-    });
-    RunDialog(session, module, presenter);
-    if (!shown) throw Refused(fmt::format("There is no dialog for {} modules.", module.kind));
-    if (!filler.accepted()) {
-      fmt::print(stderr, "vardo: {} was left as it is.\n", options.file.string());
-      return 1;
-    }
-    saves = true;
-  } else {
-    if (!HasDisplay()) throw Refused("There is no display to show the dialog on; give its fields as FIELD=TEXT instead.");
-    QtSession qt(argc, argv);
-    QtPlatform screen(*machine);
-    SetPlatform(&screen);
-    QtPresenter presenter;
-    saves = RunDialog(session, module, presenter);
-    SetPlatform(&console);
+  const bool accepted = assignments.empty() ? EditOnScreen(session, module, *machine, argc, argv) : EditWith(assignments, session, module);
+  SetPlatform(&console);
+  if (!accepted) {
+    fmt::print(stderr, "vardo: {} was left as it is.\n", options.file.string());
+    return assignments.empty() ? 0 : 1;
   }
-  if (!saves) {
-    fmt::print("Cancelled; {} was left as it is.\n", options.file.string());
-    return 0;
-  }
+  const std::filesystem::path saved = session.host().Save(options.output);
   PrintChanges(module, before, Snapshot(session.host(), module.ref));
-  fmt::print("Saved {}.\n", session.host().Save(options.output ? options.output : std::optional(options.file)).string());
+  fmt::print("Saved {}.\n", saved.string());
   return 0;
 }
 

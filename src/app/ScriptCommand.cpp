@@ -5,6 +5,7 @@
 #include "platform/NativePlatform.h"
 #include "script/ScriptRunner.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <iostream>
 #include <memory>
@@ -21,45 +22,51 @@ std::optional<std::string> ReadLine() {
   return line;
 }
 
-// Lines read beside the program, so that windows stay alive while it waits for the next one.
+// Lines read beside the program, so that windows stay alive while it waits for the next one. The reading thread may outlive the
+// reader: it cannot be called back from a pipe that stays open.
 class LineReader {
  public:
-  LineReader() : thread_([this] { ReadAll(); }) {}
-  ~LineReader() { thread_.join(); }
+  LineReader() : queue_(std::make_shared<Queue>()) {
+    std::thread([queue = queue_] { queue->ReadAll(); }).detach();
+  }
 
   std::optional<std::string> Next() {
-    for (;;) {
-      {
-        std::unique_lock lock(mutex_);
-        arrived_.wait_for(lock, std::chrono::milliseconds(10), [this] { return !lines_.empty() || ended_; });
-        if (!lines_.empty()) {
-          std::string line = std::move(lines_.front());
-          lines_.pop();
-          return line;
-        }
-        if (ended_) return std::nullopt;
-      }
-      QtPresenter::ProcessEvents();
-    }
+    constexpr auto kWindowsTurn = std::chrono::milliseconds(10);
+    while (queue_->IsWaiting(kWindowsTurn)) QtPresenter::ProcessEvents();
+    return queue_->Take();
   }
 
  private:
-  void ReadAll() {
-    while (auto line = ReadLine()) {
+  class Queue {
+   public:
+    void ReadAll() {
+      while (auto line = ReadLine()) Put(std::move(line));
+      Put(std::nullopt);
+    }
+    bool IsWaiting(std::chrono::milliseconds patience) {
+      std::unique_lock lock(mutex_);
+      return !arrived_.wait_for(lock, patience, [this] { return !lines_.empty(); });
+    }
+    // The end of input stays at the front.
+    std::optional<std::string> Take() {
       const std::lock_guard lock(mutex_);
-      lines_.push(*std::move(line));
+      std::optional<std::string> line = lines_.front();
+      if (line) lines_.pop();
+      return line;
+    }
+
+   private:
+    void Put(std::optional<std::string> line) {
+      const std::lock_guard lock(mutex_);
+      lines_.push(std::move(line));
       arrived_.notify_one();
     }
-    const std::lock_guard lock(mutex_);
-    ended_ = true;
-    arrived_.notify_one();
-  }
+    std::mutex mutex_;
+    std::condition_variable arrived_;
+    std::queue<std::optional<std::string>> lines_;
+  };
 
-  std::mutex mutex_;
-  std::condition_variable arrived_;
-  std::queue<std::string> lines_;
-  bool ended_ = false;
-  std::thread thread_;  // last: it uses the others
+  std::shared_ptr<Queue> queue_;
 };
 
 template <class Presenter>

@@ -102,6 +102,8 @@ void Drawing::ReadPages() {
     std::string partName;
     for (const Relationship& relationship : relationships)
       if (relationship.id == RelId(entry).value()) partName = relationship.target;
+    // A page that leads back to the list of pages has no contents of its own.
+    if (partName == pagesPart_) partName.clear();
     XmlPart* contents = partName.empty() ? nullptr : &ExpectRoot(*package_, partName, "PageContents");
     pages_.push_back(std::make_unique<DrawingPage>(*this, entry, partName, contents));
     highestPageId_ = std::max(highestPageId_, pages_.back()->id());

@@ -5,7 +5,7 @@ namespace {
 
 constexpr double kMargin = 180;
 constexpr double kFrameInset = 150;
-constexpr double kFrameTitle = 330;
+constexpr double kFrameTitle = 390;
 constexpr double kBoxHeight = 345;
 constexpr double kLabelHeight = 255;
 constexpr double kRowPitch = 435;
@@ -41,7 +41,7 @@ FormLayout& FormLayout::BeginFrame(Frame& frame) {
 FormLayout& FormLayout::EndFrame() {
   Frame& frame = *frame_;
   frame_ = nullptr;
-  top_ += kGap / 2;
+  top_ += kGap / 4;
   Put(frame, kMargin, frameTop_, labelWidth_ + boxWidth_ + 2 * kFrameInset, top_ - frameTop_);
   top_ += kGap;
   return *this;

@@ -13,14 +13,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QAbstractButton>
 #include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDesktopServices>
 #include <QDialog>
-#include <QDir>
 #include <QFile>
 #include <QGroupBox>
 #include <QImage>
@@ -254,10 +252,16 @@ class QtPresenterTest : public testing::Test {
     driver = &presenter;
     FormPresenter* const before = SetFormPresenter(&presenter);
     ShowModal(DefaultForm<TestForm>());
-    seen.push_back("end: " + StateOf(DefaultForm<TestForm>()));
+    seen.push_back("end: " + Raised() + "\n" + StateOf(DefaultForm<TestForm>()));
     SetFormPresenter(before);
     UnloadAllForms();
     return seen;
+  }
+
+  static std::string Raised() {
+    std::string signals;
+    for (const std::string& raised : std::exchange(trace, {})) signals += raised + "; ";
+    return signals;
   }
 
   void Do(const Act& act, FormDriver& driver, std::vector<std::string>& seen) {
@@ -267,8 +271,7 @@ class QtPresenterTest : public testing::Test {
     } catch (const AutomationError& error) {
       outcome = "error " + std::to_string(error.number()) + " " + error.description();
     }
-    for (const std::string& raised : std::exchange(trace, {})) outcome += raised + "; ";
-    seen.push_back(act.what + ": " + outcome + "\n" + (TopForm() ? StateOf(*TopForm()) : "no form"));
+    seen.push_back(act.what + ": " + outcome + Raised() + "\n" + (TopForm() ? StateOf(*TopForm()) : "no form"));
   }
 
   // Shows the form and runs the body on it; the window is that of the form.
@@ -311,7 +314,8 @@ class SameAsTheModel : public QtPresenterTest, public testing::WithParamInterfac
 TEST_P(SameAsTheModel, WhateverAPersonDoes) {
   const auto model = Play<HeadlessPresenter>(GetParam().acts);
   const auto qt = Play<QtPresenter>(GetParam().acts);
-  EXPECT_EQ(qt, model);
+  ASSERT_EQ(qt.size(), model.size());
+  for (size_t act = 0; act < qt.size(); ++act) ASSERT_EQ(qt[act], model[act]);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -476,8 +480,10 @@ TEST_F(QtPresenterTest, KeysOfTheKeyboardReachTheForm) {
     EXPECT_EQ(form.cboUnits.Text(), "Seconds");
     TypeKeys(window, "h");
     EXPECT_EQ(form.cboUnits.Text(), "Hours") << "letters choose";
+    EXPECT_EQ(press(Qt::Key_R, Qt::AltModifier), "chkStatistics") << "of two with this key the next one";
+    EXPECT_TRUE(form.chkStatistics.Checked());
+    EXPECT_EQ(press(Qt::Key_R, Qt::AltModifier), "lstRows");
     trace.clear();
-    EXPECT_EQ(press(Qt::Key_R, Qt::AltModifier), "lstRows") << "the check box comes first, and its handler hides the frame";
     EXPECT_TRUE(form.IsShown());
     press(Qt::Key_Enter, Qt::KeypadModifier);
     EXPECT_FALSE(form.IsShown());

@@ -466,8 +466,9 @@ TEST_F(Stencil, EveryPartIsWellFormedAndReached) {
     if (name.ends_with(".rels") || name.starts_with("[")) continue;
     ++parts;
     EXPECT_THAT(package_->Bytes("[Content_Types].xml"), HasSubstr("\"/" + name + "\""));
-    if (name.starts_with("visio/"))
+    if (name.starts_with("visio/")) {
       EXPECT_THAT(package_->Bytes(name), StartsWith("<?xml version='1.0' encoding='utf-8' ?>\r\n<")) << name;
+    }
   }
   EXPECT_EQ(parts, reached);
 }

@@ -15,6 +15,7 @@ struct ZipItem {
   std::int64_t size = -1;    // declared, unpacked
   std::int64_t packed = -1;  // declared
   std::int64_t offset = -1;  // of the local header, as the directory has it
+  std::int64_t crc = -1;     // declared
   std::string localName{};   // as the local header has it; empty: the same
 };
 
@@ -37,7 +38,7 @@ inline std::string SharedHeader(const ZipItem& item) {
   AppendNumber(header, item.flags, 2);
   AppendNumber(header, item.method, 2);
   AppendNumber(header, 0x00210000, 4);  // 1980-01-01
-  AppendNumber(header, Crc32(item.content), 4);
+  AppendNumber(header, item.crc < 0 ? Crc32(item.content) : static_cast<std::uint64_t>(item.crc), 4);
   AppendNumber(header, item.packed < 0 ? item.content.size() : static_cast<std::uint64_t>(item.packed), 4);
   AppendNumber(header, item.size < 0 ? item.content.size() : static_cast<std::uint64_t>(item.size), 4);
   return header;
@@ -65,7 +66,7 @@ inline std::string MakeZip(const std::vector<ZipItem>& items, std::string_view c
     zip += localName + item.content;
     directory += std::string("PK\1\2\x14\0\x14\0", 8) + SharedHeader(item);
     AppendNumber(directory, item.name.size(), 2);
-    AppendNumber(directory, 0, 12);
+    directory.append(12, '\0');
     AppendNumber(directory, offset, 4);
     directory += item.name;
   }

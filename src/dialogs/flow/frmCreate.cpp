@@ -32,7 +32,7 @@ frmCreate::frmCreate() : ModuleDialog("frmCreate", "Create", "Create_.htm") {
 
   cboType.Click = [this] { cboType_Click(); };
 
-  FormLayout(*this, 1950, 3000)
+  FormLayout(*this, 2100, 3000)
       .Row(lblName, cboName)
       .Row(lblEntityType, cboEntityType)
       .BeginFrame(Frame1)

@@ -26,8 +26,8 @@ void WriteModuleTransform(PartWriter& writer, const ModuleGeometry& module) {
 
 void WriteTextBlock(PartWriter& writer, const ModuleGeometry& module) {
   const double across = module.textTo.x - module.textFrom.x, up = module.textTo.y - module.textFrom.y;
-  writer.Part("TxtPinX", module.textFrom.x + across / 2, "Width", module.width);
-  writer.Part("TxtPinY", module.textFrom.y + up / 2, "Height", module.height);
+  writer.Part("TxtPinX", (module.textFrom.x + module.textTo.x) / 2, "Width", module.width);
+  writer.Part("TxtPinY", (module.textFrom.y + module.textTo.y) / 2, "Height", module.height);
   writer.Part("TxtWidth", across, "Width", module.width);
   writer.Part("TxtHeight", up, "Height", module.height);
   writer.Part("TxtLocPinX", 0.5, "TxtWidth", across * module.width);

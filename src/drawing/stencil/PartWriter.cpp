@@ -78,8 +78,14 @@ std::string VisioPart(std::string_view root, const PartWriter::Attributes& attri
 
 std::string NumberForFile(double number) {
   char digits[32];
-  const std::to_chars_result end = std::to_chars(digits, digits + sizeof digits, number, std::chars_format::general, 16);
-  return std::string(digits, end.ptr);
+  char* end = digits;
+  double read = 0;
+  for (const int precision : {15, 16}) {
+    end = std::to_chars(digits, digits + sizeof digits, number, std::chars_format::general, precision).ptr;
+    std::from_chars(digits, end, read);
+    if (read == number) break;
+  }
+  return std::string(digits, end);
 }
 
 }  // namespace vardo

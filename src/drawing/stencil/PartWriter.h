@@ -46,7 +46,7 @@ class PartWriter {
 std::string VisioPart(std::string_view root, const PartWriter::Attributes& attributes,
                       const std::function<void(PartWriter&)>& content);
 
-// Up to 16 digits, as in Visio's own files.
+// At most 16 digits, as in Visio's own files, and no more than the number needs.
 std::string NumberForFile(double number);
 
 }  // namespace vardo

@@ -1,6 +1,9 @@
 #include "drawing/vsdx/ZipArchive.h"
 
 #include <array>
+#include <cstdlib>
+#include <cstring>
+#include <new>
 #include <utility>
 
 #include "drawing/vsdx/FileError.h"
@@ -17,12 +20,25 @@ struct FreeSource {
 };
 using Source = std::unique_ptr<zip_source_t, FreeSource>;
 
-// The bytes as a source, which does not own them.
+// The bytes as a source to read from, which does not own them.
 Source SourceOf(const std::string& bytes, const std::string& file) {
   zip_error_t error;
   zip_error_init(&error);
   Source source(zip_source_buffer_create(bytes.data(), bytes.size(), 0, &error));
   if (!source) throw FileError::Damaged(file, zip_error_strerror(&error));
+  return source;
+}
+
+// The same to write to. It needs a copy: once written, a source frees what it was made of, whether it was told to own it or not.
+Source WritableSourceOf(const std::string& bytes) {
+  struct Free {
+    void operator()(void* memory) const { std::free(memory); }
+  };
+  std::unique_ptr<void, Free> copy(bytes.empty() ? nullptr : std::malloc(bytes.size()));
+  if (copy) std::memcpy(copy.get(), bytes.data(), bytes.size());
+  Source source(copy || bytes.empty() ? zip_source_buffer_create(copy.get(), bytes.size(), 1, nullptr) : nullptr);
+  if (!source) throw std::bad_alloc();
+  (void)copy.release();
   return source;
 }
 
@@ -74,8 +90,8 @@ class EntryStream {
   throw FileError(file + " could not be packed (" + zip_strerror(zip) + "); close other programs and save it again.");
 }
 
-// The method to ask for so that an entry is deflated at our level. The level is dropped when the method is the one an entry has already ("default"
-// for a new one), and the default method is to deflate.
+// The method to ask for so that an entry is deflated at our level. The level is dropped when the method is the one an entry has
+// already ("default" for a new one), and the default method is to deflate.
 zip_int32_t MethodFor(const ZipEdit& edit, const std::vector<ZipEntry>& entries) {
   return edit.index && entries[*edit.index].method == ZIP_CM_DEFLATE ? ZIP_CM_DEFAULT : ZIP_CM_DEFLATE;
 }
@@ -148,7 +164,7 @@ void ZipArchive::Check(std::size_t index) const {
 }
 
 std::string ZipArchive::With(std::vector<ZipEdit> edits) const {
-  Source source = SourceOf(bytes_, file_);
+  Source source = WritableSourceOf(bytes_);
   zip_source_keep(source.get());
   std::unique_ptr<zip_t, Discard> zip(Open(Source(source.get()), bytes_.empty() ? ZIP_CREATE | ZIP_TRUNCATE : 0, file_));
   for (const ZipEdit& edit : edits) Apply(zip.get(), edit, entries_, file_);

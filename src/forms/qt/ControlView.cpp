@@ -309,9 +309,9 @@ class PickOnlyComboView : public ControlView {
 class ListView : public ControlView {
  public:
   ListView(ListBox& control, QListWidget& list, bool& mirroring)
-      : ControlView(control, list, mirroring), items_(control), list_(list) {
+      : ControlView(control, list, mirroring), items_(control), list_(list), viewport_(*list.viewport()) {
     list_.setSelectionMode(QAbstractItemView::SingleSelection);
-    list_.viewport()->installEventFilter(this);
+    viewport_.installEventFilter(this);
     connect(&list_, &QListWidget::itemSelectionChanged, this, [this] {
       if (!this->mirroring() && form().IsShown() && !list_.selectedItems().isEmpty()) form().UserPick(items_, list_.currentRow());
     });
@@ -321,22 +321,22 @@ class ListView : public ControlView {
     GoTo();
     list_.scrollToItem(list_.item(index));
     const QPoint at = list_.visualItemRect(list_.item(index)).center();
-    SendMouse(*list_.viewport(), QEvent::MouseButtonPress, at);
-    SendMouse(*list_.viewport(), QEvent::MouseButtonRelease, at);
+    SendMouse(viewport_, QEvent::MouseButtonPress, at);
+    SendMouse(viewport_, QEvent::MouseButtonRelease, at);
   }
 
   // The second press on the line that is selected.
   void DblClick() override {
     const QRect line = list_.visualItemRect(list_.currentItem());
-    SendMouse(*list_.viewport(), QEvent::MouseButtonDblClick, line.center());
-    SendMouse(*list_.viewport(), QEvent::MouseButtonRelease, line.center());
+    SendMouse(viewport_, QEvent::MouseButtonDblClick, line.center());
+    SendMouse(viewport_, QEvent::MouseButtonRelease, line.center());
   }
 
  private:
   bool LeavesKey(int) const override { return true; }
 
   bool eventFilter(QObject* watched, QEvent* event) override {
-    if (watched != list_.viewport() || !form().IsShown()) return ControlView::eventFilter(watched, event);
+    if (watched != &viewport_ || !form().IsShown()) return ControlView::eventFilter(watched, event);
     switch (event->type()) {
       case QEvent::MouseButtonPress:
         Pressed(static_cast<QMouseEvent*>(event)->position().toPoint());
@@ -372,6 +372,7 @@ class ListView : public ControlView {
 
   ListBox& items_;
   QListWidget& list_;
+  QWidget& viewport_;
 };
 
 ControlView* MakeCombo(ComboBox& control, QWidget& parent, bool& mirroring) {

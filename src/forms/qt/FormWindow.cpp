@@ -142,7 +142,6 @@ void FormWindow::FocusMoved(Control* focus) {
 }
 
 void ActivateWindow(QWidget& window) {
-  window.raise();
   window.activateWindow();
   QApplication::setActiveWindow(&window);
 }

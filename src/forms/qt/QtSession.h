@@ -10,6 +10,9 @@ class QtSession {
   // argv must outlive the session. Without a display, windows are drawn off screen, as scripts on servers need it.
   // The session goes on when the last window closes: a form's end must not end the loops of what is below it.
   QtSession(int argc, char** argv);
+  ~QtSession();
+  QtSession(const QtSession&) = delete;
+  QtSession& operator=(const QtSession&) = delete;
 
   // The program's event loop; returns when QApplication::quit is called.
   int Run() { return QApplication::exec(); }
