@@ -103,13 +103,29 @@ void Application::SetupEventSink(const IVApplicationPtr& application) {
   visApp = application;
   const IVEventListPtr events = application->EventList();
   if (eventSink) return;
-  eventSink = std::make_shared<CEventSink>();
-  for (const auto& event : kAdvisedEvents) events->AddAdvise(static_cast<std::int16_t>(event.code), eventSink, "", event.description);
+  const auto sink = std::make_shared<CEventSink>();
+  eventSink = sink;
+  for (const auto& event : kAdvisedEvents) {
+    const IVEventPtr advised = events->AddAdvise(static_cast<std::int16_t>(event.code), sink, "", event.description);
+    if (event.code == kEventPageDeleted) sink->SetPageDeletedEvent(advised);
+  }
 }
 
 void Application::ShowEditor(const IVApplicationPtr& application, const IVShapePtr& shape) {
   visApp = application;
   OpenModuleDialog(shape);
 }
+
+void Application::Submodel(const IVApplicationPtr& application, const IVShapePtr& shape) {
+  if (!visApp) visApp = application;
+  OpenSubmodelPage(shape);
+}
+
+void Application::CloseSubmodel(const IVApplicationPtr& application, const IVPagePtr& page) {
+  if (!visApp) visApp = application;
+  ShowParentPage(page);
+}
+
+void Application::CopyAndPaste(const EventSubject&) {}
 
 }  // namespace vardo

@@ -1,7 +1,7 @@
 // The add-in as the host calls it.
 #pragma once
 
-#include "addin/host/HostFwd.h"
+#include "addin/host/IVEventList.h"
 
 namespace vardo {
 
@@ -21,6 +21,15 @@ class Application {
 
   // Remembers the host and opens the dialog for the shape's module kind. Returns when it is closed.
   void ShowEditor(const IVApplicationPtr& application, const IVShapePtr& shape);
+
+  // Shows the submodel page of a Process shape, made first when it has none. Throws what the host throws.
+  void Submodel(const IVApplicationPtr& application, const IVShapePtr& shape);
+
+  // Shows the page on which a submodel page's Process stands; does nothing on any other page.
+  void CloseSubmodel(const IVApplicationPtr& application, const IVPagePtr& page);
+
+  // Accepts any object and does nothing.
+  void CopyAndPaste(const EventSubject& object);
 };
 
 }  // namespace vardo

@@ -47,26 +47,16 @@ std::optional<std::string> ReadAttribute(pugi::xml_node node, const char* name) 
 }  // namespace
 
 void TreeEditor::SetAttribute(XmlPart& part, pugi::xml_node node, const char* name, std::string_view value) {
-  const std::optional<std::string> before = ReadAttribute(node, name);
-  const std::optional<std::string> after = std::string(value);
-  if (before == after) return;
-  const auto apply = [&part, node, name = std::string(name)](const std::optional<std::string>& text, int direction) {
-    WriteAttribute(node, name.c_str(), text);
-    part.Touch(direction);
-  };
-  apply(after, +1);
-  journal_.Record([=] { apply(before, -1); }, [=] { apply(after, +1); });
+  ChangeAttribute(part, node, name, std::string(value));
 }
 
-void TreeEditor::RemoveAttribute(XmlPart& part, pugi::xml_node node, const char* name) {
-  const std::optional<std::string> before = ReadAttribute(node, name);
-  if (!before) return;
-  const auto apply = [&part, node, name = std::string(name)](const std::optional<std::string>& text, int direction) {
-    WriteAttribute(node, name.c_str(), text);
-    part.Touch(direction);
-  };
-  apply(std::nullopt, +1);
-  journal_.Record([=] { apply(before, -1); }, [=] { apply(std::nullopt, +1); });
+void TreeEditor::RemoveAttribute(XmlPart& part, pugi::xml_node node, const char* name) { ChangeAttribute(part, node, name, std::nullopt); }
+
+void TreeEditor::ChangeAttribute(XmlPart& part, pugi::xml_node node, const std::string& name, const std::optional<std::string>& after) {
+  const std::optional<std::string> before = ReadAttribute(node, name.c_str());
+  if (before == after) return;
+  Make(
+      part, [=] { WriteAttribute(node, name.c_str(), after); }, [=] { WriteAttribute(node, name.c_str(), before); });
 }
 
 pugi::xml_node TreeEditor::InsertElement(XmlPart& part, pugi::xml_node parent, const char* name, pugi::xml_node before) {
@@ -89,30 +79,32 @@ void TreeEditor::AppendText(XmlPart& part, pugi::xml_node parent, std::string_vi
 
 void TreeEditor::Remove(XmlPart& part, pugi::xml_node node) {
   const Position position = PositionOf(node);
-  PutAside(node);
-  part.Touch(+1);
-  journal_.Record(
-      [&part, node, position] {
-        PutBack(node, position);
-        part.Touch(-1);
-      },
-      [&part, node] {
-        PutAside(node);
-        part.Touch(+1);
-      });
+  Make(
+      part, [node] { PutAside(node); }, [node, position] { PutBack(node, position); });
 }
 
 void TreeEditor::RecordInsertion(XmlPart& part, pugi::xml_node node) {
   const Position position = PositionOf(node);
   part.Touch(+1);
+  Record(
+      part, [node, position] { PutBack(node, position); }, [node] { PutAside(node); });
+}
+
+void TreeEditor::Make(XmlPart& part, const Journal::Action& edit, const Journal::Action& reverse) {
+  edit();
+  part.Touch(+1);
+  Record(part, edit, reverse);
+}
+
+void TreeEditor::Record(XmlPart& part, const Journal::Action& edit, const Journal::Action& reverse) {
   journal_.Record(
-      [&part, node] {
-        PutAside(node);
+      [&part, reverse] {
+        reverse();
         part.Touch(-1);
       },
-      [&part, node, position] {
-        PutBack(node, position);
-        part.Touch(+1);
+      [&part, edit] {
+        edit();
+        part.Retouch();
       });
 }
 

@@ -7,6 +7,7 @@
 
 #include <pugixml.hpp>
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -27,7 +28,10 @@ class TreeEditor {
   void Remove(XmlPart& part, pugi::xml_node node);
 
  private:
+  void ChangeAttribute(XmlPart& part, pugi::xml_node node, const std::string& name, const std::optional<std::string>& after);
   void RecordInsertion(XmlPart& part, pugi::xml_node node);
+  void Make(XmlPart& part, const Journal::Action& edit, const Journal::Action& reverse);
+  void Record(XmlPart& part, const Journal::Action& edit, const Journal::Action& reverse);
 
   Journal& journal_;
 };

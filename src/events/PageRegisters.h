@@ -1,8 +1,11 @@
 // The hidden rows that every page carries, and what is counted with them.
 #pragma once
 
+#include "addin/host/HostFwd.h"
+
 #include <string>
 #include <string_view>
+#include <unordered_set>
 
 namespace vardo {
 
@@ -17,6 +20,9 @@ struct BookkeepingRow {
 
 inline constexpr std::string_view kParentPageRow = "VardoParentPage";
 
+// Letter case counts.
+bool IsModuleKind(std::string_view name);
+
 // A list of shape positions a kind, the number of module shapes, and the page that a submodel page belongs to.
 inline constexpr BookkeepingRow kBookkeepingRows[] = {
     {"Create", "\"\""},   {"Process", "\"\""},  {"Decide", "\"\""}, {"Assign", "\"\""},   {"Batch", "\"\""}, {"Separate", "\"\""},
@@ -30,5 +36,12 @@ std::string DrawingKindShapeIndexes(std::string_view kind);
 
 // How many shapes of a kind the drawing's registers name.
 int KindShapeCount(std::string_view kind);
+
+// Positions among the page's shapes.
+using ShapeIndexes = std::unordered_set<int>;
+
+// Writes the page's registers and its count anew, as they will be once the shapes at those positions have gone: the ones behind a shape that
+// goes move up. Throws HostError.
+void CountModuleNames(const IVPagePtr& page, const ShapeIndexes& goingAway);
 
 }  // namespace vardo

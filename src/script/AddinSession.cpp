@@ -37,10 +37,28 @@ void AddinSession::ShowEditor(const SheetRef& shape, bool select) {
   host_.RunCommand("Edit Module", [&] { addin_.ShowEditor(host_.application(), MakeShape(host_, shape)); });
 }
 
+void AddinSession::Submodel(const SheetRef& shape) {
+  host_.RunCommand("Edit Submodel", [&] { addin_.Submodel(host_.application(), MakeShape(host_, shape)); });
+}
+
+void AddinSession::CloseSubmodel(int pageId) {
+  host_.RunCommand("Close Submodel", [&] { addin_.CloseSubmodel(host_.application(), MakePage(host_, host_.serial(), pageId)); });
+}
+
 bool AddinSession::RunStatement(std::string_view statement) {
-  constexpr std::string_view kShowEditor = R"(Set t=CreateObject("VardoBasic.Application"):t.ShowEditor Application,ActiveWindow.Selection.Item(1))";
-  if (statement != kShowEditor || host_.selection().empty()) return false;
-  ShowEditor(host_.RefTo(host_.ActivePage(), host_.selection().front()), false);
+  constexpr std::string_view kCreate = R"(Set t=CreateObject("VardoBasic.Application"):t.)";
+  if (statement.substr(0, kCreate.size()) != kCreate) return false;
+  const std::string_view call = statement.substr(kCreate.size());
+  const int page = host_.ActivePage().id();
+  if (call == "CloseSubmodel Application,ActivePage") {
+    CloseSubmodel(page);
+    return true;
+  }
+  if (host_.selection().empty()) return false;
+  const SheetRef selected{host_.serial(), page, host_.selection().front()};
+  if (call == "ShowEditor Application,ActiveWindow.Selection.Item(1)") ShowEditor(selected, false);
+  else if (call == "Submodel Application,ActiveWindow.Selection.Item(1)") Submodel(selected);
+  else return false;
   return true;
 }
 

@@ -128,6 +128,9 @@ const ScriptRunner::Command ScriptRunner::kCommands[] = {
     {"addin.AddVardoMenu", When::NoForm, &ScriptRunner::AddVardoMenu},
     {"addin.InitializePage", When::NoForm, &ScriptRunner::InitializePage},
     {"addin.ShowEditor", When::NoForm, &ScriptRunner::ShowEditor},
+    {"addin.Submodel", When::NoForm, &ScriptRunner::Submodel},
+    {"addin.CloseSubmodel", When::NoForm, &ScriptRunner::CloseSubmodel},
+    {"addin.CopyAndPaste", When::NoForm, &ScriptRunner::CopyAndPaste},
     {"addin.forms", When::Always, &ScriptRunner::LoadedFormNames},
     {"form", When::FormOnly, &ScriptRunner::DescribeForm},
     {"type", When::FormOnly, &ScriptRunner::FormType},
@@ -447,6 +450,22 @@ Json ScriptRunner::InitializePage(const Json&) {
 
 Json ScriptRunner::ShowEditor(const Json& arguments) {
   session_.ShowEditor(ShapeArgument(arguments, "shape"), Optional<bool>(arguments, "select").value_or(true));
+  return nullptr;
+}
+
+Json ScriptRunner::Submodel(const Json& arguments) {
+  session_.Submodel(ShapeArgument(arguments, "shape"));
+  return nullptr;
+}
+
+Json ScriptRunner::CloseSubmodel(const Json& arguments) {
+  Required(arguments, "page");
+  session_.CloseSubmodel(PageArgument(arguments).id());
+  return nullptr;
+}
+
+Json ScriptRunner::CopyAndPaste(const Json&) {
+  session_.addin().CopyAndPaste({});
   return nullptr;
 }
 

@@ -1,0 +1,43 @@
+// The pages that Process shapes of the type Submodel have of their own.
+//   A Process names its page in Prop.VardoSubPage; the page names the one its Process stands on in Prop.VardoParentPage. Pages are those of
+//   the active document. Everything here throws what the host throws.
+#pragma once
+
+#include "addin/host/HostFwd.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vardo {
+
+// The parent that the next new page is given; cleared as soon as it has been written.
+extern std::string PendingParentPage;
+
+// Names are compared exactly.
+bool PageExists(std::string_view name);
+
+// The page name for a Process named `name` whose page now is currentPage (may be empty): the name and " (Submodel)". A name of more
+// than 20 characters is cut to 18 and given the number of pages that start alike, so that no page name is longer than 31; a page that
+// is the Process's already keeps its name.
+std::string SubmodelPageName(std::string_view name, std::string_view currentPage);
+
+// Shows the submodel page of a Process shape; makes and links it first when there is none.
+void OpenSubmodelPage(const IVShapePtr& process);
+
+// Shows the page that a submodel's Process stands on; nothing happens on any other page.
+void ShowParentPage(const IVPagePtr& page);
+
+// Deletes the submodel pages of the Process shapes on a page, and theirs before them.
+void DeleteSubmodelPages(const IVPagePtr& page);
+
+// The submodel pages, of those that exist, of the Process shapes on a page.
+std::vector<std::string> SubmodelPagesOf(const IVPagePtr& page);
+
+// The page that a Process names as its submodel's; empty for none, also when it has no such property.
+std::string SubmodelPageOf(const IVShapePtr& process);
+
+// Gives a renamed Process's submodel page the new name, and the Process the link to it.
+void RenameSubmodelPage(const IVShapePtr& process, std::string_view newName);
+
+}  // namespace vardo

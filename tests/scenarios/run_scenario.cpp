@@ -1,0 +1,133 @@
+// run_scenario DATA-FOLDER FILE: runs one scenario against the script runner in this process, and says what came otherwise than
+// expected. Exit status 0 when nothing did. Built once for every forms toolkit.
+#include "Scenario.h"
+#include "platform/NativePlatform.h"
+#include "script/ScriptRunner.h"
+
+#include <iostream>
+#include <random>
+#include <sstream>
+
+#ifdef VARDO_SCENARIO_QT
+#include "forms/qt/QtPresenter.h"
+#include "forms/qt/QtSession.h"
+#else
+#include "forms/headless/HeadlessPresenter.h"
+#endif
+
+namespace vardo {
+namespace {
+
+#ifdef VARDO_SCENARIO_QT
+using Presenter = QtPresenter;
+using Session = QtSession;
+#else
+using Presenter = HeadlessPresenter;
+struct Session {
+  Session(int, char**) {}
+};
+#endif
+
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    std::random_device random;
+    do {
+      path_ = std::filesystem::temp_directory_path() / ("vardo-scenario-" + std::to_string(random()));
+    } while (!std::filesystem::create_directory(path_));
+  }
+  ~TemporaryFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  const std::filesystem::path& path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+// The machine with the registry that the scenario says.
+class ScenarioMachine : public ForwardingPlatform {
+ public:
+  ScenarioMachine(Platform& machine, const Scenario& scenario) : ForwardingPlatform(machine), registry_(scenario.registry) {}
+  std::string ReadRegistryString(std::string_view key, std::string_view valueName) override {
+    const auto found = registry_.find({std::string(key), std::string(valueName)});
+    return found == registry_.end() ? "" : found->second;
+  }
+
+ private:
+  const std::map<std::pair<std::string, std::string>, std::string>& registry_;
+};
+
+// Hands out the requests one by one and looks at what came of each when the next is asked for.
+class Play {
+ public:
+  explicit Play(const Scenario& scenario) : scenario_(scenario) {}
+
+  std::ostream& output() { return output_; }
+
+  std::optional<std::string> NextRequest() {
+    if (next_ == scenario_.requests.size()) return std::nullopt;
+    CheckPrevious();
+    return scenario_.requests[next_++].text;
+  }
+
+  // The lines that the end of the input brings belong to the last request.
+  void End(int status) {
+    CheckPrevious();
+    const ScenarioJson came = {{"exit", status}};
+    if (scenario_.exit && !Matches(scenario_.exit->value, came))
+      Complain(scenario_.file + ":" + std::to_string(scenario_.exit->line) + ": expected " + scenario_.exit->value.dump() +
+               "\n  but there came " + came.dump());
+  }
+
+  bool Failed() const { return failed_; }
+
+ private:
+  void CheckPrevious() {
+    std::vector<std::string> came;
+    std::istringstream lines(std::exchange(output_, {}).str());
+    for (std::string line; std::getline(lines, line);) came.push_back(line);
+    if (next_ == 0) return;
+    for (const std::string& wrong : Mismatches(scenario_, scenario_.requests[next_ - 1], came)) Complain(wrong);
+  }
+
+  void Complain(const std::string& wrong) {
+    failed_ = true;
+    std::cerr << wrong << '\n';
+  }
+
+  const Scenario& scenario_;
+  std::ostringstream output_;
+  size_t next_ = 0;
+  bool failed_ = false;
+};
+
+bool Succeeds(const Scenario& scenario) {
+  const std::unique_ptr<Platform> native = MakeNativePlatform();
+  ScenarioMachine machine(*native, scenario);
+  Play play(scenario);
+  ScriptRunner runner(
+      scenario.withAddin, [&play] { return play.NextRequest(); }, play.output(), machine);
+  Presenter presenter([&runner](Form& form) { runner.Pump(form); });
+  runner.UseForms(presenter, presenter);
+  play.End(runner.Run());
+  return !play.Failed();
+}
+
+}  // namespace
+}  // namespace vardo
+
+int main(int argc, char** argv) try {
+  if (argc != 3) throw std::runtime_error("usage: run_scenario DATA-FOLDER FILE");
+  const vardo::Session session(argc, argv);
+  const vardo::TemporaryFolder temporary;
+  const vardo::Scenario scenario =
+      vardo::ReadScenario(argv[2], {{"${TMP}", temporary.path().generic_string()}, {"${DATA}", argv[1]}});
+  return vardo::Succeeds(scenario) ? 0 : 1;
+} catch (const std::exception& error) {
+  std::cerr << error.what() << '\n';
+  return 2;
+}
