@@ -40,10 +40,15 @@ const Unit* UnitOfSuffix(std::string_view suffix) {
 
 bool IsString(pugi::xml_node cell, bool isText) { return isText || std::string_view(cell.attribute("U").value()) == "STR"; }
 
-// V, or the element's text where the value has line breaks.
+// V, or the element's text where the value has line breaks; those are line feeds to us whatever they are in the file.
 std::string RawValue(pugi::xml_node cell) {
-  const pugi::xml_attribute value = cell.attribute("V");
-  return value ? value.value() : cell.child_value();
+  if (const pugi::xml_attribute value = cell.attribute("V")) return value.value();
+  std::string text;
+  for (const char* at = cell.child_value(); *at; ++at) {
+    if (*at != '\r') text += *at;
+    else if (at[1] != '\n') text += '\n';
+  }
+  return text;
 }
 
 std::string ShownNumber(double number) {
@@ -73,8 +78,9 @@ void RemoveChildren(TreeEditor& editor, XmlPart& part, pugi::xml_node cell) {
 void WriteAttributes(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, const std::string& value, std::string_view unit,
                      std::string_view formula) {
   const bool sameUnit = cell.attribute("U").value() == unit && (!unit.empty() || !cell.attribute("U"));
-  if (!sameUnit || formula.empty()) editor.RemoveAttribute(part, cell, "F");
-  if (!sameUnit) editor.RemoveAttribute(part, cell, "U");
+  const bool inPlace = sameUnit && cell.attribute("V");
+  if (!inPlace || formula.empty()) editor.RemoveAttribute(part, cell, "F");
+  if (!inPlace) editor.RemoveAttribute(part, cell, "U");
   editor.RemoveAttribute(part, cell, "E");
   RemoveChildren(editor, part, cell);
   if (value.find_first_of("\n\r") != std::string::npos) {

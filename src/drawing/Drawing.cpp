@@ -249,12 +249,16 @@ std::string Drawing::RelatedPart(std::string_view from, std::string_view typeEnd
 }
 
 XmlPart& Drawing::EnsureMastersPart() {
+  const std::string document = package_->MainPart();
   if (mastersPart_.empty()) {
-    const std::string document = package_->MainPart();
     mastersPart_ = Folder(document) + "masters/masters.xml";
     package_->AddXml(mastersPart_, kEmptyMasters, kMastersContentType);
-    package_->AddRelationship(document, kMastersRelationship, mastersPart_);
+  } else if (package_->Has(mastersPart_)) {
+    return package_->Xml(mastersPart_);
   }
+  package_->SetPresent(mastersPart_, true);
+  const ListedPart listed{document, kMastersRelationship, mastersPart_, package_->AddRelationship(document, kMastersRelationship, mastersPart_)};
+  journal_.Record([=, this] { SetListed(listed, false); }, [=, this] { SetListed(listed, true); });
   return package_->Xml(mastersPart_);
 }
 

@@ -90,6 +90,8 @@ class DrawingPage {
   DrawingShape& AddInstance(const DrawingMaster& master, double x, double y);
   // Appends a copy of a shape of any page of the drawing. Glue to shapes that were not copied is loosened.
   DrawingShape& AddCopy(const DrawingShape& original, const std::unordered_map<int, int>& newIds, int newId);
+  // The copied connectors' glue to shapes that were copied with them, from the page of the originals.
+  void CopyGlue(const DrawingPage& from, const std::unordered_map<int, int>& newIds);
   int TakeNewId();
   void Remove(int shapeId);
 
@@ -105,8 +107,11 @@ class DrawingPage {
   const Sheet* BaseOf(pugi::xml_node element, const DrawingShape* parent) const;
   pugi::xml_node ShapesElement();
   DrawingShape& Adopt(pugi::xml_node element, const std::string& name);
+  void AdoptInnerShapes(const DrawingShape& group);
   std::string FreeName(std::string_view wanted, int id);
-  void LoosenGlueTo(int shapeId);
+  void InsertInnerShapes(pugi::xml_node instance, pugi::xml_node original);
+  void LoosenGlueTo(const std::vector<int>& shapeIds);
+  void LoosenEnd(int connectorId, std::string_view fromCell, int shapeId);
   void EnsureMasterRelationship(const DrawingMaster& master);
 
   Drawing& drawing_;

@@ -135,6 +135,7 @@ std::vector<IVShapePtr> DrawingHost::Paste(const std::vector<SheetRef>& original
   for (const SheetRef& original : originals) newIds[ResolveShape(original).id()] = page.TakeNewId();
   std::vector<int> copies;
   for (const SheetRef& original : originals) copies.push_back(page.AddCopy(ResolveShape(original), newIds, newIds.at(original.shape)).id());
+  if (!originals.empty()) page.CopyGlue(ResolvePage(serial_, originals.front().page), newIds);
 
   std::vector<IVShapePtr> objects;
   for (const int id : copies) {

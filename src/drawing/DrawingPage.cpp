@@ -3,6 +3,7 @@
 #include "drawing/VisioXml.h"
 
 #include <algorithm>
+#include <limits>
 #include <regex>
 
 namespace vardo {
@@ -15,7 +16,14 @@ std::string Attribute(pugi::xml_node node, const char* first, const char* second
   return attribute ? attribute.value() : node.attribute(second).value();
 }
 
-constexpr const char* kEndCells[] = {"BeginX", "BeginY", "EndX", "EndY", "BegTrigger", "EndTrigger"};
+// The cells of a connector that glue of one end is written in.
+struct GluedEnd {
+  std::string_view fromCell;
+  const char* cells[3];
+};
+constexpr GluedEnd kEnds[] = {{"BeginX", {"BeginX", "BeginY", "BegTrigger"}}, {"EndX", {"EndX", "EndY", "EndTrigger"}}};
+
+int NumberOr(pugi::xml_node connect, const char* attribute) { return connect.attribute(attribute).as_int(-1); }
 
 // Gives references to copied shapes their new numbers; returns false when the formula also refers to a shape that was not copied.
 bool Renumbered(std::string& formula, const std::unordered_map<int, int>& newIds) {
@@ -94,14 +102,31 @@ DrawingShape& DrawingPage::AddInstance(const DrawingMaster& master, double x, do
   set("Name", name);
   set("Type", master.TopShape() && master.TopShape()->Type() == 2 ? "Group" : "Shape");
   set("Master", std::to_string(master.id()));
+  if (master.TopShape()) InsertInnerShapes(element, master.TopShape()->element());
+  const pugi::xml_node firstInner = element.first_child();
   const auto cell = [&](const char* cellName, double value) {
-    const pugi::xml_node added = editor.InsertElement(*contents_, element, "Cell");
+    const pugi::xml_node added = editor.InsertElement(*contents_, element, "Cell", firstInner);
     editor.SetAttribute(*contents_, added, "N", cellName);
     editor.SetAttribute(*contents_, added, "V", NumberText(value));
   };
   cell("PinX", x);
   cell("PinY", y);
   return Adopt(element, name);
+}
+
+// An instance of a group lists every shape inside the group, each by its number in the master.
+void DrawingPage::InsertInnerShapes(pugi::xml_node instance, pugi::xml_node original) {
+  const pugi::xml_node inner = original.child("Shapes");
+  if (!inner) return;
+  TreeEditor& editor = drawing_.editor();
+  const pugi::xml_node shapes = editor.InsertElement(*contents_, instance, "Shapes");
+  for (const pugi::xml_node shape : inner.children("Shape")) {
+    const pugi::xml_node added = editor.InsertElement(*contents_, shapes, "Shape");
+    editor.SetAttribute(*contents_, added, "ID", std::to_string(TakeNewId()));
+    editor.SetAttribute(*contents_, added, "Type", shape.attribute("Type").as_string("Shape"));
+    editor.SetAttribute(*contents_, added, "MasterShape", shape.attribute("ID").value());
+    InsertInnerShapes(added, shape);
+  }
 }
 
 DrawingShape& DrawingPage::AddCopy(const DrawingShape& original, const std::unordered_map<int, int>& newIds, int newId) {
@@ -118,12 +143,18 @@ DrawingShape& DrawingPage::AddCopy(const DrawingShape& original, const std::unor
   } else {
     for (const char* attribute : {"NameU", "Name", "IsCustomNameU", "IsCustomName"}) editor.RemoveAttribute(*contents_, element, attribute);
   }
-  for (const pugi::xpath_node& sub : element.select_nodes(".//Shape[not(@Del)]"))
-    editor.SetAttribute(*contents_, sub.node(), "ID", std::to_string(TakeNewId()));
+  const pugi::xpath_node_set inner = element.select_nodes(".//Shape[not(@Del)]");
+  std::unordered_map<int, int> ids;
+  if (!inner.empty()) ids = newIds;
+  for (const pugi::xpath_node& sub : inner) {
+    const int innerId = TakeNewId();
+    ids[sub.node().attribute("ID").as_int()] = innerId;
+    editor.SetAttribute(*contents_, sub.node(), "ID", std::to_string(innerId));
+  }
   for (const pugi::xpath_node& found : element.select_nodes(".//Cell[@F]")) {
     std::string formula = found.node().attribute("F").value();
     if (formula.find("Sheet.") == std::string::npos) continue;
-    if (Renumbered(formula, newIds))
+    if (Renumbered(formula, inner.empty() ? newIds : ids))
       editor.SetAttribute(*contents_, found.node(), "F", formula);
     else
       editor.RemoveAttribute(*contents_, found.node(), "F");
@@ -131,33 +162,50 @@ DrawingShape& DrawingPage::AddCopy(const DrawingShape& original, const std::unor
   return Adopt(element, name);
 }
 
+void DrawingPage::CopyGlue(const DrawingPage& from, const std::unordered_map<int, int>& newIds) {
+  std::vector<pugi::xml_node> glue;
+  for (const pugi::xml_node connect : from.contents_->root().child("Connects").children("Connect"))
+    if (newIds.contains(NumberOr(connect, "FromSheet")) && newIds.contains(NumberOr(connect, "ToSheet"))) glue.push_back(connect);
+  if (glue.empty()) return;
+  TreeEditor& editor = drawing_.editor();
+  pugi::xml_node connects = contents_->root().child("Connects");
+  if (!connects) connects = editor.InsertElement(*contents_, contents_->root(), "Connects", ShapesElement().next_sibling());
+  for (const pugi::xml_node connect : glue) {
+    const pugi::xml_node copy = editor.InsertCopy(*contents_, connects, connect);
+    for (const char* end : {"FromSheet", "ToSheet"}) editor.SetAttribute(*contents_, copy, end, std::to_string(newIds.at(NumberOr(connect, end))));
+  }
+}
+
 int DrawingPage::TakeNewId() {
   EnsureShapes();
   int& highest = drawing_.highestIds_[id()];
-  highest = std::max(highest, highestId_) + 1;
-  return highest;
+  highest = std::max(highest, highestId_);
+  if (highest == std::numeric_limits<int>::max()) throw HostError(kHostNotAllowed, "The page " + Name() + " has no number left for a new shape.");
+  return ++highest;
 }
 
 void DrawingPage::Remove(int shapeId) {
   DrawingShape* shape = FindShape(shapeId);
   if (!shape) return;
-  LoosenGlueTo(shapeId);
+  // Shapes inside a deleted group go with it.
+  std::vector<int> going{shapeId};
+  for (const pugi::xpath_node& inner : shape->element().select_nodes(".//Shape[not(@Del)]")) going.push_back(inner.node().attribute("ID").as_int());
+  LoosenGlueTo(going);
   drawing_.editor().Remove(*contents_, shape->element());
   EnsureNames();
-  idsByName_.erase(names_.at(shapeId));
-  names_.erase(shapeId);
   const auto place = std::find(topLevel_.begin(), topLevel_.end(), shape);
   if (place != topLevel_.end()) {
     indexesKnown_ = indexesKnown_ && place + 1 == topLevel_.end();
     topLevel_.erase(place);
   }
-  // Shapes inside a deleted group go with it.
-  std::erase_if(shapes_, [&](const auto& item) {
-    for (const DrawingShape* at = item.second.shape.get(); at; at = at->parent())
-      if (at == shape && at != item.second.shape.get()) return true;
-    return false;
-  });
-  shapes_.erase(shapeId);
+  for (const int id : going) {
+    const auto name = names_.find(id);
+    if (name == names_.end()) continue;
+    const auto known = idsByName_.find(name->second);
+    if (known != idsByName_.end() && known->second == id) idsByName_.erase(known);
+    names_.erase(name);
+    shapes_.erase(id);
+  }
 }
 
 void DrawingPage::EnsureShapes() {
@@ -190,13 +238,14 @@ void DrawingPage::EnsureNames() {
   EnsureShapes();
   if (namesKnown_) return;
   namesKnown_ = true;
-  std::vector<const DrawingShape*> nameless;
-  for (const auto& [id, entry] : shapes_) {
-    const std::string name = Attribute(entry.shape->element(), "Name", "NameU");
-    if (name.empty() || !idsByName_.emplace(name, id).second) nameless.push_back(entry.shape.get());
-    else names_[id] = name;
+  std::vector<const DrawingShape*> shapes, nameless;
+  for (const auto& [id, entry] : shapes_) shapes.push_back(entry.shape.get());
+  std::sort(shapes.begin(), shapes.end(), [](const DrawingShape* a, const DrawingShape* b) { return a->id() < b->id(); });
+  for (const DrawingShape* shape : shapes) {
+    const std::string name = Attribute(shape->element(), "Name", "NameU");
+    if (name.empty() || !idsByName_.emplace(name, shape->id()).second) nameless.push_back(shape);
+    else names_[shape->id()] = name;
   }
-  std::sort(nameless.begin(), nameless.end(), [](const DrawingShape* a, const DrawingShape* b) { return a->id() < b->id(); });
   for (const DrawingShape* shape : nameless) {
     const DrawingMaster* master = shape->MasterId() < 0 ? nullptr : drawing_.FindMaster(shape->MasterId());
     const std::string name = master ? FreeName(master->Name(), shape->id()) : "Sheet." + std::to_string(shape->id());
@@ -244,9 +293,17 @@ DrawingShape& DrawingPage::Adopt(pugi::xml_node element, const std::string& name
   shapes_.at(shape->id()).index = static_cast<int>(topLevel_.size());
   names_[shape->id()] = name;
   idsByName_[name] = shape->id();
-  for (const pugi::xml_node inner : element.child("Shapes").children("Shape"))
-    if (const DrawingShape* added = AddView(inner, shape)) names_[added->id()] = "Sheet." + std::to_string(added->id());
+  AdoptInnerShapes(*shape);
   return *shape;
+}
+
+void DrawingPage::AdoptInnerShapes(const DrawingShape& group) {
+  for (const pugi::xml_node inner : group.element().child("Shapes").children("Shape")) {
+    const DrawingShape* shape = AddView(inner, &group);
+    if (!shape) continue;
+    names_[shape->id()] = "Sheet." + std::to_string(shape->id());
+    AdoptInnerShapes(*shape);
+  }
 }
 
 std::string DrawingPage::FreeName(std::string_view wanted, int id) {
@@ -255,22 +312,30 @@ std::string DrawingPage::FreeName(std::string_view wanted, int id) {
   return wanted != "Sheet" && !idsByName_.contains(name) ? name : name + "." + std::to_string(id);
 }
 
-void DrawingPage::LoosenGlueTo(int shapeId) {
-  TreeEditor& editor = drawing_.editor();
-  const std::string reference = "Sheet." + std::to_string(shapeId) + "!";
+void DrawingPage::LoosenGlueTo(const std::vector<int>& shapeIds) {
+  const auto isGoing = [&](int id) { return std::find(shapeIds.begin(), shapeIds.end(), id) != shapeIds.end(); };
   const pugi::xml_node connects = contents_->root().child("Connects");
   for (pugi::xml_node connect = connects.child("Connect"); connect;) {
     const pugi::xml_node next = connect.next_sibling("Connect");
-    const int from = connect.attribute("FromSheet").as_int(-1), to = connect.attribute("ToSheet").as_int(-1);
-    if (to == shapeId) {
-      if (const DrawingShape* glued = FindShape(from))
-        for (const char* name : kEndCells) {
-          const pugi::xml_node cell = glued->element().find_child_by_attribute("Cell", "N", name);
-          if (std::string_view(cell.attribute("F").value()).find(reference) != std::string_view::npos) editor.RemoveAttribute(*contents_, cell, "F");
-        }
-    }
-    if (from == shapeId || to == shapeId) editor.Remove(*contents_, connect);
+    const int from = NumberOr(connect, "FromSheet"), to = NumberOr(connect, "ToSheet");
+    if (isGoing(to) && !isGoing(from)) LoosenEnd(from, connect.attribute("FromCell").value(), to);
+    if (isGoing(from) || isGoing(to)) drawing_.editor().Remove(*contents_, connect);
     connect = next;
+  }
+}
+
+// The end stays where it is: its cells keep their values.
+void DrawingPage::LoosenEnd(int connectorId, std::string_view fromCell, int shapeId) {
+  const DrawingShape* connector = FindShape(connectorId);
+  if (!connector) return;
+  const std::string reference = "Sheet." + std::to_string(shapeId) + "!";
+  for (const GluedEnd& end : kEnds) {
+    if (end.fromCell != fromCell) continue;
+    for (const char* name : end.cells) {
+      const pugi::xml_node cell = connector->element().find_child_by_attribute("Cell", "N", name);
+      const std::string_view formula = cell.attribute("F").value();
+      if (formula.find(reference) != std::string_view::npos || formula.starts_with("_WALKGLUE(")) drawing_.editor().RemoveAttribute(*contents_, cell, "F");
+    }
   }
 }
 

@@ -80,6 +80,9 @@ std::optional<CellAddress> Sheet::Find(std::string_view cellName, bool localOnly
   }
   if (!RowExists(*address.section, address.row, localOnly)) return std::nullopt;
   if (!ColumnOf(address) && !NearestCell(address)) return std::nullopt;
+  // A row that only overrides an inherited one owns just the cells that it writes.
+  const bool overrides = base_ && base_->RowExists(*address.section, address.row, false);
+  if (localOnly && overrides && !LocalCell(address)) return std::nullopt;
   return address;
 }
 
@@ -187,7 +190,10 @@ short Sheet::AddNamedRow(TreeEditor& editor, const SectionInfo& section, std::st
   if (!legal) throw HostError(kHostNotAllowed, "\"" + std::string(name) + "\" is no name for a row.");
   if (RowExists(section, name, false)) throw HostError(kHostNotAllowed, "The row " + std::string(name) + " exists already.");
   WriteFullRow(editor, section, InsertRow(editor, section, name));
-  return static_cast<short>(Rows(section).size() - 1);
+  // The last one, unless it is an inherited row that had been deleted: that comes back in its old place.
+  const std::vector<Row> rows = Rows(section);
+  const auto added = std::find_if(rows.begin(), rows.end(), [&](const Row& row) { return SameKey(section, row.key, name); });
+  return static_cast<short>(added - rows.begin());
 }
 
 void Sheet::DeleteRow(TreeEditor& editor, const SectionInfo& section, short position) {
@@ -290,7 +296,9 @@ pugi::xml_node Sheet::EnsureRow(TreeEditor& editor, const CellAddress& address) 
 pugi::xml_node Sheet::EnsureCell(TreeEditor& editor, const CellAddress& address) {
   if (const pugi::xml_node own = LocalCell(address)) return own;
   if (!Exists(address)) throw HostError(kHostNoSuchCell, "The cell " + address.cell + " does not exist.");
+  const pugi::xml_node inherited = NearestCell(address);
   const pugi::xml_node parent = address.section ? EnsureRow(editor, address) : element_;
+  if (inherited) return editor.InsertCopy(*part_, parent, inherited, FirstBehindCells(parent));
   const pugi::xml_node cell = editor.InsertElement(*part_, parent, "Cell", FirstBehindCells(parent));
   editor.SetAttribute(*part_, cell, "N", address.cell);
   editor.SetAttribute(*part_, cell, "V", DefaultValue(address));
