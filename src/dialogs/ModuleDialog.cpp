@@ -83,13 +83,21 @@ const DialogField* ModuleDialog::FindField(std::string_view property) const {
 }
 
 void ModuleDialog::Open() {
+  Load();
+  ShowModal(*this);
+}
+
+// A form that is only half filled is not kept: the next opening makes a new one.
+void ModuleDialog::Load() try {
   shape_ = SelectedShape();
   nameAtOpening_ = shape_->Text();
   ReadFields();
   FillLists();
   SetTexts();
   AfterLoad();
-  ShowModal(*this);
+} catch (...) {
+  Unload(*this);
+  throw;
 }
 
 // All of the shape's own fields are read before any list is gathered: gathering gives the shape the rows it lacks, empty, and the
@@ -143,7 +151,11 @@ bool ModuleDialog::NameIsUnique() {
 void ModuleDialog::WriteFields() {
   const IVShapePtr shape = SelectedShape();
   shape->SetText(name_->Text());
-  for (const DialogField& field : fields_) SetPropList(shape, field.property_, field.control_.Text());
+  for (const DialogField& field : fields_) {
+    SetPropList(shape, field.property_, field.control_.Text());
+    // The drawing holds the new name now: should a later write fail, the next OK must not take it for another module's.
+    if (&field.control_ == name_) nameAtOpening_ = name_->Text();
+  }
 }
 
 void ModuleDialog::Show(std::initializer_list<Control*> controls, bool shown) {

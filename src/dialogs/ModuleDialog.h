@@ -56,7 +56,7 @@ class ModuleDialog : public Form {
   void Form_Load() override;
 
   // Loads the fields of the active window's first selected shape, shows the dialog and returns when it is closed.
-  // Throws what the host throws, before anything is shown.
+  // Throws what the host throws, before anything is shown; the form is unloaded then.
   void Open();
 
   // The field that edits a property (without "Prop.", letter case does not count); null when there is none.
@@ -77,6 +77,7 @@ class ModuleDialog : public Form {
   void Show(std::initializer_list<Control*> controls, bool shown);
 
  private:
+  void Load();
   void ReadFields();
   void FillLists();
   void SetTexts();

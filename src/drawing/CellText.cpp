@@ -150,9 +150,10 @@ void WriteFormula(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, std::s
   if (formula.empty()) return WriteAttributes(editor, part, cell, isText ? "" : "0", "", kNoFormula);
   if (const auto constant = ParseConstant(formula)) {
     const bool unitGoesWithoutSaying = isText && constant->unit == "STR";
-    const bool numberInTextCell = isText && constant->unit.empty();
-    return WriteAttributes(editor, part, cell, constant->value, unitGoesWithoutSaying ? "" : constant->unit,
-                           numberInTextCell ? formula : std::string_view());
+    WriteAttributes(editor, part, cell, constant->value, unitGoesWithoutSaying ? "" : constant->unit, "");
+    // "1.50 in" and a number in a text cell would read back differently from value and unit alone.
+    if (FormulaText(cell, isText) != formula) editor.SetAttribute(part, cell, "F", formula);
+    return;
   }
   if (!value) return WriteAttributes(editor, part, cell, RawValue(cell), cell.attribute("U").value(), formula);
   if (const auto* text = std::get_if<std::string>(&*value)) return WriteAttributes(editor, part, cell, *text, isText ? "" : "STR", formula);

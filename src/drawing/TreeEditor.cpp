@@ -29,13 +29,14 @@ void PutBack(pugi::xml_node node, Position at) {
     at.parent.append_move(node);
 }
 
-void WriteAttribute(pugi::xml_node node, const char* name, const std::optional<std::string>& value) {
+// An attribute that is not there goes behind the one of that name, or first.
+void WriteAttribute(pugi::xml_node node, const char* name, const std::optional<std::string>& value, const std::string& behind) {
   if (!value) {
     node.remove_attribute(name);
     return;
   }
   pugi::xml_attribute attribute = node.attribute(name);
-  if (!attribute) attribute = node.append_attribute(name);
+  if (!attribute) attribute = behind.empty() ? node.prepend_attribute(name) : node.insert_attribute_after(name, node.attribute(behind.c_str()));
   attribute.set_value(value->c_str());
 }
 
@@ -55,8 +56,11 @@ void TreeEditor::RemoveAttribute(XmlPart& part, pugi::xml_node node, const char*
 void TreeEditor::ChangeAttribute(XmlPart& part, pugi::xml_node node, const std::string& name, const std::optional<std::string>& after) {
   const std::optional<std::string> before = ReadAttribute(node, name.c_str());
   if (before == after) return;
+  const pugi::xml_attribute there = node.attribute(name.c_str());
+  const std::string behind = (there ? there.previous_attribute() : node.last_attribute()).name();
+  const auto write = [node, name, behind](const std::optional<std::string>& value) { WriteAttribute(node, name.c_str(), value, behind); };
   Make(
-      part, [=] { WriteAttribute(node, name.c_str(), after); }, [=] { WriteAttribute(node, name.c_str(), before); });
+      part, [=] { write(after); }, [=] { write(before); });
 }
 
 pugi::xml_node TreeEditor::InsertElement(XmlPart& part, pugi::xml_node parent, const char* name, pugi::xml_node before) {

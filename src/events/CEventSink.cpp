@@ -106,7 +106,12 @@ void CEventSink::DeleteQueuedPage(const std::string& name) try {
     if (pageDeletedEvent_) pageDeletedEvent_->SetEnabled(enabled);
   };
   enable(false);
-  const AtExit switchOn([&] { enable(true); });
+  const AtExit switchOn([&] {
+    try {
+      enable(true);
+    } catch (const AutomationError&) {
+    }
+  });
   if (!PageExists(name)) return;
   const IVPagePtr page = visApp->ActiveDocument()->Pages()->Item(name);
   DeleteSubmodelPages(page);

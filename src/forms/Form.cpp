@@ -77,9 +77,11 @@ void Form::FocusFirst() {
   if (observer_) observer_->FocusMoved(focus_);
 }
 
-void Form::UserFocus(Control& control) {
+void Form::UserFocus(Control& control) { FocusGained(control); }
+
+bool Form::FocusGained(Control& control) {
   RequireFocusable(control);
-  Guarded([&] { MoveFocus(control); });
+  return Guarded([&] { MoveFocus(control); });
 }
 
 void Form::UserType(TextControl& control, std::string_view text) {
@@ -103,14 +105,13 @@ void Form::UserCheck(CheckBox& control, bool checked) {
   Guarded([&] { control.SetChecked(checked); });
 }
 
+// A click that meets a failure in the box it leaves is spent on the message.
 void Form::UserClick(Control& control) {
-  UserFocus(control);
-  Press(control);
+  if (FocusGained(control)) Press(control);
 }
 
 void Form::UserDblClick(Control& control) {
-  UserFocus(control);
-  Guarded([&] { Control::Raise(control.DblClick); });
+  if (FocusGained(control)) Guarded([&] { Control::Raise(control.DblClick); });
 }
 
 void Form::UserKey(std::string_view key) {
@@ -192,14 +193,16 @@ void Form::CloseList(Control* control) {
   if (auto* combo = dynamic_cast<ComboBox*>(control); combo && combo->DroppedDown()) combo->SetDroppedDown(false);
 }
 
-void Form::Guarded(const std::function<void()>& handler) {
+bool Form::Guarded(const std::function<void()>& handler) {
   try {
     handler();
+    return true;
   } catch (const AutomationError& error) {
     ShowFailure(error.number(), error.description());
   } catch (const std::bad_alloc&) {
     ShowFailure(7, "Out of memory");
   }
+  return false;
 }
 
 void Form::Press(Control& control) {

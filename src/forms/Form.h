@@ -86,7 +86,9 @@ class Form {
 
   void RequireShown(const Control& control) const;
   static void CloseList(Control* control);
-  void Guarded(const std::function<void()>& handler);
+  // False when the handler failed; the failure has been shown.
+  bool Guarded(const std::function<void()>& handler);
+  bool FocusGained(Control& control);
   void Press(Control& control);
   void EnterOrEscape(Button* button, bool enter);
   void StepFocus(int direction);

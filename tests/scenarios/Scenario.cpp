@@ -76,7 +76,8 @@ class Reader {
 
   void Set(const ScenarioJson& settings) {
     scenario_.withAddin = settings.value("addin", true);
-    for (const auto& [key, values] : settings.value("registry", ScenarioJson::object()).items())
+    const ScenarioJson registry = settings.value("registry", ScenarioJson::object());
+    for (const auto& [key, values] : registry.items())
       for (const auto& [name, text] : values.items()) scenario_.registry[{key, name}] = text.get<std::string>();
   }
 

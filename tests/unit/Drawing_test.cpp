@@ -1,0 +1,364 @@
+#include "drawing/Drawing.h"
+
+#include "TestDrawings.h"
+#include "addin/host/HostConstants.h"
+#include "addin/host/HostError.h"
+#include "addin/host/IVShape.h"
+#include "drawing/DrawingHost.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+
+namespace vardo {
+namespace {
+
+using test::DrawingText;
+using test::kPagePart;
+using test::OpenText;
+using test::SetCell;
+using test::TempFolder;
+using test::Written;
+using test::ZipOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::UnorderedElementsAre;
+
+constexpr const char* kBox = "<Shape ID='5' Type='Shape'><Cell N='Width' V='1'/><Text>Box\n</Text></Shape>";
+constexpr const char* kGroup =
+    "<Shape ID='6' Type='Group'><Cell N='Width' V='4'/><Shapes><Shape ID='7' Type='Shape'><Cell N='Width' V='2'/><Text>inner\n</Text></Shape>"
+    "<Shape ID='8' Type='Group'><Shapes><Shape ID='9' Type='Shape'><Cell N='Width' V='0.5'/></Shape></Shapes></Shape></Shapes></Shape>";
+const std::vector<DrawingText::Master> kMasters = {{"Box", kBox}, {"Team", kGroup}};
+
+// Two boxes and a connector glued to them, once to a point and once as a whole.
+const DrawingText kGlued = {
+    .shapes = "<Shape ID='1' Type='Shape' Master='2'/><Shape ID='2' Type='Shape' Master='2'/>"
+              "<Shape ID='3' Type='Shape'><Cell N='BeginX' V='5' U='MM' F='PAR(PNT(Sheet.1!Connections.X1,Sheet.1!Connections.Y1))'/>"
+              "<Cell N='BeginY' V='6' F='PAR(PNT(Sheet.1!Connections.X1,Sheet.1!Connections.Y1))'/>"
+              "<Cell N='EndX' V='7' F='_WALKGLUE(EndTrigger,BegTrigger,WalkPreference)'/><Cell N='EndY' V='8' F='_WALKGLUE(EndTrigger,BegTrigger,WalkPreference)'/>"
+              "<Cell N='BegTrigger' V='2' F='_XFTRIGGER(Sheet.1!EventXFMod)'/><Cell N='EndTrigger' V='2' F='_XFTRIGGER(Sheet.2!EventXFMod)'/></Shape>",
+    .connects = "<Connect FromSheet='3' FromCell='BeginX' FromPart='9' ToSheet='1' ToCell='Connections.X1' ToPart='100'/>"
+                "<Connect FromSheet='3' FromCell='EndX' FromPart='12' ToSheet='2' ToCell='PinX' ToPart='3'/>"
+                "<Connect FromSheet='77' FromCell='EndX' FromPart='12' ToSheet='78' ToCell='PinX' ToPart='3'/>",
+    .masters = kMasters};
+
+DrawingPage& Page(Drawing& drawing) { return drawing.PageAt(1); }
+
+std::map<std::string, std::string> Contents(Drawing& drawing) {
+  std::map<std::string, std::string> contents;
+  for (const std::string& name : drawing.package().PartNames()) contents[name] = drawing.package().Bytes(name);
+  return contents;
+}
+
+// A drawing opened in a host, as a person works with it.
+class Session {
+ public:
+  explicit Session(const DrawingText& text) {
+    test::WriteFile(folder_ / "test.vsdx", ZipOf(text));
+    host.Open(folder_ / "test.vsdx");
+  }
+  SheetRef Shape(int id) { return host.RefTo(host.ActivePage(), id); }
+  std::string PageText() { return host.drawing().package().Bytes(kPagePart); }
+  DrawingHost host;
+
+ private:
+  TempFolder folder_;
+};
+
+TEST(Drawing, ShapesHaveNamesThoughTheFileNamesNone) {
+  const auto drawing = OpenText({.shapes = "<Shape ID='4' Type='Shape' Master='2'/><Shape ID='2' Type='Shape' Master='2'/><Shape ID='7' Type='Shape'/>"
+                                           "<Shape ID='9' NameU='Box.3' Type='Shape' Master='2'/><Shape ID='10' NameU='Data' Name='Daten' Type='Shape'/>"
+                                           "<Shape ID='12' NameU='Daten' Type='Shape'/>",
+                                 .masters = kMasters});
+  DrawingPage& page = Page(*drawing);
+  const struct {
+    int id;
+    std::string_view name, why;
+  } cases[] = {{2, "Box", "the first instance of a master, by number, has the master's name"},
+               {4, "Box.4", "further ones also their number"},
+               {7, "Sheet.7", "a shape without master"},
+               {9, "Box.3", "a copy keeps an old number"},
+               {10, "Daten", "the local name comes first"},
+               {12, "Sheet.12", "a name that is taken names nobody else"}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(page.NameOf(*page.FindShape(c.id)), c.name) << c.why;
+    ASSERT_TRUE(page.FindShape(c.name)) << c.name;
+    EXPECT_EQ(page.FindShape(c.name)->id(), c.id) << c.why;
+  }
+  EXPECT_EQ(page.FindShape("Nobody"), nullptr);
+  EXPECT_FALSE(drawing->Changed()) << "naming writes nothing";
+}
+
+TEST(Drawing, InnerShapesInheritFromTheMastersInnerShapes) {
+  const auto drawing = OpenText({.shapes = "<Shape ID='20' Type='Group' Master='3'><Shapes><Shape ID='21' Type='Shape' MasterShape='7'/>"
+                                           "<Shape ID='22' Type='Group' MasterShape='8'><Shapes><Shape ID='23' Type='Shape' MasterShape='9'/></Shapes></Shape>"
+                                           "</Shapes></Shape>",
+                                 .masters = kMasters});
+  DrawingPage& page = Page(*drawing);
+  EXPECT_EQ(page.ShapeCount(), 1) << "only top-level shapes count";
+  EXPECT_EQ(page.FindShape(21)->Formula(page.FindShape(21)->Find("Width").value()), "2");
+  EXPECT_EQ(page.FindShape(21)->Text(), "inner");
+  EXPECT_EQ(page.FindShape(23)->Formula(page.FindShape(23)->Find("Width").value()), "0.5");
+  EXPECT_EQ(page.FindShape(23)->parent(), page.FindShape(22));
+}
+
+TEST(Drawing, DeletedInnerShapesAndRepeatedNumbersAreKeptAndNotShown) {
+  const std::string shapes =
+      "<Shape ID='20' Type='Group' Master='3'><Shapes><Shape Del='1' MasterShape='7' ID='4294967295'/><Shape Del='1' MasterShape='8' ID='4294967295'/>"
+      "</Shapes></Shape><Shape ID='5' Type='Shape'/><Shape ID='5' Type='Shape'><Text>twin</Text></Shape>";
+  const auto drawing = OpenText({.shapes = shapes, .masters = kMasters});
+  DrawingPage& page = Page(*drawing);
+  EXPECT_EQ(page.ShapeCount(), 2);
+  page.FindShape(5)->SetText(drawing->editor(), "first");
+  EXPECT_THAT(drawing->package().Bytes(kPagePart), HasSubstr("<Shape ID='5' Type='Shape'><Text>twin</Text></Shape>"));
+  EXPECT_THAT(drawing->package().Bytes(kPagePart), HasSubstr("<Shape Del='1' MasterShape='8' ID='4294967295'/>"));
+  EXPECT_EQ(page.AddInstance(*drawing->FindMaster("Box"), 1, 1).id(), 21) << "the markers' number is nobody's";
+}
+
+TEST(Drawing, NoNumberBeyondTheLastIsGivenOut) {
+  const auto drawing = OpenText({.shapes = "<Shape ID='2147483647' Type='Shape'/>", .masters = kMasters});
+  EXPECT_THROW(Page(*drawing).AddInstance(*drawing->FindMaster("Box"), 1, 1), HostError);
+  EXPECT_EQ(Page(*drawing).ShapeCount(), 1);
+}
+
+TEST(Drawing, ReadsText) {
+  const struct {
+    std::string text, want, why;
+  } cases[] = {
+      {"<Text>plain\n</Text>", "plain", "the closing line end is the format's"},
+      {"<Text>plain</Text>", "plain", "some have none"},
+      {"<Text/>", "", "deliberately empty"},
+      {"", "Box", "the master's"},
+      {"<Text><cp IX='0'/>Hello<cp IX='1'/> world\n</Text>", "Hello world", "markers stand between runs"},
+      {"<Text><cp IX='0'/><pp IX='0'/><fld IX='0'>4/1/2016</fld> due\n</Text>", "4/1/2016 due", "a field shows its cached text"},
+      {"<Text>one\r\ntwo\r\n</Text>", "one\ntwo", "line ends are line feeds"},
+      {"<Text>one\n\n</Text>", "one\n", "only one line end closes"},
+      {"<Text>a &amp; b &lt;c&gt;\n</Text>", "a & b <c>", "escapes"},
+  };
+  for (const auto& c : cases) {
+    const auto drawing = OpenText({.shapes = "<Shape ID='1' Type='Shape' Master='2'>" + c.text + "</Shape>", .masters = kMasters});
+    EXPECT_EQ(Page(*drawing).ShapeAt(1).Text(), c.want) << c.why;
+  }
+}
+
+TEST(Drawing, WritesText) {
+  const struct {
+    std::string before, text, want, why;
+  } cases[] = {
+      {"<Text>old\n</Text>", "new", "<Text>new\n</Text>", "with the closing line end"},
+      {"<Text><cp IX='0'/><pp IX='1'/>Hello<cp IX='1'/> world\n</Text>", "new", "<Text><cp IX='0'/><pp IX='1'/>new\n</Text>", "in the first run's format"},
+      {"<Text>old\n</Text>", "", "<Text/>", "empty on purpose, so that the master's does not come back"},
+      {"", "new", "<Text>new\n</Text>", "instead of the master's"},
+      {"<Cell N='PinX' V='1'/><Data1>x</Data1>", "a<b", "<Cell N='PinX' V='1'/><Text>a&lt;b\n</Text><Data1>x</Data1>", "before all that stands behind texts"},
+  };
+  for (const auto& c : cases) {
+    const auto drawing = OpenText({.shapes = "<Shape ID='1' Type='Shape' Master='2'>" + c.before + "</Shape>", .masters = kMasters});
+    DrawingShape& shape = Page(*drawing).ShapeAt(1);
+    const std::string before = Written(shape);
+    shape.SetText(drawing->editor(), c.text);
+    EXPECT_EQ(Written(shape), "<Shape ID='1' Type='Shape' Master='2'>" + c.want + "</Shape>") << c.why;
+    EXPECT_EQ(shape.Text(), c.text);
+    while (drawing->journal().CanUndo()) drawing->Undo();
+    EXPECT_EQ(Written(Page(*drawing).ShapeAt(1)), before) << "undone: " << c.why;
+  }
+}
+
+TEST(Drawing, AnInstanceOfAGroupListsItsInnerShapes) {
+  const auto drawing = OpenText({.shapes = "", .masters = kMasters});
+  const DrawingShape& shape = Page(*drawing).AddInstance(*drawing->FindMaster("Team"), 1, 2);
+  EXPECT_EQ(Written(shape),
+            "<Shape ID='1' NameU='Team' Name='Team' Type='Group' Master='3'><Cell N='PinX' V='1'/><Cell N='PinY' V='2'/><Shapes>"
+            "<Shape ID='2' Type='Shape' MasterShape='7'/><Shape ID='3' Type='Group' MasterShape='8'><Shapes><Shape ID='4' Type='Shape' MasterShape='9'/>"
+            "</Shapes></Shape></Shapes></Shape>");
+  EXPECT_EQ(Page(*drawing).FindShape(2)->Text(), "inner");
+  ASSERT_TRUE(Page(*drawing).FindShape(4));
+  EXPECT_EQ(Page(*drawing).AddInstance(*drawing->FindMaster("Team"), 1, 2).id(), 5);
+  EXPECT_THAT(drawing->package().Bytes("visio/pages/_rels/page1.xml.rels"), HasSubstr("Target=\"../masters/master2.xml\""));
+}
+
+TEST(Drawing, ANewPageIsAPartOfItsOwn) {
+  const auto drawing = OpenText({.shapes = "<Shape ID='1' Type='Shape'/>", .masters = kMasters});
+  const auto before = Contents(*drawing);
+  DrawingPage& page = drawing->AddPage(Page(*drawing));
+  EXPECT_EQ(page.Name(), "Page-2");
+  EXPECT_EQ(page.partName(), "visio/pages/page2.xml");
+  EXPECT_THAT(drawing->package().Bytes("[Content_Types].xml"), HasSubstr("<Override PartName=\"/visio/pages/page2.xml\" ContentType=\"application/vnd.ms-visio.page+xml\"/>"));
+  EXPECT_THAT(drawing->package().Bytes("visio/pages/_rels/pages.xml.rels"), HasSubstr("Target=\"page2.xml\""));
+  EXPECT_THAT(drawing->package().Bytes("visio/pages/pages.xml"),
+              HasSubstr("<Page ID='1' NameU='Page-2' Name='Page-2'><PageSheet LineStyle='0' FillStyle='0' TextStyle='0'><Cell N='PageWidth' V='11' U='IN'/></PageSheet>"
+                        "<Rel r:id='rId2'/></Page>"));
+  while (drawing->journal().CanUndo()) drawing->Undo();
+  EXPECT_FALSE(drawing->Changed());
+  EXPECT_EQ(Contents(*drawing), before);
+  while (drawing->journal().CanRedo()) drawing->Redo();
+  EXPECT_EQ(drawing->PageCount(), 2);
+}
+
+TEST(Drawing, RemovingAPageRenumbersThoseThatBearTheirNumber) {
+  const auto drawing = OpenText({.shapes = ""});
+  for (int i = 0; i < 3; ++i) drawing->AddPage(Page(*drawing));
+  drawing->PageAt(3).SetName("Mine");
+  drawing->RemovePage(drawing->PageAt(2), true);
+  EXPECT_EQ(drawing->PageCount(), 3);
+  EXPECT_EQ(drawing->PageAt(2).Name(), "Mine");
+  EXPECT_EQ(drawing->PageAt(3).Name(), "Page-3");
+  EXPECT_FALSE(drawing->package().Has("visio/pages/page2.xml"));
+}
+
+TEST(Drawing, AMasterComesFromTheStencilIntoAForeignDrawing) {
+  const auto drawing = OpenText({.shapes = ""});
+  const auto before = Contents(*drawing);
+  for (int round = 0; round < 2; ++round) {
+    const DrawingMaster* master = drawing->BringMaster("Create");
+    ASSERT_TRUE(master);
+    EXPECT_EQ(drawing->BringMaster("Create"), master) << "once";
+    EXPECT_TRUE(drawing->package().Has("visio/masters/masters.xml"));
+    EXPECT_THAT(drawing->package().Bytes("[Content_Types].xml"), HasSubstr("ContentType=\"application/vnd.ms-visio.master+xml\""));
+    EXPECT_THAT(drawing->package().Bytes("visio/_rels/document.xml.rels"), HasSubstr("Target=\"masters/masters.xml\""));
+    const DrawingShape& shape = Page(*drawing).AddInstance(*master, 1, 1);
+    EXPECT_TRUE(shape.Find("Prop.CreateName"));
+    while (drawing->journal().CanUndo()) drawing->Undo();
+    EXPECT_FALSE(drawing->Changed()) << "undo takes the list of masters away too";
+    EXPECT_EQ(Contents(*drawing), before);
+    EXPECT_EQ(drawing->MasterCount(), 0);
+  }
+  EXPECT_EQ(drawing->BringMaster("No such module"), nullptr);
+}
+
+TEST(Drawing, AMasterBroughtInSurvivesSavingAndOpening) {
+  const TempFolder folder;
+  const auto drawing = OpenText({.shapes = "", .masters = kMasters});
+  Page(*drawing).AddInstance(*drawing->BringMaster("Process"), 1, 1);
+  drawing->Save(folder / "saved.vsdx");
+  const auto again = Drawing::Open(folder / "saved.vsdx");
+  EXPECT_EQ(again->MasterCount(), 3);
+  EXPECT_EQ(Page(*again).NameOf(Page(*again).ShapeAt(1)), "Process");
+  EXPECT_TRUE(Page(*again).ShapeAt(1).Find("Prop.ProcessName"));
+}
+
+TEST(Drawing, UndoRestoresTheVeryBytes) {
+  const struct {
+    std::string_view what;
+    std::function<void(Session&)> edit;
+  } edits[] = {
+      {"drop", [](Session& s) { s.host.Drop("Box", 0, 1, 2, "text"); }},
+      {"drop from the stencil", [](Session& s) { s.host.Drop("Decide", 0, 1, 2, std::nullopt); }},
+      {"type", [](Session& s) { s.host.TypeText(s.Shape(1), "typed", false); }},
+      {"set a cell", [](Session& s) { s.host.SetCell(s.Shape(3), "BeginX", "4 mm"); }},
+      {"make a row", [](Session& s) { s.host.SetCell(s.Shape(1), "Prop.New", "\"x\""); }},
+      {"page sheet", [](Session& s) { s.host.SetCell(s.Shape(SheetRef::kPageSheet), "User.Count", "3"); }},
+      {"document sheet", [](Session& s) { s.host.SetCell(s.Shape(SheetRef::kDocumentSheet), "User.Count", "3"); }},
+      {"delete", [](Session& s) { s.host.Select({1}), s.host.DeleteSelection(); }},
+      {"paste", [](Session& s) { s.host.Paste({s.Shape(1), s.Shape(2), s.Shape(3)}, 0); }},
+      {"add a page", [](Session& s) { s.host.AddPage("Second"); }},
+      {"rename a page", [](Session& s) { s.host.RenamePage(0, "Other"); }},
+      {"delete a master", [](Session& s) { s.host.drawing().RemoveMaster(*s.host.drawing().FindMaster("Team")); }},
+  };
+  const TempFolder folder;
+  for (const auto& edit : edits) {
+    Session session(kGlued);
+    const std::string bytes = test::ReadFile([&] {
+      session.host.drawing().Save(folder / "before.vsdx");
+      return folder / "before.vsdx";
+    }());
+    const auto before = Contents(session.host.drawing());
+    edit.edit(session);
+    EXPECT_TRUE(session.host.drawing().Changed()) << edit.what;
+    const auto after = Contents(session.host.drawing());
+    while (session.host.drawing().journal().CanUndo()) session.host.Undo();
+    EXPECT_FALSE(session.host.drawing().Changed()) << edit.what;
+    EXPECT_EQ(Contents(session.host.drawing()), before) << edit.what;
+    session.host.drawing().Save(folder / "undone.vsdx");
+    EXPECT_EQ(test::ReadFile(folder / "undone.vsdx"), bytes) << edit.what;
+    while (session.host.drawing().journal().CanRedo()) session.host.Redo();
+    EXPECT_EQ(Contents(session.host.drawing()), after) << "done again: " << edit.what;
+  }
+}
+
+TEST(Drawing, OnlyEditedPartsChange) {
+  Session session(kGlued);
+  const auto before = Contents(session.host.drawing());
+  session.host.TypeText(session.Shape(1), "typed", false);
+  for (const auto& [part, bytes] : Contents(session.host.drawing())) EXPECT_EQ(bytes == before.at(part), part != kPagePart) << part;
+}
+
+TEST(Drawing, CopiesReferToCopies) {
+  Session session(kGlued);
+  session.host.Paste({session.Shape(1), session.Shape(3)}, 0);
+  const DrawingShape& connector = *session.host.ActivePage().FindShape(5);
+  EXPECT_THAT(Written(connector), HasSubstr("<Cell N='BeginX' V='5' U='MM' F='PAR(PNT(Sheet.4!Connections.X1,Sheet.4!Connections.Y1))'/>"));
+  EXPECT_THAT(Written(connector), HasSubstr("<Cell N='EndTrigger' V='2'/>")) << "the shape at the end was not copied: the end is loose and stays where it is";
+  EXPECT_THAT(session.PageText(), HasSubstr("<Connect FromSheet='5' FromCell='BeginX' FromPart='9' ToSheet='4' ToCell='Connections.X1' ToPart='100'/></Connects>"));
+  EXPECT_EQ(session.host.ActivePage().NameOf(*session.host.ActivePage().FindShape(4)), "Box.4");
+}
+
+TEST(Drawing, CopiesOfGroupsRenumberWhatIsInside) {
+  Session session({.shapes = "<Shape ID='1' Type='Group' UniqueID='{1}'><Cell N='Width' V='2' F='Sheet.2!Width*2'/><Shapes>"
+                             "<Shape ID='2' Type='Shape'><Cell N='Width' V='1'/><Cell N='Height' V='1' F='Sheet.1!Height'/></Shape></Shapes></Shape>"});
+  session.host.Paste({session.Shape(1)}, 0);
+  EXPECT_THAT(session.PageText(), HasSubstr("<Shape ID='3' Type='Group'><Cell N='Width' V='2' F='Sheet.4!Width*2'/><Shapes>"
+                                            "<Shape ID='4' Type='Shape'><Cell N='Width' V='1'/><Cell N='Height' V='1' F='Sheet.3!Height'/></Shape></Shapes></Shape>"));
+}
+
+TEST(Drawing, DeletingAShapeLoosensItsGlue) {
+  Session session(kGlued);
+  session.host.Select({1, 2});
+  session.host.DeleteSelection();
+  EXPECT_EQ(Written(*session.host.ActivePage().FindShape(3)),
+            "<Shape ID='3' Type='Shape'><Cell N='BeginX' V='5' U='MM'/><Cell N='BeginY' V='6'/><Cell N='EndX' V='7'/><Cell N='EndY' V='8'/>"
+            "<Cell N='BegTrigger' V='2'/><Cell N='EndTrigger' V='2'/></Shape>")
+      << "the ends stay where they are";
+  EXPECT_THAT(session.PageText(), HasSubstr("<Connects><Connect FromSheet='77' FromCell='EndX' FromPart='12' ToSheet='78' ToCell='PinX' ToPart='3'/></Connects>"))
+      << "what dangled before is not ours to mend";
+}
+
+TEST(Drawing, DeletingAGroupTakesWhatIsInsideAlong) {
+  Session session({.shapes = "<Shape ID='1' Type='Group' NameU='G'><Shapes><Shape ID='2' Type='Shape' NameU='In'/></Shapes></Shape>"
+                             "<Shape ID='3' Type='Shape'><Cell N='BeginX' V='5' F='PAR(PNT(Sheet.2!Connections.X1,Sheet.2!Connections.Y1))'/></Shape>",
+                   .connects = "<Connect FromSheet='3' FromCell='BeginX' FromPart='9' ToSheet='2' ToCell='Connections.X1' ToPart='100'/>"});
+  session.host.Select({1});
+  session.host.DeleteSelection();
+  EXPECT_EQ(session.host.ActivePage().FindShape(2), nullptr);
+  EXPECT_EQ(session.host.ActivePage().FindShape("In"), nullptr);
+  EXPECT_THAT(session.PageText(), HasSubstr("<Cell N='BeginX' V='5'/>"));
+  EXPECT_THAT(session.PageText(), Not(HasSubstr("<Connect ")));
+  session.host.Undo();
+  ASSERT_TRUE(session.host.ActivePage().FindShape("In"));
+}
+
+TEST(Drawing, NumbersAreNotUsedTwiceWhileTheDrawingIsOpen) {
+  Session session(kGlued);
+  session.host.Drop("Box", 0, 1, 1, std::nullopt);
+  session.host.DeleteSelection();
+  EXPECT_EQ(session.host.Drop("Box", 0, 1, 1, std::nullopt)->ID(), 5);
+  session.host.Undo();
+  EXPECT_EQ(session.host.Drop("Box", 0, 1, 1, std::nullopt)->ID(), 6);
+}
+
+TEST(Drawing, AStencilsPageHasNoPart) {
+  Session session({.shapes = "", .masters = kMasters, .pageHasPart = false});
+  EXPECT_EQ(session.host.ActivePage().ShapeCount(), 0);
+  EXPECT_THROW(session.host.Drop("Box", 0, 1, 1, std::nullopt), HostError);
+  session.host.RenamePage(0, "Named");
+  EXPECT_THAT(session.host.drawing().package().Bytes("visio/pages/pages.xml"), HasSubstr("Name='Named'"));
+  session.host.AddPage(std::nullopt);
+  EXPECT_TRUE(session.host.Drop("Box", session.host.ActivePage().id(), 1, 1, std::nullopt));
+}
+
+TEST(Drawing, SavedThenUndoneThenRedoneIsAsSaved) {
+  const TempFolder folder;
+  Session session(kGlued);
+  session.host.TypeText(session.Shape(1), "typed", false);
+  session.host.Save(folder / "saved.vsdx");
+  EXPECT_FALSE(session.host.drawing().Changed());
+  session.host.Undo();
+  EXPECT_TRUE(session.host.drawing().Changed());
+  session.host.Redo();
+  EXPECT_FALSE(session.host.drawing().Changed());
+}
+
+}  // namespace
+}  // namespace vardo

@@ -1,0 +1,186 @@
+// Another program's reader sees the same drawing in what we save as in what we opened.
+#include "TestDrawings.h"
+#include "drawing/DrawingHost.h"
+#include "drawing/vsdx/FileError.h"
+
+#include <gtest/gtest.h>
+#include <libvisio/libvisio.h>
+#include <librevenge-stream/librevenge-stream.h>
+#include <librevenge/librevenge.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace vardo {
+namespace {
+
+namespace fs = std::filesystem;
+using librevenge::RVNGPropertyList;
+using librevenge::RVNGString;
+using test::TempFolder;
+
+// What the reader draws: how much of what, and every text.
+struct Seen {
+  bool readable = false;
+  int pages = 0, shapes = 0;
+  std::vector<std::string> texts;
+  bool operator==(const Seen&) const = default;
+};
+
+class Watcher : public librevenge::RVNGDrawingInterface {
+ public:
+  explicit Watcher(Seen& seen) : seen_(seen) {}
+
+  void startPage(const RVNGPropertyList&) override { ++seen_.pages; }
+  void drawRectangle(const RVNGPropertyList&) override { ++seen_.shapes; }
+  void drawEllipse(const RVNGPropertyList&) override { ++seen_.shapes; }
+  void drawPolygon(const RVNGPropertyList&) override { ++seen_.shapes; }
+  void drawPolyline(const RVNGPropertyList&) override { ++seen_.shapes; }
+  void drawPath(const RVNGPropertyList&) override { ++seen_.shapes; }
+  void drawConnector(const RVNGPropertyList&) override { ++seen_.shapes; }
+  void drawGraphicObject(const RVNGPropertyList&) override { ++seen_.shapes; }
+  void startTextObject(const RVNGPropertyList&) override { seen_.texts.emplace_back(); }
+  void insertText(const RVNGString& text) override { Add(text.cstr()); }
+  void insertSpace() override { Add(" "); }
+  void insertTab() override { Add("\t"); }
+  void insertLineBreak() override { Add("\n"); }
+  void closeParagraph() override { Add("\n"); }
+
+  void startDocument(const RVNGPropertyList&) override {}
+  void endDocument() override {}
+  void setDocumentMetaData(const RVNGPropertyList&) override {}
+  void defineEmbeddedFont(const RVNGPropertyList&) override {}
+  void endPage() override {}
+  void startMasterPage(const RVNGPropertyList&) override {}
+  void endMasterPage() override {}
+  void setStyle(const RVNGPropertyList&) override {}
+  void startLayer(const RVNGPropertyList&) override {}
+  void endLayer() override {}
+  void startEmbeddedGraphics(const RVNGPropertyList&) override {}
+  void endEmbeddedGraphics() override {}
+  void openGroup(const RVNGPropertyList&) override {}
+  void closeGroup() override {}
+  void endTextObject() override {}
+  void startTableObject(const RVNGPropertyList&) override {}
+  void openTableRow(const RVNGPropertyList&) override {}
+  void closeTableRow() override {}
+  void openTableCell(const RVNGPropertyList&) override {}
+  void closeTableCell() override {}
+  void insertCoveredTableCell(const RVNGPropertyList&) override {}
+  void endTableObject() override {}
+  void insertField(const RVNGPropertyList&) override {}
+  void openOrderedListLevel(const RVNGPropertyList&) override {}
+  void openUnorderedListLevel(const RVNGPropertyList&) override {}
+  void closeOrderedListLevel() override {}
+  void closeUnorderedListLevel() override {}
+  void openListElement(const RVNGPropertyList&) override {}
+  void closeListElement() override {}
+  void defineParagraphStyle(const RVNGPropertyList&) override {}
+  void openParagraph(const RVNGPropertyList&) override {}
+  void defineCharacterStyle(const RVNGPropertyList&) override {}
+  void openSpan(const RVNGPropertyList&) override {}
+  void closeSpan() override {}
+  void openLink(const RVNGPropertyList&) override {}
+  void closeLink() override {}
+
+ private:
+  void Add(const char* text) {
+    if (!seen_.texts.empty()) seen_.texts.back() += text;
+  }
+  Seen& seen_;
+};
+
+Seen See(const fs::path& file) {
+  Seen seen;
+  librevenge::RVNGFileStream stream(file.c_str());
+  Watcher watcher(seen);
+  seen.readable = libvisio::VisioDocument::isSupported(&stream) && libvisio::VisioDocument::parse(&stream, &watcher);
+  return seen;
+}
+
+void PrintTo(const Seen& seen, std::ostream* out) {
+  *out << (seen.readable ? "" : "unreadable, ") << seen.pages << " pages, " << seen.shapes << " shapes, " << seen.texts.size() << " texts";
+}
+
+// The texts of `seen` that are not in `other`.
+std::vector<std::string> TextsOnlyIn(const Seen& seen, const Seen& other) {
+  std::vector<std::string> a = seen.texts, b = other.texts, only;
+  std::sort(a.begin(), a.end());
+  std::sort(b.begin(), b.end());
+  std::set_difference(a.begin(), a.end(), b.begin(), b.end(), std::back_inserter(only));
+  return only;
+}
+
+// A shape of a page whose own text stands in the file, so that the reader shows it when it is on a page that it draws.
+DrawingShape* FirstShapeWithText(Drawing& drawing, int& pageId) {
+  for (int i = 1; i <= drawing.PageCount(); ++i) {
+    DrawingPage& page = drawing.PageAt(i);
+    pageId = page.id();
+    for (int at = 1; at <= page.ShapeCount(); ++at)
+      if (page.ShapeAt(at).element().child("Text").first_child() && page.ShapeAt(at).Text().size() > 1) return &page.ShapeAt(at);
+  }
+  return nullptr;
+}
+
+void ExpectSeenAlike(const fs::path& file) {
+  SCOPED_TRACE(file.filename().string());
+  const Seen before = See(file);
+  if (!before.readable) return;
+  const TempFolder folder;
+  const fs::path saved = folder / "saved.vsdx";
+  DrawingHost host;
+  host.Open(file);
+  int pageId = 0;
+  const DrawingShape* shape = FirstShapeWithText(host.drawing(), pageId);
+  // One edit that shows in no picture writes the part anew.
+  const SheetRef ref = host.RefTo(*host.drawing().FindPage(pageId), shape ? shape->id() : SheetRef::kPageSheet);
+  host.SetCell(ref, "User.VardoTest", "1");
+  host.Save(saved);
+  EXPECT_EQ(See(saved), before);
+  if (!shape) return;
+
+  host.TypeText(ref, "typed", false);
+  host.Save(saved);
+  const Seen after = See(saved);
+  EXPECT_EQ(after.pages, before.pages);
+  EXPECT_EQ(after.shapes, before.shapes);
+  EXPECT_LE(TextsOnlyIn(before, after).size(), 1u) << "no other text is lost";
+  for (const std::string& text : TextsOnlyIn(after, before)) EXPECT_EQ(text, "typed\n");
+}
+
+TEST(LibvisioReader, SeesForeignDrawingsAlike) {
+  const char* folder = std::getenv("VARDO_SAMPLES");
+  if (!folder) GTEST_SKIP() << "VARDO_SAMPLES names no folder of drawings";
+  for (const auto& entry : fs::directory_iterator(folder)) {
+    if (!entry.path().extension().string().starts_with(".vs")) continue;
+    // The reader takes long for large ones.
+    if (fs::file_size(entry.path()) < 1'000'000) ExpectSeenAlike(entry.path());
+  }
+}
+
+TEST(LibvisioReader, SeesWhatWeDraw) {
+  const TempFolder folder;
+  const fs::path file = folder / "ours.vsdx";
+  DrawingHost host;
+  host.New();
+  host.Save(file);
+  const Seen empty = See(file);
+  ASSERT_TRUE(empty.readable);
+  EXPECT_EQ(empty.pages, 1);
+
+  const std::vector<std::string> masters = host.MasterNames();
+  ASSERT_EQ(masters.size(), 19u);
+  double y = 1;
+  for (const std::string& master : masters) {
+    const int shapesBefore = See(file).shapes;
+    host.Drop(master, host.ActivePage().id(), 2, y += 0.4, "the " + master);
+    host.Save(file);
+    const Seen seen = See(file);
+    EXPECT_GT(seen.shapes, shapesBefore) << master << " is drawn";
+    EXPECT_NE(std::find(seen.texts.begin(), seen.texts.end(), "the " + master + "\n"), seen.texts.end()) << master;
+  }
+  ExpectSeenAlike(file);
+}
+
+}  // namespace
+}  // namespace vardo
