@@ -199,6 +199,8 @@ DrawingMaster* Drawing::BringMaster(std::string_view name) {
 }
 
 void Drawing::RemoveMaster(DrawingMaster& master) {
+  const UndoStep step(journal_, "Delete Master");
+  for (const auto& page : pages_) page->LetGoOf(master);
   const ListedPart listed{mastersPart_, kMasterRelationship, master.partName(), RelId(master.entry()).value()};
   editor_.Remove(package_->Xml(mastersPart_), master.entry());
   Unlist(listed);

@@ -94,6 +94,8 @@ class DrawingPage {
   void CopyGlue(const DrawingPage& from, const std::unordered_map<int, int>& newIds);
   int TakeNewId();
   void Remove(int shapeId);
+  // The shapes made from a master that is about to go get all they had from it as their own.
+  void LetGoOf(const DrawingMaster& master);
 
  private:
   struct Entry {

@@ -1,5 +1,6 @@
 #include "addin/host/HostError.h"
 #include "drawing/Drawing.h"
+#include "drawing/Inheritance.h"
 #include "drawing/VisioXml.h"
 
 #include <algorithm>
@@ -41,6 +42,15 @@ bool Renumbered(std::string& formula, const std::unordered_map<int, int>& newIds
   result.append(from, formula.cend());
   formula = result;
   return allCopied;
+}
+
+// The same for all formulas of an element that is in no part. One that also refers to a shape without a new number keeps only its value.
+void RenumberFormulas(pugi::xml_node element, const std::unordered_map<int, int>& newIds) {
+  for (const pugi::xpath_node& found : element.select_nodes(".//Cell[contains(@F, 'Sheet.')]")) {
+    std::string formula = found.node().attribute("F").value();
+    if (Renumbered(formula, newIds)) found.node().attribute("F").set_value(formula.c_str());
+    else found.node().remove_attribute("F");
+  }
 }
 
 }  // namespace
@@ -205,6 +215,36 @@ void DrawingPage::Remove(int shapeId) {
     if (known != idsByName_.end() && known->second == id) idsByName_.erase(known);
     names_.erase(name);
     shapes_.erase(id);
+  }
+}
+
+void DrawingPage::LetGoOf(const DrawingMaster& master) {
+  EnsureNames();
+  struct Instance {
+    DrawingShape* shape;
+    const Sheet* inherited;
+    int group;  // the instance that it is or is inside of
+  };
+  std::vector<Instance> instances;
+  std::unordered_map<int, std::unordered_map<int, int>> numbers;  // by group: a shape's number in the master, and on the page
+  for (const auto& [id, entry] : shapes_) {
+    const Sheet* inherited = entry.shape->base();
+    if (!inherited || &inherited->part() != &master.part()) continue;
+    const DrawingShape* group = entry.shape.get();
+    while (group->MasterId() < 0) group = group->parent();
+    instances.push_back({entry.shape.get(), inherited, group->id()});
+    numbers[group->id()][inherited->element().attribute("ID").as_int()] = id;
+  }
+  TreeEditor& editor = drawing_.editor();
+  for (const Instance& instance : instances) {
+    const pugi::xml_node element = instance.shape->element();
+    pugi::xml_document copy;
+    const pugi::xml_node inherited = copy.append_copy(instance.inherited->element());
+    RenumberFormulas(inherited, numbers.at(instance.group));
+    CopyInherited(editor, *contents_, element, inherited);
+    for (const char* name : {"NameU", "Name"})
+      if (instance.shape->MasterId() >= 0) editor.SetAttribute(*contents_, element, name, NameOf(*instance.shape));
+    for (const char* attribute : {"Master", "MasterShape"}) editor.RemoveAttribute(*contents_, element, attribute);
   }
 }
 

@@ -9,6 +9,9 @@
 #include "script/FormJson.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <type_traits>
+#include <utility>
 
 namespace vardo {
 namespace {
@@ -25,12 +28,26 @@ const Json& Required(const Json& arguments, const char* name) {
   return *found;
 }
 
+[[noreturn]] void RefuseType(const char* name) { Refuse(std::string("the argument \"") + name + "\" is of the wrong type"); }
+
+// The library itself would make numbers of true and false, and cut those that do not fit.
+template <class T>
+bool Holds(const Json& value) {
+  if constexpr (std::is_same_v<T, double>) return value.is_number();
+  if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool>) {
+    if (value.is_number_unsigned()) return std::in_range<T>(value.get<std::uint64_t>());
+    return value.is_number_integer() && std::in_range<T>(value.get<std::int64_t>());
+  }
+  return true;
+}
+
 template <class T>
 T As(const Json& value, const char* name) {
+  if (!Holds<T>(value)) RefuseType(name);
   try {
     return value.get<T>();
   } catch (const Json::exception&) {
-    Refuse(std::string("the argument \"") + name + "\" is of the wrong type");
+    RefuseType(name);
   }
 }
 
@@ -354,7 +371,7 @@ Json ScriptRunner::RowDelete(const Json& arguments) {
   const SectionInfo* section = FindSection(number);
   if (!section) Refuse("there is no section " + std::to_string(number));
   const std::vector<Sheet::Row> rows = session_.host().Resolve(ref).sheet->Rows(*section);
-  short position = row.is_number_integer() ? row.get<short>() : -1;
+  short position = row.is_number_integer() ? As<short>(row, "row") : -1;
   for (size_t i = 0; row.is_string() && i < rows.size(); ++i)
     if (EqualAsciiIgnoringCase(rows[i].key, row.get<std::string>())) position = static_cast<short>(i);
   if (position < 0 || static_cast<size_t>(position) >= rows.size()) Refuse("there is no row " + row.dump());
@@ -492,7 +509,7 @@ C& ControlOf(const Json& arguments, const char* action) {
 
 int ItemArgument(const Json& arguments, const Control& control) {
   const Json& item = Required(arguments, "item");
-  if (item.is_number_integer()) return item.get<int>();
+  if (item.is_number_integer()) return As<int>(item, "item");
   const std::string text = As<std::string>(item, "item");
   const std::vector<std::string>* items = ItemsOf(control);
   const auto found = items ? std::find(items->begin(), items->end(), text) : std::vector<std::string>::const_iterator();
@@ -551,7 +568,7 @@ DrawingPage& ScriptRunner::PageArgument(const Json& arguments, const char* name)
 
 SheetRef ScriptRunner::ShapeNamed(const Json& shape, DrawingPage& page) {
   DrawingShape* found = nullptr;
-  if (shape.is_number_integer()) found = page.FindShape(shape.get<int>());
+  if (shape.is_number_integer()) found = page.FindShape(As<int>(shape, "shape"));
   if (shape.is_string()) found = page.FindShape(std::string_view(shape.get_ref<const std::string&>()));
   if (!found) Refuse("there is no shape " + shape.dump() + " on the page \"" + page.Name() + "\"");
   return session_.host().RefTo(page, found->id());

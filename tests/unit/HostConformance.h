@@ -975,25 +975,48 @@ TEST_P(HostConformance, AnOtherDrawingsObjectsAreGone) {
 }
 
 TEST_P(HostConformance, AMasterGoesWithoutItsInstances) {
-  const IVShapePtr shape = Drop("Variable");
-  Write(shape, "Prop.VariableName", "\"mine\"");
+  const auto seen = [](const IVShapePtr& shape) {
+    std::vector<std::string> seen = {shape->Name(), shape->Text(), Formula(shape, "Width"), Formula(shape, "EventDblClick")};
+    for (const short section : {kSectionProp, kSectionUser, kSectionAction, kSectionConnectionPts}) {
+      for (short row = 0; row < shape->RowCount(section); ++row)
+        for (const short column : {0, 1, 2, 3, 6})
+          if (ErrorOf([&] { seen.push_back(shape->CellsSRC(section, row, column)->Formula()); })) seen.push_back("no such cell");
+      seen.push_back("end of section");
+    }
+    return seen;
+  };
   const IVMastersPtr masters = app()->ActiveDocument()->Masters();
-  const int count = masters->Count();
-  const int rows = shape->RowCount(kSectionProp);
-  const std::string text = shape->Text(), label = Formula(shape, "Prop.VariableName.Label"), width = Formula(shape, "Width");
-  shape->Master()->Delete();
-  EXPECT_EQ(masters->Count(), count - 1);
-  EXPECT_FALSE(shape->Master());
-  EXPECT_EQ(shape->Text(), text);
-  EXPECT_EQ(shape->RowCount(kSectionProp), rows);
-  EXPECT_EQ(Formula(shape, "Prop.VariableName"), "\"mine\"");
-  EXPECT_EQ(Formula(shape, "Prop.VariableName.Label"), label);
-  EXPECT_EQ(Formula(shape, "User.ClassName"), "\"Variable\"");
-  EXPECT_EQ(Formula(shape, "Width"), width);
-  user().Undo();
-  ASSERT_TRUE(shape->Master());
-  EXPECT_EQ(shape->Master()->Name(), "Variable");
-  EXPECT_FALSE(shape->CellExists("User.ClassName", kExistsLocally));
+  std::vector<std::string> names;
+  for (int i = 1; i <= masters->Count(); ++i) names.push_back(masters->Item(i)->Name());
+  for (const std::string& name : names) {
+    SCOPED_TRACE(name);
+    const IVShapePtr shape = Drop(name), changed = Drop(name);
+    changed->SetText("changed");
+    if (changed->RowCount(kSectionProp) > 1) {
+      changed->CellsSRC(kSectionProp, 0, kCellPropValue)->SetFormula("\"mine\"");
+      changed->DeleteRow(kSectionProp, 1);
+      changed->AddNamedRow(kSectionProp, "Mine", kTagDefault);
+    }
+    const auto shapeBefore = seen(shape), changedBefore = seen(changed);
+    const int count = masters->Count();
+    shape->Master()->Delete();
+    EXPECT_EQ(masters->Count(), count - 1);
+    EXPECT_FALSE(shape->Master());
+    EXPECT_EQ(seen(shape), shapeBefore);
+    EXPECT_EQ(seen(changed), changedBefore);
+    user().Undo();
+    ASSERT_TRUE(shape->Master());
+    EXPECT_EQ(shape->Master()->Name(), name);
+    EXPECT_FALSE(shape->CellExists("Width", kExistsLocally)) << "undone";
+    EXPECT_EQ(seen(changed), changedBefore);
+    user().Redo();
+    EXPECT_EQ(seen(changed), changedBefore);
+  }
+  std::vector<std::vector<std::string>> before, after;
+  for (int i = 1; i <= Shapes()->Count(); ++i) before.push_back(seen(Shapes()->Item(i)));
+  user().SaveAndReopen();
+  for (int i = 1; i <= Shapes()->Count(); ++i) after.push_back(seen(Shapes()->Item(i)));
+  EXPECT_EQ(before, after) << "after saving and opening";
 }
 
 // --- Undo

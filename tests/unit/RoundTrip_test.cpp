@@ -37,6 +37,16 @@ std::set<std::string> Differing(const Parts& a, const Parts& b) {
   return names;
 }
 
+// What an XML part says, however its writer spells it: other writers' spelling is lost once a part was saved anew.
+Parts Meanings(Parts parts) {
+  for (auto& [name, bytes] : parts)
+    if (name.ends_with(".xml") && name.starts_with("visio/pages/")) {
+      XmlPart part("", name, XmlBytes::CopyOf(bytes));
+      bytes = part.Serialise(part.root());
+    }
+  return parts;
+}
+
 // A shape to edit, found the same way before and after.
 struct Place {
   int page = -1, shape = -1;
@@ -73,7 +83,7 @@ void ExpectLosslessRoundTrip(const fs::path& file) {
   }
   host.Undo();
   host.Save(saved);
-  EXPECT_EQ(Differing(original, PartsOf(saved)), std::set<std::string>{}) << "undone after saving, all is as it was";
+  EXPECT_EQ(Differing(Meanings(original), Meanings(PartsOf(saved))), std::set<std::string>{}) << "undone after saving, all is as it was";
 
   host.SetCell(shape, "Prop.VardoTest", "\"a;b\"");
   host.Save(saved);
@@ -114,6 +124,28 @@ TEST(RoundTrip, NewDrawings) {
   for (const std::string& master : host.MasterNames()) host.Drop(master, host.ActivePage().id(), 1, 1, std::nullopt);
   host.Save(folder / "new.vsdx");
   ExpectLosslessRoundTrip(folder / "new.vsdx");
+}
+
+TEST(RoundTrip, BothHeadersOfAnEntryMarkItsNameAlike) {
+  std::vector<test::ZipItem> items = test::PackageText({.shapes = "<Shape ID='1' Type='Shape'/>"}).items();
+  constexpr std::uint16_t kUtf8Name = 0x0800;
+  for (test::ZipItem& item : items) item.flags = kUtf8Name;
+  const TempFolder folder;
+  test::WriteFile(folder / "marked.vsdx", test::MakeZip(items));
+  DrawingHost host;
+  host.Open(folder / "marked.vsdx");
+  host.TypeText(host.RefTo(host.ActivePage(), 1), "typed", false);
+  host.Save(folder / "marked.vsdx");
+  const std::string zip = test::ReadFile(folder / "marked.vsdx");
+  const auto number = [&](size_t at, size_t bytes) {
+    size_t value = 0;
+    while (bytes-- > 0) value = value << 8 | static_cast<unsigned char>(zip[at + bytes]);
+    return value;
+  };
+  size_t entries = 0;
+  for (size_t at = zip.find("PK\1\2"); at != std::string::npos; at = zip.find("PK\1\2", at + 1), ++entries)
+    EXPECT_EQ(number(at + 8, 2), number(number(at + 42, 4) + 6, 2)) << zip.substr(at + 46, number(at + 28, 2));
+  EXPECT_EQ(entries, items.size());
 }
 
 std::vector<fs::path> Samples(const fs::path& below) {

@@ -170,7 +170,10 @@ std::string ZipArchive::With(std::vector<ZipEdit> edits) const {
   for (const ZipEdit& edit : edits) Apply(zip.get(), edit, entries_, file_);
   if (zip_close(zip.get()) < 0) ThrowUnwritable(zip.get(), file_);
   (void)zip.release();
-  return Contents(source.get(), file_);
+  // libzip copies local headers as they are but marks no ASCII name as UTF-8 in the directory; strict readers want the two alike.
+  std::string bytes = Contents(source.get(), file_);
+  MarkNamesAsLocalHeadersDo(bytes, file_);
+  return bytes;
 }
 
 }  // namespace vardo

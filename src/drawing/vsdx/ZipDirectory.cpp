@@ -17,6 +17,7 @@ constexpr std::uint64_t kLocalSize = 30, kCentralSize = 46, kEndSize = 22, kEnd6
 constexpr std::uint16_t kStored = 0, kDeflated = 8;
 constexpr std::uint16_t kEncryptedFlags = 0x2041;  // classic, strong, masked headers
 constexpr std::uint16_t kDescriptorFlag = 0x0008;  // sizes follow the data
+constexpr char kUtf8NameFlag = 0x08;               // in the flags' higher byte
 constexpr std::uint16_t kZip64Extra = 0x0001;
 
 // Little-endian numbers of an archive; a read past the end says that the archive is damaged.
@@ -250,6 +251,18 @@ std::vector<ZipEntry> ReadZipDirectory(std::string_view bytes, const std::string
   CheckSizes(zip, entries);
   CheckNoOverlap(zip, entries, directory.offset);
   return entries;
+}
+
+void MarkNamesAsLocalHeadersDo(std::string& bytes, const std::string& file) {
+  const Archive zip(bytes, file);
+  const Directory directory = FindDirectory(zip);
+  std::uint64_t at = directory.offset;
+  for (std::uint64_t i = 0; i < directory.count; ++i) {
+    char& flags = bytes[at + 9];
+    const ZipEntry entry = ReadEntry(zip, at);
+    zip.Slice(entry.offset, kLocalSize);
+    flags = static_cast<char>((flags & ~kUtf8NameFlag) | (bytes[entry.offset + 7] & kUtf8NameFlag));
+  }
 }
 
 }  // namespace vardo

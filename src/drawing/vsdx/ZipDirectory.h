@@ -25,4 +25,7 @@ struct ZipEntry {
 // second end record.
 std::vector<ZipEntry> ReadZipDirectory(std::string_view zip, const std::string& file);
 
+// Marks names in the directory as UTF-8 where, and only where, their local headers do. Throws FileError as above.
+void MarkNamesAsLocalHeadersDo(std::string& zip, const std::string& file);
+
 }  // namespace vardo

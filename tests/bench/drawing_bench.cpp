@@ -1,0 +1,209 @@
+// How long large drawings take, beside a yardstick taken in the same run: the same bytes inflated, parsed, serialised and deflated
+// with zlib and pugixml alone, which is the least that opening and rewriting them can cost.
+#include "TestDrawings.h"
+#include "TestPlatform.h"
+#include "addin/host/IVApplication.h"
+#include "drawing/vsdx/ZipDirectory.h"
+#include "forms/Forms.h"
+#include "forms/headless/HeadlessPresenter.h"
+#include "props/DrawingLists.h"
+#include "props/PropertyCells.h"
+#include "script/AddinSession.h"
+
+#include <fmt/format.h>
+#include <pugixml.hpp>
+#include <zlib.h>
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+
+namespace vardo {
+namespace {
+
+namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
+
+double MillisecondsOf(const std::function<void()>& work) {
+  const auto start = Clock::now();
+  work();
+  return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
+
+// ------------------------------------------------------------------------------------------------------ the drawing
+
+constexpr int kModules = 10'000;
+constexpr int kProperties = 10;
+
+std::string Row(int number, const std::string& value, const std::string& more = {}) {
+  return fmt::format("<Row N='Field{}'><Cell N='Value' V='{}' U='STR'/>{}</Row>", number, value, more);
+}
+
+std::string ModuleMaster() {
+  std::string rows;
+  for (int i = 0; i < kProperties; ++i) rows += Row(i, "", "<Cell N='Prompt' V=''/><Cell N='Label' V='Field'/><Cell N='Type' V='0'/>");
+  return "<Shape ID='5' Type='Shape'><Cell N='Width' V='1'/><Cell N='Height' V='0.5'/><Section N='Property'>" + rows +
+         "</Section><Section N='Connection'><Row T='Connection' IX='0'><Cell N='X' V='0'/><Cell N='Y' V='0.25'/></Row>"
+         "<Row T='Connection' IX='1'><Cell N='X' V='1'/><Cell N='Y' V='0.25'/></Row></Section></Shape>";
+}
+
+std::string Module(int id) {
+  std::string rows;
+  for (int i = 0; i < kProperties; ++i) rows += Row(i, fmt::format("TRIA({}, {}, {})", i, id % 97, id));
+  return fmt::format("<Shape ID='{0}' NameU='Step.{0}' Name='Step.{0}' Type='Shape' Master='2'><Cell N='PinX' V='{1}'/><Cell N='PinY' V='{2}'/>"
+                     "<Section N='Property'>{3}</Section><Section N='Connection'><Row IX='0'><Cell N='X' V='0' F='Inh'/><Cell N='Y' V='0.25' F='Inh'/></Row>"
+                     "<Row IX='1'><Cell N='X' V='1' F='Inh'/><Cell N='Y' V='0.25' F='Inh'/></Row></Section><Text>Step {0}\n</Text></Shape>",
+                     id, id % 100 * 1.5, id / 100, rows);
+}
+
+std::string Connector(int id, int from, int to) {
+  const auto end = [](std::string_view cell, int sheet, int point) {
+    return fmt::format("<Cell N='{0}' V='{1}' F='PAR(PNT(Sheet.{1}!Connections.X{2},Sheet.{1}!Connections.Y{2}))'/>", cell, sheet, point);
+  };
+  return fmt::format("<Shape ID='{0}' NameU='Link.{0}' Name='Link.{0}' Type='Shape' Master='3'><Cell N='PinX' V='1' F='Inh'/><Cell N='PinY' V='1' F='Inh'/>"
+                     "{1}{2}{3}{4}<Section N='Geometry' IX='0'><Row T='LineTo' IX='2'><Cell N='X' V='1'/><Cell N='Y' V='0'/></Row></Section></Shape>",
+                     id, end("BeginX", from, 2), end("BeginY", from, 2), end("EndX", to, 1), end("EndY", to, 1));
+}
+
+// Modules in a circle, each with a connector to the next.
+test::DrawingText LargeDrawing() {
+  test::DrawingText text{.shapes = "", .masters = {{"Step", ModuleMaster()}, {"Link", "<Shape ID='5' Type='Shape'><Cell N='BeginX' V='0'/></Shape>"}}};
+  for (int id = 1; id <= kModules; ++id) text.shapes += Module(id);
+  for (int from = 1; from <= kModules; ++from) {
+    const int id = kModules + from, to = from % kModules + 1;
+    text.shapes += Connector(id, from, to);
+    text.connects += fmt::format("<Connect FromSheet='{0}' FromCell='BeginX' FromPart='9' ToSheet='{1}' ToCell='Connections.X2' ToPart='101'/>"
+                                 "<Connect FromSheet='{0}' FromCell='EndX' FromPart='12' ToSheet='{2}' ToCell='Connections.X1' ToPart='100'/>",
+                                 id, from, to);
+  }
+  return text;
+}
+
+// Its pages packed as our saving packs them.
+void WriteLargeDrawing(const fs::path& file) {
+  test::WriteFile(file, test::ZipOf(LargeDrawing()));
+  const auto drawing = Drawing::Open(file);
+  drawing->PageAt(1).ShapeAt(1).SetText(drawing->editor(), "packed");
+  drawing->Save(file);
+}
+
+// ---------------------------------------------------------------------------------------------------- the yardstick
+
+std::string Inflated(std::string_view packed, size_t size) {
+  std::string bytes(size, '\0');
+  z_stream stream{};
+  inflateInit2(&stream, -MAX_WBITS);
+  stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(packed.data()));
+  stream.avail_in = static_cast<uInt>(packed.size());
+  stream.next_out = reinterpret_cast<Bytef*>(bytes.data());
+  stream.avail_out = static_cast<uInt>(size);
+  inflate(&stream, Z_FINISH);
+  inflateEnd(&stream);
+  return bytes;
+}
+
+size_t DeflatedSize(const std::string& bytes) {
+  uLongf size = compressBound(bytes.size());
+  std::string packed(size, '\0');
+  compress2(reinterpret_cast<Bytef*>(packed.data()), &size, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size(), Z_DEFAULT_COMPRESSION);
+  return size;
+}
+
+struct StringWriter : pugi::xml_writer {
+  std::string text;
+  void write(const void* data, size_t size) override { text.append(static_cast<const char*>(data), size); }
+};
+
+void Yardstick(const fs::path& file, bool rewrite) {
+  const std::string zip = test::ReadFile(file);
+  for (const ZipEntry& entry : ReadZipDirectory(zip, file.string())) {
+    const auto number = [&](size_t at) { return static_cast<unsigned char>(zip[at]) + 256u * static_cast<unsigned char>(zip[at + 1]); };
+    const size_t data = entry.offset + 30 + number(entry.offset + 26) + number(entry.offset + 28);
+    const std::string_view packed = std::string_view(zip).substr(data, entry.packed);
+    std::string part = entry.method == 0 ? std::string(packed) : Inflated(packed, entry.size);
+    if (crc32(0, reinterpret_cast<const Bytef*>(part.data()), static_cast<uInt>(part.size())) != entry.crc) throw FileError("yardstick: bad checksum");
+    if (!entry.name.ends_with(".xml")) continue;
+    pugi::xml_document tree;
+    tree.load_buffer_inplace(part.data(), part.size(), pugi::parse_default | pugi::parse_ws_pcdata);
+    if (!rewrite) continue;
+    StringWriter writer;
+    tree.save(writer, "", pugi::format_raw);
+    DeflatedSize(writer.text);
+  }
+}
+
+// ------------------------------------------------------------------------------------------------------ measurements
+
+// The best of several runs of each, taken in turns, so that what else the machine does hits both.
+void Compare(std::string_view what, const std::function<void()>& ours, const std::function<void()>& yardstick) {
+  constexpr int kRuns = 7;
+  double best = 1e99, least = 1e99;
+  for (int run = 0; run < kRuns; ++run) {
+    least = std::min(least, MillisecondsOf(yardstick));
+    best = std::min(best, MillisecondsOf(ours));
+  }
+  fmt::print("{:<24}{:>10.1f} ms{:>10.1f} ms{:>8.2f}\n", what, best, least, best / least);
+}
+
+void MeasureFiles() {
+  const test::TempFolder folder;
+  const fs::path file = folder / "large.vsdx", saved = folder / "saved.vsdx";
+  WriteLargeDrawing(file);
+  fmt::print("{} modules and as many connectors\n{:<24}{:>13}{:>13}{:>8}\n", kModules, "", "vardo", "yardstick", "ratio");
+  Compare("open", [&] { Drawing::Open(file); }, [&] { Yardstick(file, false); });
+  Compare("open, walk", [&] { Drawing::Open(file)->PageAt(1).ShapeCount(); }, [&] { Yardstick(file, false); });
+  const auto edit = [&] {
+    const auto drawing = Drawing::Open(file);
+    drawing->PageAt(1).ShapeAt(1).SetText(drawing->editor(), "edited");
+    drawing->Save(saved);
+  };
+  Compare("open, edit, save", edit, [&] { Yardstick(file, true); });
+}
+
+// Create modules on the active page, entered in its register as if each had been dropped.
+void AddModules(DrawingHost& host, int count) {
+  const DrawingMaster& master = *host.drawing().BringMaster("Create");
+  DrawingPage& page = host.ActivePage();
+  StringList positions;
+  for (int i = 1; i <= count; ++i) {
+    DrawingShape& shape = page.AddInstance(master, 1, i);
+    const std::string name = fmt::format("Create {}", i);
+    shape.SetText(host.drawing().editor(), name);
+    test::SetCell(host.drawing(), shape, "Prop.CreateName", QuoteText(name));
+    positions.push_back(std::to_string(i));
+  }
+  SetPagePropList(host.application()->ActivePage(), "Create", positions);
+}
+
+void MeasureDialog(int count) {
+  AddinSession session(true);
+  session.New();
+  AddModules(session.host(), count);
+  const SheetRef first = session.host().RefTo(session.host().ActivePage(), session.host().ActivePage().ShapeAt(1).id());
+  Clock::time_point shown;
+  HeadlessPresenter presenter([&](Form&) { shown = Clock::now(); });
+  FormPresenter* const before = SetFormPresenter(&presenter);
+  double opening = 1e99, gathering = 1e99;
+  for (int run = 0; run < 3; ++run) {
+    const auto start = Clock::now();
+    session.ShowEditor(first, true);
+    opening = std::min(opening, std::chrono::duration<double, std::milli>(shown - start).count());
+    gathering = std::min(gathering, MillisecondsOf([] { FillComboFromDrawing({"Create"}, {"CreateName"}, true); }));
+  }
+  SetFormPresenter(before);
+  fmt::print("{:<24}{:>10.2f} ms{:>10.2f} ms{:>8.0f}\n", fmt::format("{} modules", count), opening, gathering, gathering * 1e6 / count);
+}
+
+void MeasureDialogs() {
+  const TestPlatform platform;
+  fmt::print("\n{:<24}{:>13}{:>13}{:>8}\n", "", "open Create", "gather names", "ns each");
+  for (const int count : {100, 1'000, 10'000}) MeasureDialog(count);
+}
+
+}  // namespace
+}  // namespace vardo
+
+int main() {
+  vardo::MeasureFiles();
+  vardo::MeasureDialogs();
+}
