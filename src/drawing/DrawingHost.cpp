@@ -28,7 +28,10 @@ struct DrawingHost::AdvisedEvent : public IVEvent {
 };
 
 DrawingHost::DrawingHost() : application_(MakeApplication(*this)) {}
-DrawingHost::~DrawingHost() = default;
+// A sink may keep its own event.
+DrawingHost::~DrawingHost() {
+  for (const auto& event : advises_) event->sink.reset();
+}
 
 void DrawingHost::New() {
   Replace(Drawing::New(), {});

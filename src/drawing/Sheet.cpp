@@ -81,8 +81,8 @@ std::optional<CellAddress> Sheet::Find(std::string_view cellName, bool localOnly
   if (!RowExists(*address.section, address.row, localOnly)) return std::nullopt;
   if (!ColumnOf(address) && !NearestCell(address)) return std::nullopt;
   // A row that only overrides an inherited one owns just the cells that it writes.
-  const bool overrides = base_ && base_->RowExists(*address.section, address.row, false);
-  if (localOnly && overrides && !LocalCell(address)) return std::nullopt;
+  const auto overrides = [&] { return base_ && base_->RowExists(*address.section, address.row, false); };
+  if (localOnly && !LocalCell(address) && overrides()) return std::nullopt;
   return address;
 }
 

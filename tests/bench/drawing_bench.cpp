@@ -1,5 +1,5 @@
-// How long large drawings take, beside a yardstick taken in the same run: the same bytes inflated, parsed, serialised and deflated
-// with zlib and pugixml alone, which is the least that opening and rewriting them can cost.
+// How long large drawings take, beside a yardstick taken in the same run: the same bytes inflated, parsed, serialised and
+// deflated with zlib and pugixml alone, which is the least that opening and rewriting them can cost.
 #include "TestDrawings.h"
 #include "TestPlatform.h"
 #include "addin/host/IVApplication.h"
@@ -11,8 +11,8 @@
 #include "script/AddinSession.h"
 
 #include <fmt/format.h>
-#include <pugixml.hpp>
 #include <zlib.h>
+#include <pugixml.hpp>
 
 #include <algorithm>
 #include <chrono>
@@ -41,7 +41,8 @@ std::string Row(int number, const std::string& value, const std::string& more = 
 
 std::string ModuleMaster() {
   std::string rows;
-  for (int i = 0; i < kProperties; ++i) rows += Row(i, "", "<Cell N='Prompt' V=''/><Cell N='Label' V='Field'/><Cell N='Type' V='0'/>");
+  for (int i = 0; i < kProperties; ++i)
+    rows += Row(i, "", "<Cell N='Prompt' V=''/><Cell N='Label' V='Field'/><Cell N='Type' V='0'/>");
   return "<Shape ID='5' Type='Shape'><Cell N='Width' V='1'/><Cell N='Height' V='0.5'/><Section N='Property'>" + rows +
          "</Section><Section N='Connection'><Row T='Connection' IX='0'><Cell N='X' V='0'/><Cell N='Y' V='0.25'/></Row>"
          "<Row T='Connection' IX='1'><Cell N='X' V='1'/><Cell N='Y' V='0.25'/></Row></Section></Shape>";
@@ -50,31 +51,40 @@ std::string ModuleMaster() {
 std::string Module(int id) {
   std::string rows;
   for (int i = 0; i < kProperties; ++i) rows += Row(i, fmt::format("TRIA({}, {}, {})", i, id % 97, id));
-  return fmt::format("<Shape ID='{0}' NameU='Step.{0}' Name='Step.{0}' Type='Shape' Master='2'><Cell N='PinX' V='{1}'/><Cell N='PinY' V='{2}'/>"
-                     "<Section N='Property'>{3}</Section><Section N='Connection'><Row IX='0'><Cell N='X' V='0' F='Inh'/><Cell N='Y' V='0.25' F='Inh'/></Row>"
-                     "<Row IX='1'><Cell N='X' V='1' F='Inh'/><Cell N='Y' V='0.25' F='Inh'/></Row></Section><Text>Step {0}\n</Text></Shape>",
-                     id, id % 100 * 1.5, id / 100, rows);
+  return fmt::format(
+      "<Shape ID='{0}' NameU='Step.{0}' Name='Step.{0}' Type='Shape' Master='2'><Cell N='PinX' V='{1}'/><Cell N='PinY' V='{2}'/>"
+      "<Section N='Property'>{3}</Section><Section N='Connection'><Row IX='0'><Cell N='X' V='0' F='Inh'/><Cell N='Y' V='0.25' "
+      "F='Inh'/></Row>"
+      "<Row IX='1'><Cell N='X' V='1' F='Inh'/><Cell N='Y' V='0.25' F='Inh'/></Row></Section><Text>Step {0}\n</Text></Shape>",
+      id, id % 100 * 1.5, id / 100, rows);
 }
 
 std::string Connector(int id, int from, int to) {
   const auto end = [](std::string_view cell, int sheet, int point) {
-    return fmt::format("<Cell N='{0}' V='{1}' F='PAR(PNT(Sheet.{1}!Connections.X{2},Sheet.{1}!Connections.Y{2}))'/>", cell, sheet, point);
+    return fmt::format("<Cell N='{0}' V='{1}' F='PAR(PNT(Sheet.{1}!Connections.X{2},Sheet.{1}!Connections.Y{2}))'/>", cell, sheet,
+                       point);
   };
-  return fmt::format("<Shape ID='{0}' NameU='Link.{0}' Name='Link.{0}' Type='Shape' Master='3'><Cell N='PinX' V='1' F='Inh'/><Cell N='PinY' V='1' F='Inh'/>"
-                     "{1}{2}{3}{4}<Section N='Geometry' IX='0'><Row T='LineTo' IX='2'><Cell N='X' V='1'/><Cell N='Y' V='0'/></Row></Section></Shape>",
-                     id, end("BeginX", from, 2), end("BeginY", from, 2), end("EndX", to, 1), end("EndY", to, 1));
+  return fmt::format(
+      "<Shape ID='{0}' NameU='Link.{0}' Name='Link.{0}' Type='Shape' Master='3'><Cell N='PinX' V='1' F='Inh'/><Cell N='PinY' "
+      "V='1' F='Inh'/>"
+      "{1}{2}{3}{4}<Section N='Geometry' IX='0'><Row T='LineTo' IX='2'><Cell N='X' V='1'/><Cell N='Y' "
+      "V='0'/></Row></Section></Shape>",
+      id, end("BeginX", from, 2), end("BeginY", from, 2), end("EndX", to, 1), end("EndY", to, 1));
 }
 
 // Modules in a circle, each with a connector to the next.
 test::DrawingText LargeDrawing() {
-  test::DrawingText text{.shapes = "", .masters = {{"Step", ModuleMaster()}, {"Link", "<Shape ID='5' Type='Shape'><Cell N='BeginX' V='0'/></Shape>"}}};
+  test::DrawingText text{
+      .shapes = "",
+      .masters = {{"Step", ModuleMaster()}, {"Link", "<Shape ID='5' Type='Shape'><Cell N='BeginX' V='0'/></Shape>"}}};
   for (int id = 1; id <= kModules; ++id) text.shapes += Module(id);
   for (int from = 1; from <= kModules; ++from) {
     const int id = kModules + from, to = from % kModules + 1;
     text.shapes += Connector(id, from, to);
-    text.connects += fmt::format("<Connect FromSheet='{0}' FromCell='BeginX' FromPart='9' ToSheet='{1}' ToCell='Connections.X2' ToPart='101'/>"
-                                 "<Connect FromSheet='{0}' FromCell='EndX' FromPart='12' ToSheet='{2}' ToCell='Connections.X1' ToPart='100'/>",
-                                 id, from, to);
+    text.connects += fmt::format(
+        "<Connect FromSheet='{0}' FromCell='BeginX' FromPart='9' ToSheet='{1}' ToCell='Connections.X2' ToPart='101'/>"
+        "<Connect FromSheet='{0}' FromCell='EndX' FromPart='12' ToSheet='{2}' ToCell='Connections.X1' ToPart='100'/>",
+        id, from, to);
   }
   return text;
 }
@@ -105,7 +115,8 @@ std::string Inflated(std::string_view packed, size_t size) {
 size_t DeflatedSize(const std::string& bytes) {
   uLongf size = compressBound(bytes.size());
   std::string packed(size, '\0');
-  compress2(reinterpret_cast<Bytef*>(packed.data()), &size, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size(), Z_DEFAULT_COMPRESSION);
+  compress2(reinterpret_cast<Bytef*>(packed.data()), &size, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size(),
+            Z_DEFAULT_COMPRESSION);
   return size;
 }
 
@@ -117,11 +128,14 @@ struct StringWriter : pugi::xml_writer {
 void Yardstick(const fs::path& file, bool rewrite) {
   const std::string zip = test::ReadFile(file);
   for (const ZipEntry& entry : ReadZipDirectory(zip, file.string())) {
-    const auto number = [&](size_t at) { return static_cast<unsigned char>(zip[at]) + 256u * static_cast<unsigned char>(zip[at + 1]); };
+    const auto number = [&](size_t at) {
+      return static_cast<unsigned char>(zip[at]) + 256u * static_cast<unsigned char>(zip[at + 1]);
+    };
     const size_t data = entry.offset + 30 + number(entry.offset + 26) + number(entry.offset + 28);
     const std::string_view packed = std::string_view(zip).substr(data, entry.packed);
     std::string part = entry.method == 0 ? std::string(packed) : Inflated(packed, entry.size);
-    if (crc32(0, reinterpret_cast<const Bytef*>(part.data()), static_cast<uInt>(part.size())) != entry.crc) throw FileError("yardstick: bad checksum");
+    if (crc32(0, reinterpret_cast<const Bytef*>(part.data()), static_cast<uInt>(part.size())) != entry.crc)
+      throw FileError("yardstick: bad checksum");
     if (!entry.name.ends_with(".xml")) continue;
     pugi::xml_document tree;
     tree.load_buffer_inplace(part.data(), part.size(), pugi::parse_default | pugi::parse_ws_pcdata);
@@ -150,8 +164,10 @@ void MeasureFiles() {
   const fs::path file = folder / "large.vsdx", saved = folder / "saved.vsdx";
   WriteLargeDrawing(file);
   fmt::print("{} modules and as many connectors\n{:<24}{:>13}{:>13}{:>8}\n", kModules, "", "vardo", "yardstick", "ratio");
-  Compare("open", [&] { Drawing::Open(file); }, [&] { Yardstick(file, false); });
-  Compare("open, walk", [&] { Drawing::Open(file)->PageAt(1).ShapeCount(); }, [&] { Yardstick(file, false); });
+  Compare(
+      "open", [&] { Drawing::Open(file); }, [&] { Yardstick(file, false); });
+  Compare(
+      "open, walk", [&] { Drawing::Open(file)->PageAt(1).ShapeCount(); }, [&] { Yardstick(file, false); });
   const auto edit = [&] {
     const auto drawing = Drawing::Open(file);
     drawing->PageAt(1).ShapeAt(1).SetText(drawing->editor(), "edited");
@@ -191,7 +207,8 @@ void MeasureDialog(int count) {
     gathering = std::min(gathering, MillisecondsOf([] { FillComboFromDrawing({"Create"}, {"CreateName"}, true); }));
   }
   SetFormPresenter(before);
-  fmt::print("{:<24}{:>10.2f} ms{:>10.2f} ms{:>8.0f}\n", fmt::format("{} modules", count), opening, gathering, gathering * 1e6 / count);
+  fmt::print("{:<24}{:>10.2f} ms{:>10.2f} ms{:>8.0f}\n", fmt::format("{} modules", count), opening, gathering,
+             gathering * 1e6 / count);
 }
 
 void MeasureDialogs() {

@@ -37,7 +37,8 @@ TEST(CellNames, TakesNamesApart) {
     EXPECT_EQ(name->cell, c.cell) << c.name;
     EXPECT_EQ(name->byNumber, c.byNumber) << c.name;
   }
-  for (const std::string_view name : {"", "Prop.", "Nowhere.X", "Prop..Label", "Prop.Name."}) EXPECT_FALSE(ParseCellName(name)) << name;
+  for (const std::string_view name : {"", "Prop.", "Nowhere.X", "Prop..Label", "Prop.Name."})
+    EXPECT_FALSE(ParseCellName(name)) << name;
 }
 
 TEST(CellNames, SectionsAreFoundByNumberAndElement) {
@@ -47,7 +48,8 @@ TEST(CellNames, SectionsAreFoundByNumberAndElement) {
     EXPECT_EQ(FindSection(section.section), &section);
     EXPECT_EQ(FindSectionByElement(section.element), &section);
     std::set<short> columns;
-    for (const ColumnInfo& column : section.columns) EXPECT_TRUE(columns.insert(column.column).second) << section.element << "." << column.name;
+    for (const ColumnInfo& column : section.columns)
+      EXPECT_TRUE(columns.insert(column.column).second) << section.element << "." << column.name;
   }
   EXPECT_EQ(FindSection(10), nullptr);
   EXPECT_EQ(FindSectionByElement("Geometry"), nullptr);
@@ -57,7 +59,8 @@ TEST(CellNames, ObjectCellsAreFoundByNumbersAndName) {
   const struct {
     short row, column;
     std::string_view name;
-  } cases[] = {{kRowXFormOut, 0, "PinX"}, {kRowXForm1D, 3, "EndY"}, {kRowEvent, 2, "EventDblClick"}, {kRowMisc, 0, "NoObjHandles"}};
+  } cases[] = {
+      {kRowXFormOut, 0, "PinX"}, {kRowXForm1D, 3, "EndY"}, {kRowEvent, 2, "EventDblClick"}, {kRowMisc, 0, "NoObjHandles"}};
   for (const auto& c : cases) {
     ASSERT_TRUE(FindObjectCell(c.row, c.column)) << c.name;
     EXPECT_EQ(FindObjectCell(c.row, c.column)->name, c.name);

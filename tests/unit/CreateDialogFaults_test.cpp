@@ -11,8 +11,11 @@
 #include "catalog/NameCatalogues.h"
 #include "drawing/DrawingHost.h"
 #include "events/CEventSink.h"
+#include "events/PageRegisters.h"
 #include "forms/Forms.h"
 #include "forms/headless/HeadlessPresenter.h"
+#include "props/PropertyCells.h"
+#include "props/StringFunctions.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -111,22 +114,15 @@ class CreateDialogFaults : public testing::Test {
       if (shape->CellExists(field.cell, kExistsAnywhere)) cells[field.cell] = shape->Cells(field.cell)->Formula();
     return cells;
   }
-  // All pages with the custom properties and texts on them.
+  // All pages with their registers and the texts of their shapes.
   std::vector<std::string> Drawn() {
     std::vector<std::string> drawn;
-    const auto properties = [&](IVShape& sheet) {
-      for (short row = 0; row < sheet.RowCount(kSectionProp); ++row)
-        drawn.push_back(sheet.CellsSRC(kSectionProp, row, kCellPropValue)->Formula());
-    };
     const IVPagesPtr pages = host_.application()->ActiveDocument()->Pages();
     for (int i = 1; i <= pages->Count(); ++i) {
       const IVPagePtr page = pages->Item(i);
       drawn.push_back(page->Name());
-      properties(*page->PageSheet());
-      for (int j = 1; j <= page->Shapes()->Count(); ++j) {
-        drawn.push_back(page->Shapes()->Item(j)->Text());
-        properties(*page->Shapes()->Item(j));
-      }
+      for (const auto& kind : kModuleKinds) drawn.push_back(JoinList(GetPagePropList(page, kind, "none")));
+      for (int j = 1; j <= page->Shapes()->Count(); ++j) drawn.push_back(page->Shapes()->Item(j)->Text());
     }
     return drawn;
   }

@@ -29,20 +29,26 @@ using testing::UnorderedElementsAre;
 
 constexpr const char* kBox = "<Shape ID='5' Type='Shape'><Cell N='Width' V='1'/><Text>Box\n</Text></Shape>";
 constexpr const char* kGroup =
-    "<Shape ID='6' Type='Group'><Cell N='Width' V='4'/><Shapes><Shape ID='7' Type='Shape'><Cell N='Width' V='2'/><Text>inner\n</Text></Shape>"
-    "<Shape ID='8' Type='Group'><Shapes><Shape ID='9' Type='Shape'><Cell N='Width' V='0.5'/></Shape></Shapes></Shape></Shapes></Shape>";
+    "<Shape ID='6' Type='Group'><Cell N='Width' V='4'/><Shapes><Shape ID='7' Type='Shape'><Cell N='Width' "
+    "V='2'/><Text>inner\n</Text></Shape>"
+    "<Shape ID='8' Type='Group'><Shapes><Shape ID='9' Type='Shape'><Cell N='Width' "
+    "V='0.5'/></Shape></Shapes></Shape></Shapes></Shape>";
 const std::vector<DrawingText::Master> kMasters = {{"Box", kBox}, {"Team", kGroup}};
 
 // Two boxes and a connector glued to them, once to a point and once as a whole.
 const DrawingText kGlued = {
-    .shapes = "<Shape ID='1' Type='Shape' Master='2'/><Shape ID='2' Type='Shape' Master='2'/>"
-              "<Shape ID='3' Type='Shape'><Cell N='BeginX' V='5' U='MM' F='PAR(PNT(Sheet.1!Connections.X1,Sheet.1!Connections.Y1))'/>"
-              "<Cell N='BeginY' V='6' F='PAR(PNT(Sheet.1!Connections.X1,Sheet.1!Connections.Y1))'/>"
-              "<Cell N='EndX' V='7' F='_WALKGLUE(EndTrigger,BegTrigger,WalkPreference)'/><Cell N='EndY' V='8' F='_WALKGLUE(EndTrigger,BegTrigger,WalkPreference)'/>"
-              "<Cell N='BegTrigger' V='2' F='_XFTRIGGER(Sheet.1!EventXFMod)'/><Cell N='EndTrigger' V='2' F='_XFTRIGGER(Sheet.2!EventXFMod)'/></Shape>",
-    .connects = "<Connect FromSheet='3' FromCell='BeginX' FromPart='9' ToSheet='1' ToCell='Connections.X1' ToPart='100'/>"
-                "<Connect FromSheet='3' FromCell='EndX' FromPart='12' ToSheet='2' ToCell='PinX' ToPart='3'/>"
-                "<Connect FromSheet='77' FromCell='EndX' FromPart='12' ToSheet='78' ToCell='PinX' ToPart='3'/>",
+    .shapes =
+        "<Shape ID='1' Type='Shape' Master='2'/><Shape ID='2' Type='Shape' Master='2'/>"
+        "<Shape ID='3' Type='Shape'><Cell N='BeginX' V='5' U='MM' F='PAR(PNT(Sheet.1!Connections.X1,Sheet.1!Connections.Y1))'/>"
+        "<Cell N='BeginY' V='6' F='PAR(PNT(Sheet.1!Connections.X1,Sheet.1!Connections.Y1))'/>"
+        "<Cell N='EndX' V='7' F='_WALKGLUE(EndTrigger,BegTrigger,WalkPreference)'/><Cell N='EndY' V='8' "
+        "F='_WALKGLUE(EndTrigger,BegTrigger,WalkPreference)'/>"
+        "<Cell N='BegTrigger' V='2' F='_XFTRIGGER(Sheet.1!EventXFMod)'/><Cell N='EndTrigger' V='2' "
+        "F='_XFTRIGGER(Sheet.2!EventXFMod)'/></Shape>",
+    .connects =
+        "<Connect FromSheet='3' FromCell='BeginX' FromPart='9' ToSheet='1' ToCell='Connections.X1' ToPart='100'/>"
+        "<Connect FromSheet='3' FromCell='EndX' FromPart='12' ToSheet='2' ToCell='PinX' ToPart='3'/>"
+        "<Connect FromSheet='77' FromCell='EndX' FromPart='12' ToSheet='78' ToCell='PinX' ToPart='3'/>",
     .masters = kMasters};
 
 DrawingPage& Page(Drawing& drawing) { return drawing.PageAt(1); }
@@ -69,10 +75,11 @@ class Session {
 };
 
 TEST(Drawing, ShapesHaveNamesThoughTheFileNamesNone) {
-  const auto drawing = OpenText({.shapes = "<Shape ID='4' Type='Shape' Master='2'/><Shape ID='2' Type='Shape' Master='2'/><Shape ID='7' Type='Shape'/>"
-                                           "<Shape ID='9' NameU='Box.3' Type='Shape' Master='2'/><Shape ID='10' NameU='Data' Name='Daten' Type='Shape'/>"
-                                           "<Shape ID='12' NameU='Daten' Type='Shape'/>",
-                                 .masters = kMasters});
+  const auto drawing = OpenText(
+      {.shapes = "<Shape ID='4' Type='Shape' Master='2'/><Shape ID='2' Type='Shape' Master='2'/><Shape ID='7' Type='Shape'/>"
+                 "<Shape ID='9' NameU='Box.3' Type='Shape' Master='2'/><Shape ID='10' NameU='Data' Name='Daten' Type='Shape'/>"
+                 "<Shape ID='12' NameU='Daten' Type='Shape'/>",
+       .masters = kMasters});
   DrawingPage& page = Page(*drawing);
   const struct {
     int id;
@@ -93,10 +100,12 @@ TEST(Drawing, ShapesHaveNamesThoughTheFileNamesNone) {
 }
 
 TEST(Drawing, InnerShapesInheritFromTheMastersInnerShapes) {
-  const auto drawing = OpenText({.shapes = "<Shape ID='20' Type='Group' Master='3'><Shapes><Shape ID='21' Type='Shape' MasterShape='7'/>"
-                                           "<Shape ID='22' Type='Group' MasterShape='8'><Shapes><Shape ID='23' Type='Shape' MasterShape='9'/></Shapes></Shape>"
-                                           "</Shapes></Shape>",
-                                 .masters = kMasters});
+  const auto drawing = OpenText(
+      {.shapes =
+           "<Shape ID='20' Type='Group' Master='3'><Shapes><Shape ID='21' Type='Shape' MasterShape='7'/>"
+           "<Shape ID='22' Type='Group' MasterShape='8'><Shapes><Shape ID='23' Type='Shape' MasterShape='9'/></Shapes></Shape>"
+           "</Shapes></Shape>",
+       .masters = kMasters});
   DrawingPage& page = Page(*drawing);
   EXPECT_EQ(page.ShapeCount(), 1) << "only top-level shapes count";
   EXPECT_EQ(page.FindShape(21)->Formula(page.FindShape(21)->Find("Width").value()), "2");
@@ -107,7 +116,8 @@ TEST(Drawing, InnerShapesInheritFromTheMastersInnerShapes) {
 
 TEST(Drawing, DeletedInnerShapesAndRepeatedNumbersAreKeptAndNotShown) {
   const std::string shapes =
-      "<Shape ID='20' Type='Group' Master='3'><Shapes><Shape Del='1' MasterShape='7' ID='4294967295'/><Shape Del='1' MasterShape='8' ID='4294967295'/>"
+      "<Shape ID='20' Type='Group' Master='3'><Shapes><Shape Del='1' MasterShape='7' ID='4294967295'/><Shape Del='1' "
+      "MasterShape='8' ID='4294967295'/>"
       "</Shapes></Shape><Shape ID='5' Type='Shape'/><Shape ID='5' Type='Shape'><Text>twin</Text></Shape>";
   const auto drawing = OpenText({.shapes = shapes, .masters = kMasters});
   DrawingPage& page = Page(*drawing);
@@ -139,7 +149,8 @@ TEST(Drawing, ReadsText) {
       {"<Text>a &amp; b &lt;c&gt;\n</Text>", "a & b <c>", "escapes"},
   };
   for (const auto& c : cases) {
-    const auto drawing = OpenText({.shapes = "<Shape ID='1' Type='Shape' Master='2'>" + c.text + "</Shape>", .masters = kMasters});
+    const auto drawing =
+        OpenText({.shapes = "<Shape ID='1' Type='Shape' Master='2'>" + c.text + "</Shape>", .masters = kMasters});
     EXPECT_EQ(Page(*drawing).ShapeAt(1).Text(), c.want) << c.why;
   }
 }
@@ -149,13 +160,16 @@ TEST(Drawing, WritesText) {
     std::string before, text, want, why;
   } cases[] = {
       {"<Text>old\n</Text>", "new", "<Text>new\n</Text>", "with the closing line end"},
-      {"<Text><cp IX='0'/><pp IX='1'/>Hello<cp IX='1'/> world\n</Text>", "new", "<Text><cp IX='0'/><pp IX='1'/>new\n</Text>", "in the first run's format"},
+      {"<Text><cp IX='0'/><pp IX='1'/>Hello<cp IX='1'/> world\n</Text>", "new", "<Text><cp IX='0'/><pp IX='1'/>new\n</Text>",
+       "in the first run's format"},
       {"<Text>old\n</Text>", "", "<Text/>", "empty on purpose, so that the master's does not come back"},
       {"", "new", "<Text>new\n</Text>", "instead of the master's"},
-      {"<Cell N='PinX' V='1'/><Data1>x</Data1>", "a<b", "<Cell N='PinX' V='1'/><Text>a&lt;b\n</Text><Data1>x</Data1>", "before all that stands behind texts"},
+      {"<Cell N='PinX' V='1'/><Data1>x</Data1>", "a<b", "<Cell N='PinX' V='1'/><Text>a&lt;b\n</Text><Data1>x</Data1>",
+       "before all that stands behind texts"},
   };
   for (const auto& c : cases) {
-    const auto drawing = OpenText({.shapes = "<Shape ID='1' Type='Shape' Master='2'>" + c.before + "</Shape>", .masters = kMasters});
+    const auto drawing =
+        OpenText({.shapes = "<Shape ID='1' Type='Shape' Master='2'>" + c.before + "</Shape>", .masters = kMasters});
     DrawingShape& shape = Page(*drawing).ShapeAt(1);
     const std::string before = Written(shape);
     shape.SetText(drawing->editor(), c.text);
@@ -171,7 +185,8 @@ TEST(Drawing, AnInstanceOfAGroupListsItsInnerShapes) {
   const DrawingShape& shape = Page(*drawing).AddInstance(*drawing->FindMaster("Team"), 1, 2);
   EXPECT_EQ(Written(shape),
             "<Shape ID='1' NameU='Team' Name='Team' Type='Group' Master='3'><Cell N='PinX' V='1'/><Cell N='PinY' V='2'/><Shapes>"
-            "<Shape ID='2' Type='Shape' MasterShape='7'/><Shape ID='3' Type='Group' MasterShape='8'><Shapes><Shape ID='4' Type='Shape' MasterShape='9'/>"
+            "<Shape ID='2' Type='Shape' MasterShape='7'/><Shape ID='3' Type='Group' MasterShape='8'><Shapes><Shape ID='4' "
+            "Type='Shape' MasterShape='9'/>"
             "</Shapes></Shape></Shapes></Shape>");
   EXPECT_EQ(Page(*drawing).FindShape(2)->Text(), "inner");
   ASSERT_TRUE(Page(*drawing).FindShape(4));
@@ -185,10 +200,12 @@ TEST(Drawing, ANewPageIsAPartOfItsOwn) {
   DrawingPage& page = drawing->AddPage(Page(*drawing));
   EXPECT_EQ(page.Name(), "Page-2");
   EXPECT_EQ(page.partName(), "visio/pages/page2.xml");
-  EXPECT_THAT(drawing->package().Bytes("[Content_Types].xml"), HasSubstr("<Override PartName=\"/visio/pages/page2.xml\" ContentType=\"application/vnd.ms-visio.page+xml\"/>"));
+  EXPECT_THAT(drawing->package().Bytes("[Content_Types].xml"),
+              HasSubstr("<Override PartName=\"/visio/pages/page2.xml\" ContentType=\"application/vnd.ms-visio.page+xml\"/>"));
   EXPECT_THAT(drawing->package().Bytes("visio/pages/_rels/pages.xml.rels"), HasSubstr("Target=\"page2.xml\""));
   EXPECT_THAT(drawing->package().Bytes("visio/pages/pages.xml"),
-              HasSubstr("<Page ID='1' NameU='Page-2' Name='Page-2'><PageSheet LineStyle='0' FillStyle='0' TextStyle='0'><Cell N='PageWidth' V='11' U='IN'/></PageSheet>"
+              HasSubstr("<Page ID='1' NameU='Page-2' Name='Page-2'><PageSheet LineStyle='0' FillStyle='0' TextStyle='0'><Cell "
+                        "N='PageWidth' V='11' U='IN'/></PageSheet>"
                         "<Rel r:id='rId2'/></Page>"));
   while (drawing->journal().CanUndo()) drawing->Undo();
   EXPECT_FALSE(drawing->Changed());
@@ -216,7 +233,8 @@ TEST(Drawing, AMasterComesFromTheStencilIntoAForeignDrawing) {
     ASSERT_TRUE(master);
     EXPECT_EQ(drawing->BringMaster("Create"), master) << "once";
     EXPECT_TRUE(drawing->package().Has("visio/masters/masters.xml"));
-    EXPECT_THAT(drawing->package().Bytes("[Content_Types].xml"), HasSubstr("ContentType=\"application/vnd.ms-visio.master+xml\""));
+    EXPECT_THAT(drawing->package().Bytes("[Content_Types].xml"),
+                HasSubstr("ContentType=\"application/vnd.ms-visio.master+xml\""));
     EXPECT_THAT(drawing->package().Bytes("visio/_rels/document.xml.rels"), HasSubstr("Target=\"masters/masters.xml\""));
     const DrawingShape& shape = Page(*drawing).AddInstance(*master, 1, 1);
     EXPECT_TRUE(shape.Find("Prop.CreateName"));
@@ -252,7 +270,10 @@ TEST(Drawing, UndoRestoresTheVeryBytes) {
       {"page sheet", [](Session& s) { s.host.SetCell(s.Shape(SheetRef::kPageSheet), "User.Count", "3"); }},
       {"document sheet", [](Session& s) { s.host.SetCell(s.Shape(SheetRef::kDocumentSheet), "User.Count", "3"); }},
       {"delete", [](Session& s) { s.host.Select({1}), s.host.DeleteSelection(); }},
-      {"paste", [](Session& s) { s.host.Paste({s.Shape(1), s.Shape(2), s.Shape(3)}, 0); }},
+      {"paste",
+       [](Session& s) {
+         s.host.Paste({s.Shape(1), s.Shape(2), s.Shape(3)}, 0);
+       }},
       {"add a page", [](Session& s) { s.host.AddPage("Second"); }},
       {"rename a page", [](Session& s) { s.host.RenamePage(0, "Other"); }},
       {"delete a master", [](Session& s) { s.host.drawing().RemoveMaster(*s.host.drawing().FindMaster("Team")); }},
@@ -282,25 +303,33 @@ TEST(Drawing, OnlyEditedPartsChange) {
   Session session(kGlued);
   const auto before = Contents(session.host.drawing());
   session.host.TypeText(session.Shape(1), "typed", false);
-  for (const auto& [part, bytes] : Contents(session.host.drawing())) EXPECT_EQ(bytes == before.at(part), part != kPagePart) << part;
+  for (const auto& [part, bytes] : Contents(session.host.drawing()))
+    EXPECT_EQ(bytes == before.at(part), part != kPagePart) << part;
 }
 
 TEST(Drawing, CopiesReferToCopies) {
   Session session(kGlued);
   session.host.Paste({session.Shape(1), session.Shape(3)}, 0);
   const DrawingShape& connector = *session.host.ActivePage().FindShape(5);
-  EXPECT_THAT(Written(connector), HasSubstr("<Cell N='BeginX' V='5' U='MM' F='PAR(PNT(Sheet.4!Connections.X1,Sheet.4!Connections.Y1))'/>"));
-  EXPECT_THAT(Written(connector), HasSubstr("<Cell N='EndTrigger' V='2'/>")) << "the shape at the end was not copied: the end is loose and stays where it is";
-  EXPECT_THAT(session.PageText(), HasSubstr("<Connect FromSheet='5' FromCell='BeginX' FromPart='9' ToSheet='4' ToCell='Connections.X1' ToPart='100'/></Connects>"));
+  EXPECT_THAT(Written(connector),
+              HasSubstr("<Cell N='BeginX' V='5' U='MM' F='PAR(PNT(Sheet.4!Connections.X1,Sheet.4!Connections.Y1))'/>"));
+  EXPECT_THAT(Written(connector), HasSubstr("<Cell N='EndTrigger' V='2'/>"))
+      << "the shape at the end was not copied: the end is loose and stays where it is";
+  EXPECT_THAT(
+      session.PageText(),
+      HasSubstr(
+          "<Connect FromSheet='5' FromCell='BeginX' FromPart='9' ToSheet='4' ToCell='Connections.X1' ToPart='100'/></Connects>"));
   EXPECT_EQ(session.host.ActivePage().NameOf(*session.host.ActivePage().FindShape(4)), "Box.4");
 }
 
 TEST(Drawing, CopiesOfGroupsRenumberWhatIsInside) {
   Session session({.shapes = "<Shape ID='1' Type='Group' UniqueID='{1}'><Cell N='Width' V='2' F='Sheet.2!Width*2'/><Shapes>"
-                             "<Shape ID='2' Type='Shape'><Cell N='Width' V='1'/><Cell N='Height' V='1' F='Sheet.1!Height'/></Shape></Shapes></Shape>"});
+                             "<Shape ID='2' Type='Shape'><Cell N='Width' V='1'/><Cell N='Height' V='1' "
+                             "F='Sheet.1!Height'/></Shape></Shapes></Shape>"});
   session.host.Paste({session.Shape(1)}, 0);
   EXPECT_THAT(session.PageText(), HasSubstr("<Shape ID='3' Type='Group'><Cell N='Width' V='2' F='Sheet.4!Width*2'/><Shapes>"
-                                            "<Shape ID='4' Type='Shape'><Cell N='Width' V='1'/><Cell N='Height' V='1' F='Sheet.3!Height'/></Shape></Shapes></Shape>"));
+                                            "<Shape ID='4' Type='Shape'><Cell N='Width' V='1'/><Cell N='Height' V='1' "
+                                            "F='Sheet.3!Height'/></Shape></Shapes></Shape>"));
 }
 
 TEST(Drawing, DeletingAShapeLoosensItsGlue) {
@@ -308,17 +337,23 @@ TEST(Drawing, DeletingAShapeLoosensItsGlue) {
   session.host.Select({1, 2});
   session.host.DeleteSelection();
   EXPECT_EQ(Written(*session.host.ActivePage().FindShape(3)),
-            "<Shape ID='3' Type='Shape'><Cell N='BeginX' V='5' U='MM'/><Cell N='BeginY' V='6'/><Cell N='EndX' V='7'/><Cell N='EndY' V='8'/>"
+            "<Shape ID='3' Type='Shape'><Cell N='BeginX' V='5' U='MM'/><Cell N='BeginY' V='6'/><Cell N='EndX' V='7'/><Cell "
+            "N='EndY' V='8'/>"
             "<Cell N='BegTrigger' V='2'/><Cell N='EndTrigger' V='2'/></Shape>")
       << "the ends stay where they are";
-  EXPECT_THAT(session.PageText(), HasSubstr("<Connects><Connect FromSheet='77' FromCell='EndX' FromPart='12' ToSheet='78' ToCell='PinX' ToPart='3'/></Connects>"))
+  EXPECT_THAT(
+      session.PageText(),
+      HasSubstr(
+          "<Connects><Connect FromSheet='77' FromCell='EndX' FromPart='12' ToSheet='78' ToCell='PinX' ToPart='3'/></Connects>"))
       << "what dangled before is not ours to mend";
 }
 
 TEST(Drawing, DeletingAGroupTakesWhatIsInsideAlong) {
-  Session session({.shapes = "<Shape ID='1' Type='Group' NameU='G'><Shapes><Shape ID='2' Type='Shape' NameU='In'/></Shapes></Shape>"
-                             "<Shape ID='3' Type='Shape'><Cell N='BeginX' V='5' F='PAR(PNT(Sheet.2!Connections.X1,Sheet.2!Connections.Y1))'/></Shape>",
-                   .connects = "<Connect FromSheet='3' FromCell='BeginX' FromPart='9' ToSheet='2' ToCell='Connections.X1' ToPart='100'/>"});
+  Session session(
+      {.shapes = "<Shape ID='1' Type='Group' NameU='G'><Shapes><Shape ID='2' Type='Shape' NameU='In'/></Shapes></Shape>"
+                 "<Shape ID='3' Type='Shape'><Cell N='BeginX' V='5' "
+                 "F='PAR(PNT(Sheet.2!Connections.X1,Sheet.2!Connections.Y1))'/></Shape>",
+       .connects = "<Connect FromSheet='3' FromCell='BeginX' FromPart='9' ToSheet='2' ToCell='Connections.X1' ToPart='100'/>"});
   session.host.Select({1});
   session.host.DeleteSelection();
   EXPECT_EQ(session.host.ActivePage().FindShape(2), nullptr);

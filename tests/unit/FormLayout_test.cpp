@@ -9,7 +9,14 @@ class LaidOutForm : public Form {
  public:
   LaidOutForm() : Form("frmLaidOut", "Laid out") {
     FormLayout layout(*this, 1500, 3000);
-    layout.Row(lblA, cboA).BeginFrame(frame).Row(lblB, txtB).InPlace(lblC, cboC).Row(lblD, txtD).EndFrame().Row(lblE, txtE).Buttons({&cmdOK, &cmdCancel, &cmdHelp});
+    layout.Row(lblA, cboA)
+        .BeginFrame(frame)
+        .Row(lblB, txtB)
+        .InPlace(lblC, cboC)
+        .Row(lblD, txtD)
+        .EndFrame()
+        .Row(lblE, txtE)
+        .Buttons({&cmdOK, &cmdCancel, &cmdHelp});
   }
   Label lblA{*this, "lblA"};
   ComboBox cboA{*this, "cboA"};
@@ -47,8 +54,8 @@ TEST(FormLayout, OnlyBoxesThatTakeEachOthersPlaceOverlap) {
   for (const Control* a : form.Controls())
     for (const Control* b : form.Controls()) {
       const bool framed = a->kind() == ControlKind::Frame || b->kind() == ControlKind::Frame;
-      const bool inPlace = (a == &form.lblB && b == &form.lblC) || (a == &form.txtB && b == &form.cboC) || (b == &form.lblB && a == &form.lblC) ||
-                           (b == &form.txtB && a == &form.cboC);
+      const bool inPlace = (a == &form.lblB && b == &form.lblC) || (a == &form.txtB && b == &form.cboC) ||
+                           (b == &form.lblB && a == &form.lblC) || (b == &form.txtB && a == &form.cboC);
       if (a == b || framed) continue;
       EXPECT_EQ(Overlap(*a, *b), inPlace) << a->name() << " and " << b->name();
     }
@@ -68,8 +75,8 @@ TEST(FormLayout, LabelsStandInOneColumnAndBoxesInTheNext) {
 
 TEST(FormLayout, AFrameHoldsItsRows) {
   const LaidOutForm form;
-  for (const Control* control : {static_cast<const Control*>(&form.lblB), static_cast<const Control*>(&form.txtB), static_cast<const Control*>(&form.cboC),
-                                 static_cast<const Control*>(&form.txtD)}) {
+  for (const Control* control : {static_cast<const Control*>(&form.lblB), static_cast<const Control*>(&form.txtB),
+                                 static_cast<const Control*>(&form.cboC), static_cast<const Control*>(&form.txtD)}) {
     EXPECT_EQ(control->parent(), &form.frame) << control->name();
     EXPECT_GT(control->Place().left, form.frame.Place().left);
     EXPECT_GT(control->Place().top, form.frame.Place().top);

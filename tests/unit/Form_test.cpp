@@ -21,7 +21,8 @@ class OrderForm : public Form {
     const struct {
       Control& control;
       std::string_view caption;
-    } captions[] = {{lblName, "&Name:"}, {lblKind, "&Kind:"}, {lblSize, "&Size"}, {chkUrgent, "&Urgent"}, {cmdOK, "OK"}, {cmdCancel, "Cancel"}, {cmdNote, "&Note && more"}};
+    } captions[] = {{lblName, "&Name:"}, {lblKind, "&Kind:"},   {lblSize, "&Size"},        {chkUrgent, "&Urgent"},
+                    {cmdOK, "OK"},       {cmdCancel, "Cancel"}, {cmdNote, "&Note && more"}};
     for (const auto& c : captions) c.control.SetCaption(c.caption);
     txtSize.SetParent(&frame);
     lblSize.SetParent(&frame);

@@ -10,8 +10,12 @@ namespace vardo {
 namespace {
 
 std::optional<CellValue> Value(std::string_view formula) {
-  const std::map<std::string, CellValue> cells = {{"!Width", 4.0},          {"!Prop.Name", "Create 1"}, {"Sheet.3!PinX", 7.0},
-                                                  {"ThePage!PageWidth", 11.0}, {"My 'own' shape!PinY", 2.0}, {"!Größe", 5.0}};
+  const std::map<std::string, CellValue> cells = {{"!Width", 4.0},
+                                                  {"!Prop.Name", "Create 1"},
+                                                  {"Sheet.3!PinX", 7.0},
+                                                  {"ThePage!PageWidth", 11.0},
+                                                  {"My 'own' shape!PinY", 2.0},
+                                                  {"!Größe", 5.0}};
   return Evaluate(formula, [&](std::string_view sheet, std::string_view cell) -> std::optional<CellValue> {
     const auto found = cells.find(std::string(sheet) + "!" + std::string(cell));
     return found == cells.end() ? std::nullopt : std::optional(found->second);
@@ -60,20 +64,42 @@ TEST(Formula, Evaluates) {
     const auto value = Value(c.formula);
     ASSERT_TRUE(value) << c.formula;
     ASSERT_EQ(value->index(), c.want.index()) << c.formula;
-    if (const auto* number = std::get_if<double>(&c.want)) EXPECT_NEAR(std::get<double>(*value), *number, 1e-12) << c.formula;
-    else EXPECT_EQ(*value, c.want) << c.formula;
+    if (const auto* number = std::get_if<double>(&c.want))
+      EXPECT_NEAR(std::get<double>(*value), *number, 1e-12) << c.formula;
+    else
+      EXPECT_EQ(*value, c.want) << c.formula;
   }
 }
 
 TEST(Formula, GivesNothingForWhatItCannotEvaluate) {
-  for (const std::string_view formula :
-       {"", "1+", "(1", "1)", "Nowhere", "Sheet.99!PinX", "1/0", "UNKNOWN(1)", "ABS()", "ABS(1,2)", "ABS(\"a\")", "\"a\"+1", "\"open", "1<\"a\"", "10^10000",
-        "THEMEVAL()", "_XFTRIGGER(EventXFMod)", "'open", "SQRT(-1)", "1 AND 2", "#REF!"})
+  for (const std::string_view formula : {"",
+                                         "1+",
+                                         "(1",
+                                         "1)",
+                                         "Nowhere",
+                                         "Sheet.99!PinX",
+                                         "1/0",
+                                         "UNKNOWN(1)",
+                                         "ABS()",
+                                         "ABS(1,2)",
+                                         "ABS(\"a\")",
+                                         "\"a\"+1",
+                                         "\"open",
+                                         "1<\"a\"",
+                                         "10^10000",
+                                         "THEMEVAL()",
+                                         "_XFTRIGGER(EventXFMod)",
+                                         "'open",
+                                         "SQRT(-1)",
+                                         "1 AND 2",
+                                         "#REF!"})
     EXPECT_FALSE(Value(formula)) << formula;
 }
 
 TEST(Formula, DepthIsBounded) {
-  const auto nested = [](int depth) { return std::string(static_cast<size_t>(depth), '(') + "1" + std::string(static_cast<size_t>(depth), ')'); };
+  const auto nested = [](int depth) {
+    return std::string(static_cast<size_t>(depth), '(') + "1" + std::string(static_cast<size_t>(depth), ')');
+  };
   EXPECT_EQ(Value(nested(kDeepestFormula)), CellValue(1.0));
   EXPECT_FALSE(Value(nested(1'000'000)));
   EXPECT_FALSE(Value(std::string(1'000'000, '-') + "1"));

@@ -83,7 +83,8 @@ void ExpectLosslessRoundTrip(const fs::path& file) {
   }
   host.Undo();
   host.Save(saved);
-  EXPECT_EQ(Differing(Meanings(original), Meanings(PartsOf(saved))), std::set<std::string>{}) << "undone after saving, all is as it was";
+  EXPECT_EQ(Differing(Meanings(original), Meanings(PartsOf(saved))), std::set<std::string>{})
+      << "undone after saving, all is as it was";
 
   host.SetCell(shape, "Prop.VardoTest", "\"a;b\"");
   host.Save(saved);
@@ -101,10 +102,13 @@ TEST(RoundTrip, DrawingsOfOurOwn) {
   } drawings[] = {
       {"plain", {.shapes = "<Shape ID='1' Type='Shape'><Cell N='PinX' V='5.940000000000001'/><Text>x\n</Text></Shape>"}},
       {"oddities",
-       {.shapes = "<Shape ID='7' Type='Group' NameU='com.example.Block 1'><Cell N='Width' V='Themed' F='THEMEVAL()' E='#N/A'/><Section N='Property'>"
-                  "<Row N='Row_1'><Cell N='Value' U='STR'>a\nb</Cell></Row></Section><Section N='Odd'><Row IX='3' Del='1'/></Section>"
-                  "<Section N='Geometry' IX='0'><Row T='NURBSTo' IX='2'><Cell N='E' V='1' U='NURBS'/></Row></Section>"
-                  "<Text><cp IX='0'/>a &amp; b\n</Text><Data1>d</Data1><Shapes><Shape Del='1' MasterShape='8' ID='4294967295'/></Shapes><unknown x='&apos;'/></Shape>",
+       {.shapes =
+            "<Shape ID='7' Type='Group' NameU='com.example.Block 1'><Cell N='Width' V='Themed' F='THEMEVAL()' E='#N/A'/><Section "
+            "N='Property'>"
+            "<Row N='Row_1'><Cell N='Value' U='STR'>a\nb</Cell></Row></Section><Section N='Odd'><Row IX='3' Del='1'/></Section>"
+            "<Section N='Geometry' IX='0'><Row T='NURBSTo' IX='2'><Cell N='E' V='1' U='NURBS'/></Row></Section>"
+            "<Text><cp IX='0'/>a &amp; b\n</Text><Data1>d</Data1><Shapes><Shape Del='1' MasterShape='8' "
+            "ID='4294967295'/></Shapes><unknown x='&apos;'/></Shape>",
         .connects = "<Connect FromSheet='70' ToSheet='71'/>",
         .masters = {{"Process.15", "<Shape ID='5' Type='Shape'/>"}, {"Empty", ""}}}},
       {"stencil", {.shapes = "", .masters = {{"Box", "<Shape ID='5' Type='Shape'/>"}}, .pageHasPart = false}},

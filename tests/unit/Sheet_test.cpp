@@ -19,8 +19,10 @@ using testing::HasSubstr;
 using testing::Not;
 
 constexpr const char* kStepMaster =
-    "<Shape ID='5' Type='Shape' LineStyle='0' FillStyle='0' TextStyle='0'><Cell N='Width' V='2' U='MM'/><Cell N='Height' V='1' F='Width*0.5'/>"
-    "<Section N='Property'><Row N='Name'><Cell N='Value' V='Step 1' U='STR'/><Cell N='Prompt' V=''/><Cell N='Label' V='Name'/></Row>"
+    "<Shape ID='5' Type='Shape' LineStyle='0' FillStyle='0' TextStyle='0'><Cell N='Width' V='2' U='MM'/><Cell N='Height' V='1' "
+    "F='Width*0.5'/>"
+    "<Section N='Property'><Row N='Name'><Cell N='Value' V='Step 1' U='STR'/><Cell N='Prompt' V=''/><Cell N='Label' "
+    "V='Name'/></Row>"
     "<Row N='Cost'><Cell N='Value' V='0' F='No Formula'/><Cell N='Label' V='Cost'/></Row></Section>"
     "<Section N='Connection'><Row T='Connection' IX='0'><Cell N='X' V='0'/><Cell N='Y' V='0.5'/></Row>"
     "<Row T='Connection' IX='1'><Cell N='X' V='2' F='Width*1'/><Cell N='Y' V='0.5'/></Row>"
@@ -28,9 +30,12 @@ constexpr const char* kStepMaster =
 
 // One instance of that master with the content given.
 std::unique_ptr<Drawing> OpenInstance(const std::string& content) {
-  return OpenText({.shapes = "<Shape ID='1' Type='Shape' Master='2'>" + content + "</Shape>", .masters = {{"Step", kStepMaster}}});
+  return OpenText(
+      {.shapes = "<Shape ID='1' Type='Shape' Master='2'>" + content + "</Shape>", .masters = {{"Step", kStepMaster}}});
 }
-std::unique_ptr<Drawing> OpenOwn(const std::string& content) { return OpenText({.shapes = "<Shape ID='1' Type='Shape'>" + content + "</Shape>"}); }
+std::unique_ptr<Drawing> OpenOwn(const std::string& content) {
+  return OpenText({.shapes = "<Shape ID='1' Type='Shape'>" + content + "</Shape>"});
+}
 
 DrawingShape& First(Drawing& drawing) { return drawing.PageAt(1).ShapeAt(1); }
 std::string Formula(const Sheet& sheet, std::string_view cell) {
@@ -45,7 +50,9 @@ std::vector<std::string> Keys(const Sheet& sheet, short section) {
 }
 
 TEST(Sheet, InheritsWhatItDoesNotSay) {
-  const auto drawing = OpenInstance("<Cell N='PinX' V='3'/><Cell N='Height' V='1.5' F='Inh'/><Section N='Property'><Row N='Name'><Cell N='Value' V='Mine' U='STR'/></Row></Section>");
+  const auto drawing = OpenInstance(
+      "<Cell N='PinX' V='3'/><Cell N='Height' V='1.5' F='Inh'/><Section N='Property'><Row N='Name'><Cell N='Value' V='Mine' "
+      "U='STR'/></Row></Section>");
   const Sheet& shape = First(*drawing);
   const struct {
     std::string_view cell, want, why;
@@ -69,9 +76,12 @@ TEST(Sheet, InheritsWhatItDoesNotSay) {
 }
 
 TEST(Sheet, TellsLocalCells) {
-  const auto drawing = OpenInstance("<Cell N='PinX' V='3'/><Section N='Property'><Row N='Name'><Cell N='Value' V='Mine' U='STR'/></Row><Row N='New'><Cell N='Value' V='1'/></Row></Section>");
+  const auto drawing = OpenInstance(
+      "<Cell N='PinX' V='3'/><Section N='Property'><Row N='Name'><Cell N='Value' V='Mine' U='STR'/></Row><Row N='New'><Cell "
+      "N='Value' V='1'/></Row></Section>");
   const Sheet& shape = First(*drawing);
-  for (const std::string_view local : {"PinX", "Prop.Name", "prop.name.value", "Prop.New", "Prop.New.Label"}) EXPECT_TRUE(shape.Find(local, true)) << local;
+  for (const std::string_view local : {"PinX", "Prop.Name", "prop.name.value", "Prop.New", "Prop.New.Label"})
+    EXPECT_TRUE(shape.Find(local, true)) << local;
   for (const std::string_view inherited : {"Width", "Prop.Name.Label", "Prop.Cost", "Connections.X1"}) {
     EXPECT_FALSE(shape.Find(inherited, true)) << inherited;
     EXPECT_TRUE(shape.Find(inherited)) << inherited;
@@ -79,10 +89,12 @@ TEST(Sheet, TellsLocalCells) {
 }
 
 TEST(Sheet, AnEditOfAnInheritedRowWritesOnlyTheValueCell) {
-  const auto drawing = OpenInstance("<Cell N='PinX' V='3'/><Section N='Geometry' IX='0'><Row T='LineTo' IX='2' Del='1'/></Section><Text>t\n</Text>");
+  const auto drawing = OpenInstance(
+      "<Cell N='PinX' V='3'/><Section N='Geometry' IX='0'><Row T='LineTo' IX='2' Del='1'/></Section><Text>t\n</Text>");
   SetCell(*drawing, First(*drawing), "prop.NAME", "\"Mine\"");
   EXPECT_EQ(Written(First(*drawing)),
-            "<Shape ID='1' Type='Shape' Master='2'><Cell N='PinX' V='3'/><Section N='Property'><Row N='Name'><Cell N='Value' V='Mine' U='STR'/></Row></Section>"
+            "<Shape ID='1' Type='Shape' Master='2'><Cell N='PinX' V='3'/><Section N='Property'><Row N='Name'><Cell N='Value' "
+            "V='Mine' U='STR'/></Row></Section>"
             "<Section N='Geometry' IX='0'><Row T='LineTo' IX='2' Del='1'/></Section><Text>t\n</Text></Shape>")
       << "the row bears the master's spelling, and Geometry stays last of the sections";
 }
@@ -90,17 +102,21 @@ TEST(Sheet, AnEditOfAnInheritedRowWritesOnlyTheValueCell) {
 TEST(Sheet, AFormulaThatIsNotUnderstoodKeepsTheInheritedValue) {
   const auto drawing = OpenInstance("");
   SetCell(*drawing, First(*drawing), "Width", "THEMEVAL()");
-  EXPECT_EQ(Written(First(*drawing)), "<Shape ID='1' Type='Shape' Master='2'><Cell N='Width' V='2' U='MM' F='THEMEVAL()'/></Shape>");
+  EXPECT_EQ(Written(First(*drawing)),
+            "<Shape ID='1' Type='Shape' Master='2'><Cell N='Width' V='2' U='MM' F='THEMEVAL()'/></Shape>");
 }
 
 TEST(Sheet, ANewRowHasAllItsCells) {
   const auto drawing = OpenInstance("");
   DrawingShape& shape = First(*drawing);
   EXPECT_EQ(shape.AddNamedRow(drawing->editor(), Section(kSectionProp), "Extra"), 2) << "behind the inherited ones";
-  EXPECT_EQ(Written(shape),
-            "<Shape ID='1' Type='Shape' Master='2'><Section N='Property'><Row N='Extra'><Cell N='Value' V='0' F='No Formula'/><Cell N='Prompt' V=''/>"
-            "<Cell N='Label' V=''/><Cell N='Format' V=''/><Cell N='SortKey' V=''/><Cell N='Type' V='0'/><Cell N='Invisible' V='0'/><Cell N='Verify' V='0'/>"
-            "<Cell N='DataLinked' V='0' F='No Formula'/><Cell N='LangID' V='0'/><Cell N='Calendar' V='0'/></Row></Section></Shape>");
+  EXPECT_EQ(
+      Written(shape),
+      "<Shape ID='1' Type='Shape' Master='2'><Section N='Property'><Row N='Extra'><Cell N='Value' V='0' F='No Formula'/><Cell "
+      "N='Prompt' V=''/>"
+      "<Cell N='Label' V=''/><Cell N='Format' V=''/><Cell N='SortKey' V=''/><Cell N='Type' V='0'/><Cell N='Invisible' "
+      "V='0'/><Cell N='Verify' V='0'/>"
+      "<Cell N='DataLinked' V='0' F='No Formula'/><Cell N='LangID' V='0'/><Cell N='Calendar' V='0'/></Row></Section></Shape>");
   EXPECT_THAT(Keys(shape, kSectionProp), ElementsAre("Name", "Cost", "Extra"));
 }
 
@@ -137,17 +153,21 @@ TEST(Sheet, ConnectionRows) {
   EXPECT_EQ(shape.AddRow(drawing->editor(), Section(kSectionConnectionPts), 3), 3) << "the shape's own can";
   EXPECT_THAT(Keys(shape, kSectionConnectionPts), ElementsAre("0", "1", "2", "3", "4"));
   shape.DeleteRow(drawing->editor(), Section(kSectionConnectionPts), 0);
-  EXPECT_THAT(Keys(shape, kSectionConnectionPts), ElementsAre("1", "2", "3", "4")) << "never renumbered for a deleted inherited row";
+  EXPECT_THAT(Keys(shape, kSectionConnectionPts), ElementsAre("1", "2", "3", "4"))
+      << "never renumbered for a deleted inherited row";
   shape.DeleteRow(drawing->editor(), Section(kSectionConnectionPts), 2);
   EXPECT_THAT(Keys(shape, kSectionConnectionPts), ElementsAre("1", "2", "3")) << "own rows have no gaps";
   shape.DeleteRow(drawing->editor(), Section(kSectionConnectionPts), 99);
   EXPECT_THAT(Keys(shape, kSectionConnectionPts), ElementsAre("1", "2", "3")) << "a row that is not there is left alone";
-  EXPECT_THAT(Written(shape), HasSubstr("<Row IX='0' Del='1'/><Row IX='3' T='Connection'><Cell N='X' V='0'/><Cell N='Y' V='0'/>"));
+  EXPECT_THAT(Written(shape),
+              HasSubstr("<Row IX='0' Del='1'/><Row IX='3' T='Connection'><Cell N='X' V='0'/><Cell N='Y' V='0'/>"));
 }
 
 TEST(Sheet, DeletingAShapesOwnRowRenumbersTheRest) {
-  const auto drawing = OpenOwn("<Section N='Connection'><Row T='Connection' IX='0'><Cell N='X' V='10'/></Row><Row T='Connection' IX='1'><Cell N='X' V='11'/></Row>"
-                               "<Row T='Connection' IX='2'><Cell N='X' V='12'/></Row></Section>");
+  const auto drawing = OpenOwn(
+      "<Section N='Connection'><Row T='Connection' IX='0'><Cell N='X' V='10'/></Row><Row T='Connection' IX='1'><Cell N='X' "
+      "V='11'/></Row>"
+      "<Row T='Connection' IX='2'><Cell N='X' V='12'/></Row></Section>");
   DrawingShape& shape = First(*drawing);
   shape.DeleteRow(drawing->editor(), Section(kSectionConnectionPts), 0);
   EXPECT_EQ(Written(shape),
@@ -184,15 +204,18 @@ TEST(Sheet, CellsAreFoundByTheHostsNumbers) {
 }
 
 TEST(Sheet, APageSheetIsInTheListOfPages) {
-  const auto drawing = OpenText({.shapes = "",
-                                 .pageSheet = "<PageSheet><Cell N='PageWidth' V='11' U='IN'><RefBy T='Page' ID='0'/></Cell><Trigger N='RecalcColor'/>"
-                                              "<Cell N='PageHeight' V='8'/></PageSheet>"});
+  const auto drawing = OpenText(
+      {.shapes = "",
+       .pageSheet = "<PageSheet><Cell N='PageWidth' V='11' U='IN'><RefBy T='Page' ID='0'/></Cell><Trigger N='RecalcColor'/>"
+                    "<Cell N='PageHeight' V='8'/></PageSheet>"});
   Sheet& sheet = drawing->PageAt(1).PageSheet();
   SetCell(*drawing, sheet, "PageWidth", "12 in");
   sheet.AddNamedRow(drawing->editor(), Section(kSectionUser), "ModuleCount");
   EXPECT_EQ(Written(sheet),
-            "<PageSheet><Cell N='PageWidth' V='12' U='IN'><RefBy T='Page' ID='0'/></Cell><Trigger N='RecalcColor'/><Cell N='PageHeight' V='8'/>"
-            "<Section N='User'><Row N='ModuleCount'><Cell N='Value' V='0' F='No Formula'/><Cell N='Prompt' V=''/></Row></Section></PageSheet>");
+            "<PageSheet><Cell N='PageWidth' V='12' U='IN'><RefBy T='Page' ID='0'/></Cell><Trigger N='RecalcColor'/><Cell "
+            "N='PageHeight' V='8'/>"
+            "<Section N='User'><Row N='ModuleCount'><Cell N='Value' V='0' F='No Formula'/><Cell N='Prompt' "
+            "V=''/></Row></Section></PageSheet>");
   EXPECT_THAT(drawing->package().Bytes("visio/pages/pages.xml"), HasSubstr("ModuleCount"));
 }
 

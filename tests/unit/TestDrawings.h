@@ -68,20 +68,25 @@ class PackageText {
     const bool masters = !text.masters.empty();
     Add("visio/document.xml", "drawing.main", VisioPart("VisioDocument", "<DocumentSheet NameU='TheDoc'/>"));
     Relate("", {{"document", "visio/document.xml"}});
-    if (masters) Relate("visio/document.xml", {{"pages", "pages/pages.xml"}, {"masters", "masters/masters.xml"}});
-    else Relate("visio/document.xml", {{"pages", "pages/pages.xml"}});
+    if (masters)
+      Relate("visio/document.xml", {{"pages", "pages/pages.xml"}, {"masters", "masters/masters.xml"}});
+    else
+      Relate("visio/document.xml", {{"pages", "pages/pages.xml"}});
     Add("visio/pages/pages.xml", "pages",
-        VisioPart("Pages", "<Page ID='0' NameU='Page-1' Name='Page-1'>" + text.pageSheet + (text.pageHasPart ? "<Rel r:id='rId1'/>" : "") + "</Page>"));
+        VisioPart("Pages", "<Page ID='0' NameU='Page-1' Name='Page-1'>" + text.pageSheet +
+                               (text.pageHasPart ? "<Rel r:id='rId1'/>" : "") + "</Page>"));
     if (text.pageHasPart) {
       Relate("visio/pages/pages.xml", {{"page", "page1.xml"}});
-      Add(std::string(kPagePart), "page", VisioPart("PageContents", InElement("Shapes", text.shapes) + InElement("Connects", text.connects)));
+      Add(std::string(kPagePart), "page",
+          VisioPart("PageContents", InElement("Shapes", text.shapes) + InElement("Connects", text.connects)));
     }
     if (masters) AddMasters(text.masters);
-    items_.insert(items_.begin(), {"[Content_Types].xml", std::string(kRelsDeclaration) +
-                                                              "<Types xmlns=\"http://schemas.openxmlformats.org/package/2006/content-types\">"
-                                                              "<Default Extension=\"rels\" "
-                                                              "ContentType=\"application/vnd.openxmlformats-package.relationships+xml\"/>" +
-                                                              types_ + "</Types>"});
+    items_.insert(items_.begin(),
+                  {"[Content_Types].xml", std::string(kRelsDeclaration) +
+                                              "<Types xmlns=\"http://schemas.openxmlformats.org/package/2006/content-types\">"
+                                              "<Default Extension=\"rels\" "
+                                              "ContentType=\"application/vnd.openxmlformats-package.relationships+xml\"/>" +
+                                              types_ + "</Types>"});
   }
   const std::vector<ZipItem>& items() const { return items_; }
 
@@ -99,11 +104,13 @@ class PackageText {
     std::string relationships;
     int number = 0;
     for (const Target& target : targets)
-      relationships += "<Relationship Id=\"rId" + std::to_string(++number) + "\" Type=\"http://schemas.microsoft.com/visio/2010/relationships/" +
-                       target.type + "\" Target=\"" + target.name + "\"/>";
+      relationships += "<Relationship Id=\"rId" + std::to_string(++number) +
+                       "\" Type=\"http://schemas.microsoft.com/visio/2010/relationships/" + target.type + "\" Target=\"" +
+                       target.name + "\"/>";
     const size_t slash = part.rfind('/') + 1;
     items_.push_back({part.substr(0, slash) + "_rels/" + part.substr(slash) + ".rels",
-                      std::string(kRelsDeclaration) + "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\">" +
+                      std::string(kRelsDeclaration) +
+                          "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\">" +
                           relationships + "</Relationships>"});
   }
   void AddMasters(const std::vector<DrawingText::Master>& masters) {
@@ -111,7 +118,8 @@ class PackageText {
     std::vector<Target> targets;
     for (size_t i = 0; i < masters.size(); ++i) {
       const std::string number = std::to_string(i + 1);
-      list += "<Master ID='" + std::to_string(i + 2) + "' NameU='" + masters[i].name + "'><PageSheet/><Rel r:id='rId" + number + "'/></Master>";
+      list += "<Master ID='" + std::to_string(i + 2) + "' NameU='" + masters[i].name + "'><PageSheet/><Rel r:id='rId" + number +
+              "'/></Master>";
       targets.push_back({"master", "master" + number + ".xml"});
       Add("visio/masters/master" + number + ".xml", "master", VisioPart("MasterContents", InElement("Shapes", masters[i].shape)));
     }
