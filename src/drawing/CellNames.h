@@ -1,4 +1,5 @@
-// Where a cell stands in a sheet: its section, row and column, by the host's numbers and by the names that formulas and files use.
+// Where a cell stands in a sheet: its section, row and column, by the host's numbers and by the names that formulas and files
+// use.
 //   Numbers as in VisSectionIndices, VisRowIndices and VisCellIndices of the host's published reference.
 #pragma once
 

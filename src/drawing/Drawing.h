@@ -153,7 +153,8 @@ class Drawing {
   DrawingMaster& MasterAt(int index) { return *masters_[static_cast<size_t>(index - 1)]; }  // 1-based
   DrawingMaster* FindMaster(int id) const;
   DrawingMaster* FindMaster(std::string_view name) const;
-  // A master of the drawing, brought in from the built-in stencil when the drawing has none of that name; null when that has none either.
+  // A master of the drawing, brought in from the built-in stencil when the drawing has none of that name; null when that has none
+  // either.
   DrawingMaster* BringMaster(std::string_view name);
   void RemoveMaster(DrawingMaster& master);
 

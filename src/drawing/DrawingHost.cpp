@@ -69,7 +69,8 @@ DrawingPage& DrawingHost::ActivePage() {
 
 IVPagePtr DrawingHost::AddPage(const std::optional<std::string>& name) {
   const UndoStep step(drawing().journal(), "Insert Page");
-  if (name && (name->empty() || drawing_->FindPage(*name))) throw HostError(kHostNotAllowed, "A page needs a name that no other page has.");
+  if (name && (name->empty() || drawing_->FindPage(*name)))
+    throw HostError(kHostNotAllowed, "A page needs a name that no other page has.");
   DrawingPage& page = drawing_->AddPage(ActivePage());
   const int id = page.id();
   if (name) page.SetName(*name);
@@ -116,7 +117,8 @@ std::vector<std::string> DrawingHost::MasterNames() {
   return names;
 }
 
-IVShapePtr DrawingHost::Drop(std::string_view masterName, int pageId, double x, double y, const std::optional<std::string>& text) {
+IVShapePtr DrawingHost::Drop(std::string_view masterName, int pageId, double x, double y,
+                             const std::optional<std::string>& text) {
   const UndoStep step(drawing().journal(), "Drop On Page");
   ShowPage(pageId);
   const DrawingMaster* master = drawing_->BringMaster(masterName);
@@ -137,7 +139,8 @@ std::vector<IVShapePtr> DrawingHost::Paste(const std::vector<SheetRef>& original
   std::unordered_map<int, int> newIds;
   for (const SheetRef& original : originals) newIds[ResolveShape(original).id()] = page.TakeNewId();
   std::vector<int> copies;
-  for (const SheetRef& original : originals) copies.push_back(page.AddCopy(ResolveShape(original), newIds, newIds.at(original.shape)).id());
+  for (const SheetRef& original : originals)
+    copies.push_back(page.AddCopy(ResolveShape(original), newIds, newIds.at(original.shape)).id());
   if (!originals.empty()) page.CopyGlue(ResolvePage(serial_, originals.front().page), newIds);
 
   std::vector<IVShapePtr> objects;
@@ -189,7 +192,8 @@ void DrawingHost::SetCell(const SheetRef& ref, std::string_view cell, std::strin
   Sheet& sheet = *Resolve(ref).sheet;
   if (!sheet.Find(cell)) {
     const auto name = ParseCellName(cell);
-    const bool canMake = name && name->section && (name->section->section == kSectionProp || name->section->section == kSectionUser);
+    const bool canMake =
+        name && name->section && (name->section->section == kSectionProp || name->section->section == kSectionUser);
     if (!canMake) throw HostError(kHostNoSuchCell, "The cell " + std::string(cell) + " does not exist.");
     sheet.AddNamedRow(drawing_->editor(), *name->section, name->row);
   }
@@ -262,8 +266,8 @@ void DrawingHost::WriteFormula(const SheetRef& ref, const CellAddress& address, 
 
 void DrawingHost::WriteText(const SheetRef& ref, std::string_view text) {
   DrawingShape& shape = ResolveShape(ref);
-  const std::string moreInfo =
-      "/doc=1 /page=" + std::to_string(drawing_->IndexOf(ResolvePage(ref.drawing, ref.page))) + " /shape=Sheet." + std::to_string(shape.id());
+  const std::string moreInfo = "/doc=1 /page=" + std::to_string(drawing_->IndexOf(ResolvePage(ref.drawing, ref.page))) +
+                               " /shape=Sheet." + std::to_string(shape.id());
   if (shape.Text() != text) shape.SetText(drawing_->editor(), text);
   if (writes_) writes_->push_back({SheetName(ref), "", std::string(text)});
   Raise(kEventTextChanged, MakeShape(*this, ref), moreInfo);

@@ -1,6 +1,7 @@
 // The in-memory drawing host: what a person does in the drawing program, and the object model through which the add-in sees it.
 //   One drawing is open at a time. Everything runs on the caller's thread; events are delivered inside the call that raises them.
-//   Each command of a person, with all that its listeners did, is one undo step. While a step is undone or redone no event is raised.
+//   Each command of a person, with all that its listeners did, is one undo step. While a step is undone or redone no event is
+//   raised.
 #pragma once
 
 #include "addin/host/HostFwd.h"

@@ -35,8 +35,10 @@ bool Renumbered(std::string& formula, const std::unordered_map<int, int>& newIds
   for (std::sregex_iterator match(formula.begin(), formula.end(), reference), end; match != end; ++match) {
     result.append(from, (*match)[0].first);
     const auto renumbered = newIds.find(std::atoi(match->str(1).c_str()));
-    if (renumbered == newIds.end()) allCopied = false;
-    else result += "Sheet." + std::to_string(renumbered->second) + "!";
+    if (renumbered == newIds.end())
+      allCopied = false;
+    else
+      result += "Sheet." + std::to_string(renumbered->second) + "!";
     from = (*match)[0].second;
   }
   result.append(from, formula.cend());
@@ -44,12 +46,15 @@ bool Renumbered(std::string& formula, const std::unordered_map<int, int>& newIds
   return allCopied;
 }
 
-// The same for all formulas of an element that is in no part. One that also refers to a shape without a new number keeps only its value.
+// The same for all formulas of an element that is in no part. One that also refers to a shape without a new number keeps only its
+// value.
 void RenumberFormulas(pugi::xml_node element, const std::unordered_map<int, int>& newIds) {
   for (const pugi::xpath_node& found : element.select_nodes(".//Cell[contains(@F, 'Sheet.')]")) {
     std::string formula = found.node().attribute("F").value();
-    if (Renumbered(formula, newIds)) found.node().attribute("F").set_value(formula.c_str());
-    else found.node().remove_attribute("F");
+    if (Renumbered(formula, newIds))
+      found.node().attribute("F").set_value(formula.c_str());
+    else
+      found.node().remove_attribute("F");
   }
 }
 
@@ -65,7 +70,8 @@ std::string DrawingPage::Name() const { return Attribute(entry_, "Name", "NameU"
 
 void DrawingPage::SetName(std::string_view name) {
   for (const char* attribute : {"NameU", "Name"}) drawing_.editor().SetAttribute(sheet_->part(), entry_, attribute, name);
-  for (const char* attribute : {"IsCustomNameU", "IsCustomName"}) drawing_.editor().SetAttribute(sheet_->part(), entry_, attribute, "1");
+  for (const char* attribute : {"IsCustomNameU", "IsCustomName"})
+    drawing_.editor().SetAttribute(sheet_->part(), entry_, attribute, "1");
 }
 
 int DrawingPage::ShapeCount() {
@@ -106,7 +112,9 @@ DrawingShape& DrawingPage::AddInstance(const DrawingMaster& master, double x, do
   const int id = TakeNewId();
   const std::string name = FreeName(master.Name(), id);
   const pugi::xml_node element = editor.InsertElement(*contents_, ShapesElement(), "Shape");
-  const auto set = [&](const char* attribute, std::string_view value) { editor.SetAttribute(*contents_, element, attribute, value); };
+  const auto set = [&](const char* attribute, std::string_view value) {
+    editor.SetAttribute(*contents_, element, attribute, value);
+  };
   set("ID", std::to_string(id));
   set("NameU", name);
   set("Name", name);
@@ -151,7 +159,8 @@ DrawingShape& DrawingPage::AddCopy(const DrawingShape& original, const std::unor
     editor.SetAttribute(*contents_, element, "NameU", name);
     editor.SetAttribute(*contents_, element, "Name", name);
   } else {
-    for (const char* attribute : {"NameU", "Name", "IsCustomNameU", "IsCustomName"}) editor.RemoveAttribute(*contents_, element, attribute);
+    for (const char* attribute : {"NameU", "Name", "IsCustomNameU", "IsCustomName"})
+      editor.RemoveAttribute(*contents_, element, attribute);
   }
   const pugi::xpath_node_set inner = element.select_nodes(".//Shape[not(@Del)]");
   std::unordered_map<int, int> ids;
@@ -182,7 +191,8 @@ void DrawingPage::CopyGlue(const DrawingPage& from, const std::unordered_map<int
   if (!connects) connects = editor.InsertElement(*contents_, contents_->root(), "Connects", ShapesElement().next_sibling());
   for (const pugi::xml_node connect : glue) {
     const pugi::xml_node copy = editor.InsertCopy(*contents_, connects, connect);
-    for (const char* end : {"FromSheet", "ToSheet"}) editor.SetAttribute(*contents_, copy, end, std::to_string(newIds.at(NumberOr(connect, end))));
+    for (const char* end : {"FromSheet", "ToSheet"})
+      editor.SetAttribute(*contents_, copy, end, std::to_string(newIds.at(NumberOr(connect, end))));
   }
 }
 
@@ -190,7 +200,8 @@ int DrawingPage::TakeNewId() {
   EnsureShapes();
   int& highest = drawing_.highestIds_[id()];
   highest = std::max(highest, highestId_);
-  if (highest == std::numeric_limits<int>::max()) throw HostError(kHostNotAllowed, "The page " + Name() + " has no number left for a new shape.");
+  if (highest == std::numeric_limits<int>::max())
+    throw HostError(kHostNotAllowed, "The page " + Name() + " has no number left for a new shape.");
   return ++highest;
 }
 
@@ -199,7 +210,8 @@ void DrawingPage::Remove(int shapeId) {
   if (!shape) return;
   // Shapes inside a deleted group go with it.
   std::vector<int> going{shapeId};
-  for (const pugi::xpath_node& inner : shape->element().select_nodes(".//Shape[not(@Del)]")) going.push_back(inner.node().attribute("ID").as_int());
+  for (const pugi::xpath_node& inner : shape->element().select_nodes(".//Shape[not(@Del)]"))
+    going.push_back(inner.node().attribute("ID").as_int());
   LoosenGlueTo(going);
   drawing_.editor().Remove(*contents_, shape->element());
   EnsureNames();
@@ -273,7 +285,8 @@ void DrawingPage::EnsureIndexes() {
   for (const DrawingShape* shape : topLevel_) shapes_.at(shape->id()).index = ++index;
 }
 
-// A file need not say the name of a shape: the first instance of a master has the master's, further ones its name, "." and the ID.
+// A file need not say the name of a shape: the first instance of a master has the master's, further ones its name, "." and the
+// ID.
 void DrawingPage::EnsureNames() {
   EnsureShapes();
   if (namesKnown_) return;
@@ -283,8 +296,10 @@ void DrawingPage::EnsureNames() {
   std::sort(shapes.begin(), shapes.end(), [](const DrawingShape* a, const DrawingShape* b) { return a->id() < b->id(); });
   for (const DrawingShape* shape : shapes) {
     const std::string name = Attribute(shape->element(), "Name", "NameU");
-    if (name.empty() || !idsByName_.emplace(name, shape->id()).second) nameless.push_back(shape);
-    else names_[shape->id()] = name;
+    if (name.empty() || !idsByName_.emplace(name, shape->id()).second)
+      nameless.push_back(shape);
+    else
+      names_[shape->id()] = name;
   }
   for (const DrawingShape* shape : nameless) {
     const DrawingMaster* master = shape->MasterId() < 0 ? nullptr : drawing_.FindMaster(shape->MasterId());
@@ -323,7 +338,8 @@ const Sheet* DrawingPage::BaseOf(pugi::xml_node element, const DrawingShape* par
 pugi::xml_node DrawingPage::ShapesElement() {
   if (!contents_) throw HostError(kHostNotAllowed, "The page " + Name() + " is a stencil's and takes no shapes.");
   const pugi::xml_node shapes = contents_->root().child("Shapes");
-  return shapes ? shapes : drawing_.editor().InsertElement(*contents_, contents_->root(), "Shapes", contents_->root().first_child());
+  return shapes ? shapes
+                : drawing_.editor().InsertElement(*contents_, contents_->root(), "Shapes", contents_->root().first_child());
 }
 
 DrawingShape& DrawingPage::Adopt(pugi::xml_node element, const std::string& name) {
@@ -374,7 +390,8 @@ void DrawingPage::LoosenEnd(int connectorId, std::string_view fromCell, int shap
     for (const char* name : end.cells) {
       const pugi::xml_node cell = connector->element().find_child_by_attribute("Cell", "N", name);
       const std::string_view formula = cell.attribute("F").value();
-      if (formula.find(reference) != std::string_view::npos || formula.starts_with("_WALKGLUE(")) drawing_.editor().RemoveAttribute(*contents_, cell, "F");
+      if (formula.find(reference) != std::string_view::npos || formula.starts_with("_WALKGLUE("))
+        drawing_.editor().RemoveAttribute(*contents_, cell, "F");
     }
   }
 }
@@ -386,7 +403,9 @@ void DrawingPage::EnsureMasterRelationship(const DrawingMaster& master) {
     if (relationship.target == master.partName()) return;
   const std::string id = package.AddRelationship(partName_, kMasterRelationship, master.partName());
   drawing_.journal().Record([&package, part = partName_, id] { package.RemoveRelationship(part, id); },
-                            [&package, part = partName_, target = master.partName(), id] { package.AddRelationship(part, kMasterRelationship, target, id); });
+                            [&package, part = partName_, target = master.partName(), id] {
+                              package.AddRelationship(part, kMasterRelationship, target, id);
+                            });
 }
 
 }  // namespace vardo

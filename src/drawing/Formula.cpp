@@ -52,7 +52,9 @@ const Function kFunctions[] = {
     {"NOT", 1, 1, [](const Arguments& a) -> CellValue { return Number(a[0]) == 0 ? 1.0 : 0.0; }},
 };
 
-bool IsNameStart(char c) { return std::isalpha(static_cast<unsigned char>(c)) || c == '_' || static_cast<unsigned char>(c) >= 0x80; }
+bool IsNameStart(char c) {
+  return std::isalpha(static_cast<unsigned char>(c)) || c == '_' || static_cast<unsigned char>(c) >= 0x80;
+}
 bool IsNamePart(char c) { return IsNameStart(c) || (c >= '0' && c <= '9') || c == '.'; }
 
 class Evaluator {
@@ -162,7 +164,8 @@ class Evaluator {
     }
     const size_t end = at_;
     SkipBlanks();
-    if (at_ < text_.size() && text_[at_] == '%') ++at_;
+    if (at_ < text_.size() && text_[at_] == '%')
+      ++at_;
     else
       while (at_ < text_.size() && std::isalpha(static_cast<unsigned char>(text_[at_]))) ++at_;
     if (const auto withUnit = ParseConstant(text_.substr(start, at_ - start))) return *ParseNumber(withUnit->value);
@@ -172,7 +175,8 @@ class Evaluator {
 
   bool ExponentFollows() const {
     const char next = text_[at_ + 1];
-    return (next >= '0' && next <= '9') || ((next == '-' || next == '+') && at_ + 2 < text_.size() && std::isdigit(static_cast<unsigned char>(text_[at_ + 2])));
+    return (next >= '0' && next <= '9') ||
+           ((next == '-' || next == '+') && at_ + 2 < text_.size() && std::isdigit(static_cast<unsigned char>(text_[at_ + 2])));
   }
 
   static CellValue FromConstant(std::string_view text) {

@@ -1,4 +1,5 @@
-// Evaluates a cell's formula: constants, references, arithmetic, comparisons and the functions that our shapes and common drawings use.
+// Evaluates a cell's formula: constants, references, arithmetic, comparisons and the functions that our shapes and common
+// drawings use.
 #pragma once
 
 #include "drawing/CellText.h"

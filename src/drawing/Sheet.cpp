@@ -9,9 +9,13 @@ namespace {
 
 bool IsDeleted(pugi::xml_node element) { return std::string_view(element.attribute("Del").value()) == "1"; }
 
-const char* RowKeyAttribute(const SectionInfo& section, pugi::xml_node row) { return section.rowsHaveNames || row.attribute("N") ? "N" : "IX"; }
+const char* RowKeyAttribute(const SectionInfo& section, pugi::xml_node row) {
+  return section.rowsHaveNames || row.attribute("N") ? "N" : "IX";
+}
 
-std::string_view RowKey(const SectionInfo& section, pugi::xml_node row) { return row.attribute(RowKeyAttribute(section, row)).value(); }
+std::string_view RowKey(const SectionInfo& section, pugi::xml_node row) {
+  return row.attribute(RowKeyAttribute(section, row)).value();
+}
 
 bool SameKey(const SectionInfo& section, std::string_view a, std::string_view b) {
   return section.rowsHaveNames ? EqualAsciiIgnoringCase(a, b) : a == b;
@@ -122,7 +126,8 @@ void Sheet::SetFormula(TreeEditor& editor, const CellAddress& address, std::stri
   const pugi::xml_node cell = EnsureCell(editor, address);
   std::optional<CellValue> value = Evaluate(formula, lookup);
   // A text whose inner quotes are not doubled is no formula the host could evaluate, yet its text is plain to see.
-  if (!value && formula.size() >= 2 && formula.front() == '"' && formula.back() == '"') value = std::string(formula.substr(1, formula.size() - 2));
+  if (!value && formula.size() >= 2 && formula.front() == '"' && formula.back() == '"')
+    value = std::string(formula.substr(1, formula.size() - 2));
   WriteFormula(editor, *part_, cell, formula, value, IsTextCell(address));
 }
 
@@ -146,7 +151,8 @@ std::vector<Sheet::Row> Sheet::Rows(const SectionInfo& section) const {
       rows.push_back({std::string(key), local, {}});
     }
   }
-  if (!section.rowsHaveNames) std::stable_sort(rows.begin(), rows.end(), [](const Row& a, const Row& b) { return IndexOf(a) < IndexOf(b); });
+  if (!section.rowsHaveNames)
+    std::stable_sort(rows.begin(), rows.end(), [](const Row& a, const Row& b) { return IndexOf(a) < IndexOf(b); });
   return rows;
 }
 
@@ -154,9 +160,7 @@ bool Sheet::HasSection(const SectionInfo& section) const {
   return SectionElement(section) || (base_ && base_->HasSection(section));
 }
 
-bool Sheet::IsOneDimensional() const {
-  return CellIn(element_, "BeginX") || (base_ && base_->IsOneDimensional());
-}
+bool Sheet::IsOneDimensional() const { return CellIn(element_, "BeginX") || (base_ && base_->IsOneDimensional()); }
 
 void Sheet::AddSection(TreeEditor& editor, const SectionInfo& section) {
   if (HasSection(section)) throw HostError(kHostNotAllowed, "The section " + std::string(section.element) + " exists already.");
@@ -173,8 +177,9 @@ short Sheet::AddRow(TreeEditor& editor, const SectionInfo& section, short positi
     }
   }
   // Rows that others inherit cannot move, so a row before one of them goes to the end.
-  const bool canMove = position >= 0 && position < count &&
-                       std::all_of(rows.begin() + position, rows.end(), [](const Row& row) { return row.local && !row.inherited; });
+  const bool canMove = position >= 0 && position < count && std::all_of(rows.begin() + position, rows.end(), [](const Row& row) {
+                         return row.local && !row.inherited;
+                       });
   const int ix = canMove ? IndexOf(rows[static_cast<size_t>(position)]) : (rows.empty() ? 0 : IndexOf(rows.back()) + 1);
   if (canMove)
     for (auto row = rows.rbegin(); row != rows.rend() - position; ++row)
@@ -208,7 +213,8 @@ void Sheet::DeleteRow(TreeEditor& editor, const SectionInfo& section, short posi
   if (section.rowsHaveNames) return;
   // Local rows are numbered without gaps.
   for (size_t behind = static_cast<size_t>(position) + 1; behind < rows.size(); ++behind)
-    if (rows[behind].local && !rows[behind].inherited) editor.SetAttribute(*part_, rows[behind].local, "IX", std::to_string(IndexOf(rows[behind]) - 1));
+    if (rows[behind].local && !rows[behind].inherited)
+      editor.SetAttribute(*part_, rows[behind].local, "IX", std::to_string(IndexOf(rows[behind]) - 1));
 }
 
 std::vector<std::pair<std::string, std::string>> Sheet::RowCells(const SectionInfo& section, const Row& row) const {

@@ -63,8 +63,8 @@ std::string TakeFirst(std::vector<std::string>& queue) {
 
 }  // namespace
 
-void CEventSink::VisEventProc(std::int16_t eventCode, const IVApplicationPtr&, std::int32_t, std::int32_t, const EventSubject& subject,
-                              std::string_view moreInfo) {
+void CEventSink::VisEventProc(std::int16_t eventCode, const IVApplicationPtr&, std::int32_t, std::int32_t,
+                              const EventSubject& subject, std::string_view moreInfo) {
   // The host must never see a failure of its listener.
   try {
     DrainQueues();
@@ -72,14 +72,19 @@ void CEventSink::VisEventProc(std::int16_t eventCode, const IVApplicationPtr&, s
   }
   try {
     switch (static_cast<std::uint16_t>(eventCode)) {
-      case kEventBeforeSelectionDelete: return BeforeSelectionDelete(std::get<IVSelectionPtr>(subject));
-      case kEventPageAdded: return PageAdded(std::get<IVPagePtr>(subject));
-      case kEventShapeAdded: return ShapeAdded(std::get<IVShapePtr>(subject));
-      case kEventPageDeleted: return PageDeleted(std::get<IVPagePtr>(subject));
+      case kEventBeforeSelectionDelete:
+        return BeforeSelectionDelete(std::get<IVSelectionPtr>(subject));
+      case kEventPageAdded:
+        return PageAdded(std::get<IVPagePtr>(subject));
+      case kEventShapeAdded:
+        return ShapeAdded(std::get<IVShapePtr>(subject));
+      case kEventPageDeleted:
+        return PageDeleted(std::get<IVPagePtr>(subject));
       case kEventTextChanged:
         if (visApp->ActiveWindow()->Selection()->Count() == 0) ShapeTextEdited(moreInfo);
         return;
-      default: return;
+      default:
+        return;
     }
   } catch (const std::exception&) {
   }
@@ -124,7 +129,8 @@ void CEventSink::PageAdded(const IVPagePtr& page) try {
   const IVShapePtr sheet = page->PageSheet();
   for (const BookkeepingRow& row : kBookkeepingRows) sheet->AddNamedRow(kSectionProp, row.name, kTagDefault);
   for (const BookkeepingRow& row : kBookkeepingRows)
-    sheet->Cells(CellName(row.name))->SetFormula(row.name == kParentPageRow ? Quoted(PendingParentPage) : std::string(row.formula));
+    sheet->Cells(CellName(row.name))
+        ->SetFormula(row.name == kParentPageRow ? Quoted(PendingParentPage) : std::string(row.formula));
   PendingParentPage.clear();
   for (short row = 0; row < static_cast<short>(std::size(kBookkeepingRows)); ++row)
     sheet->CellsSRC(kSectionProp, row, kCellPropInvisible)->SetFormula("1");

@@ -1,5 +1,5 @@
-// The listener for the host's events. It gives new pages their bookkeeping rows, renumbers and registers new module shapes, keeps a module's
-// name in step with the text typed on it, and removes the submodel pages of Process shapes that go.
+// The listener for the host's events. It gives new pages their bookkeeping rows, renumbers and registers new module shapes, keeps
+// a module's name in step with the text typed on it, and removes the submodel pages of Process shapes that go.
 #pragma once
 
 #include "addin/host/IVEventList.h"

@@ -76,7 +76,9 @@ class ScriptRunner::ScriptPlatform : public ForwardingPlatform {
   void ShowMessage(std::string_view text, std::string_view title, int style) override {
     runner_.Event("message", {{"text", text}, {"title", title}, {"style", style}});
   }
-  void ShowHelp(std::string_view file, std::string_view topic) override { runner_.Event("help", {{"file", file}, {"topic", topic}}); }
+  void ShowHelp(std::string_view file, std::string_view topic) override {
+    runner_.Event("help", {{"file", file}, {"topic", topic}});
+  }
   TwipsSize ScreenSize() override { return screen; }
 
   TwipsSize screen{1280 * 15.0, 1024 * 15.0};
@@ -160,7 +162,10 @@ const ScriptRunner::Command ScriptRunner::kCommands[] = {
 };
 
 ScriptRunner::ScriptRunner(bool withAddin, LineSource nextLine, std::ostream& output, Platform& machine)
-    : nextLine_(std::move(nextLine)), output_(output), session_(withAddin), platform_(std::make_unique<ScriptPlatform>(*this, machine)) {
+    : nextLine_(std::move(nextLine)),
+      output_(output),
+      session_(withAddin),
+      platform_(std::make_unique<ScriptPlatform>(*this, machine)) {
   SetPlatform(platform_.get());
 }
 
@@ -219,12 +224,15 @@ void ScriptRunner::Handle(const std::string& line) {
 Json ScriptRunner::Execute(const std::string& name, const Json& arguments) {
   const auto command = std::find_if(std::begin(kCommands), std::end(kCommands), [&](const Command& c) { return c.name == name; });
   if (command == std::end(kCommands)) Refuse("there is no such command");
-  if (command->when == When::NoForm && TopForm()) Refuse("this changes the drawing and has to wait until " + TopForm()->name() + " is closed");
+  if (command->when == When::NoForm && TopForm())
+    Refuse("this changes the drawing and has to wait until " + TopForm()->name() + " is closed");
   if (command->when == When::FormOnly && !TopForm()) Refuse("no form is shown");
   return (this->*command->run)(arguments);
 }
 
-void ScriptRunner::Emit(const Json& line) { output_ << line.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n' << std::flush; }
+void ScriptRunner::Emit(const Json& line) {
+  output_ << line.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n' << std::flush;
+}
 
 void ScriptRunner::Event(const char* name, Json fields) {
   Json event = {{"event", name}};
@@ -261,7 +269,9 @@ Json ScriptRunner::Pages(const Json&) {
   return pages;
 }
 
-Json ScriptRunner::PageAdd(const Json& arguments) { return {{"name", session_.host().AddPage(Optional<std::string>(arguments, "name"))->Name()}}; }
+Json ScriptRunner::PageAdd(const Json& arguments) {
+  return {{"name", session_.host().AddPage(Optional<std::string>(arguments, "name"))->Name()}};
+}
 
 Json ScriptRunner::PageDelete(const Json& arguments) {
   Required(arguments, "page");
@@ -304,7 +314,8 @@ Json ScriptRunner::Shapes(const Json& arguments) {
 Json ScriptRunner::Drop(const Json& arguments) {
   DrawingPage& page = PageArgument(arguments);
   const double x = Optional<double>(arguments, "x").value_or(1), y = Optional<double>(arguments, "y").value_or(1);
-  const IVShapePtr shape = session_.host().Drop(Text(arguments, "master"), page.id(), x, y, Optional<std::string>(arguments, "text"));
+  const IVShapePtr shape =
+      session_.host().Drop(Text(arguments, "master"), page.id(), x, y, Optional<std::string>(arguments, "text"));
   return {{"id", shape->ID()}, {"index", shape->Index()}, {"name", shape->Name()}};
 }
 
@@ -312,7 +323,8 @@ Json ScriptRunner::Paste(const Json& arguments) {
   DrawingPage& from = PageArgument(arguments, "from");
   const int target = PageArgument(arguments).id();
   std::vector<SheetRef> originals;
-  for (const Json& shape : As<std::vector<Json>>(Required(arguments, "shapes"), "shapes")) originals.push_back(ShapeNamed(shape, from));
+  for (const Json& shape : As<std::vector<Json>>(Required(arguments, "shapes"), "shapes"))
+    originals.push_back(ShapeNamed(shape, from));
   Json copies = Json::array();
   for (const IVShapePtr& shape : session_.host().Paste(originals, target))
     copies.push_back({{"id", shape->ID()}, {"index", shape->Index()}, {"name", shape->Name()}});
@@ -384,7 +396,8 @@ Json ScriptRunner::Menus(const Json&) {
   for (const MenuData& menu : session_.host().menus().Shown()) {
     if (!menu.added) continue;
     Json items = Json::array();
-    for (const MenuItemData& item : menu.items) items.push_back({{"caption", item.caption}, {"position", item.position}, {"runs", item.runs}});
+    for (const MenuItemData& item : menu.items)
+      items.push_back({{"caption", item.caption}, {"position", item.position}, {"runs", item.runs}});
     menus.push_back({{"caption", menu.caption}, {"position", menu.position}, {"items", items}});
   }
   return menus;
@@ -407,7 +420,8 @@ Json ScriptRunner::Actions(const Json& arguments) {
   Json actions = Json::array();
   for (const Sheet::Row& row : sheet.Rows(section)) {
     const auto cell = [&](const char* name) { return CellAddress{&section, row.key, name}; };
-    if (!IsTrue(sheet.Value(cell("Invisible")))) actions.push_back({{"menu", ValueJson(sheet.Value(cell("Menu")))}, {"action", sheet.Formula(cell("Action"))}});
+    if (!IsTrue(sheet.Value(cell("Invisible"))))
+      actions.push_back({{"menu", ValueJson(sheet.Value(cell("Menu")))}, {"action", sheet.Formula(cell("Action"))}});
   }
   return actions;
 }
