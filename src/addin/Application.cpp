@@ -24,10 +24,14 @@ constexpr struct {
   std::uint16_t code;
   std::string_view description;
 } kAdvisedEvents[] = {
-    {kEventDocumentCreated, "Document Created...."}, {kEventBeforeSelectionDelete, "Before Selection Delete"},
-    {kEventPageAdded, "Add Page"},                   {kEventPageDeleted, "Delete Page"},
-    {kEventShapeAdded, "Shape Added"},               {kEventPageChanged, "Page Modified"},
-    {kEventWindowChanged, "Window Changed"},         {kEventDocumentClosed, "Document Closed"},
+    {kEventDocumentCreated, "Document Created...."},
+    {kEventBeforeSelectionDelete, "Before Selection Delete"},
+    {kEventPageAdded, "Add Page"},
+    {kEventPageDeleted, "Delete Page"},
+    {kEventShapeAdded, "Shape Added"},
+    {kEventPageChanged, "Page Modified"},
+    {kEventWindowChanged, "Window Changed"},
+    {kEventDocumentClosed, "Document Closed"},
     {kEventTextChanged, "Text Modified"},
 };
 
@@ -58,7 +62,8 @@ void EmptyProperties(IVShape& sheet) {
   const int rows = sheet.RowCount(kSectionProp);
   if (rows < 1) return;
   std::vector<std::int16_t> stream;
-  for (int row = 0; row < rows; ++row) stream.insert(stream.end(), {kSectionProp, static_cast<std::int16_t>(row), kCellPropValue});
+  for (int row = 0; row < rows; ++row)
+    stream.insert(stream.end(), {kSectionProp, static_cast<std::int16_t>(row), kCellPropValue});
   sheet.SetFormulas(stream, std::vector<std::string>(static_cast<size_t>(rows), "\"\""), kSetBlastGuards);
 }
 
@@ -82,8 +87,8 @@ void Application::AddVardoMenu() {
     visApp->SetCustomMenus(userInterface);
     BuildNameCatalogues();
   } catch (const AutomationError& error) {
-    ThePlatform().ShowMessage("Error in AddVardoMenu\n" + std::to_string(error.number()) + "\n" + error.description(), kProductTitle,
-                              kStyleExclamation);
+    ThePlatform().ShowMessage("Error in AddVardoMenu\n" + std::to_string(error.number()) + "\n" + error.description(),
+                              kProductTitle, kStyleExclamation);
   }
 }
 

@@ -8,12 +8,12 @@ namespace vardo {
 // The one creatable class. It has no state of its own: everything lives in the drawing and in Global_Variables.
 class Application {
  public:
-  // Adds the "&Simulate" menu to the host's drawing menus and builds the name catalogues; does nothing when the menu is there or no
-  // host is known. A failure is shown in a message box.
+  // Adds the "&Simulate" menu to the host's drawing menus and builds the name catalogues; does nothing when the menu is there or
+  // no host is known. A failure is shown in a message box.
   void AddVardoMenu();
 
-  // Clears the active page for a new model: empties the page's properties, deletes its shapes and the drawing's masters. A failure
-  // is shown in a message box. Does nothing when no host is known.
+  // Clears the active page for a new model: empties the page's properties, deletes its shapes and the drawing's masters. A
+  // failure is shown in a message box. Does nothing when no host is known.
   void InitializePage();
 
   // Remembers the host; the first time, also listens to its events.

@@ -1,5 +1,5 @@
-// The commands of the program `vardo`. Each returns the exit status: 0 done, 1 refused or failed with a sentence on standard error.
-// FileError and AutomationError reach main, which prints their sentence and returns 1.
+// The commands of the program `vardo`. Each returns the exit status: 0 done, 1 refused or failed with a sentence on standard
+// error. FileError and AutomationError reach main, which prints their sentence and returns 1.
 #pragma once
 
 #include <filesystem>
@@ -18,8 +18,8 @@ int ShowDrawing(const ShowOptions& options);
 
 struct EditOptions {
   std::filesystem::path file;
-  std::string shape;  // its name, ID, or text
-  std::string page;   // empty: all pages are searched
+  std::string shape;                     // its name, ID, or text
+  std::string page;                      // empty: all pages are searched
   std::vector<std::string> assignments;  // FIELD=TEXT
   std::optional<std::filesystem::path> output;
 };

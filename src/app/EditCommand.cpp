@@ -37,7 +37,8 @@ AutomationError Refused(const std::string& sentence) { return AutomationError(5,
 
 Assignment ParseAssignment(const std::string& text) {
   const size_t equals = text.find('=');
-  if (equals == std::string::npos || equals == 0) throw Refused(fmt::format("\"{}\" is no assignment: write FIELD=TEXT, such as CreateUnits=Minutes.", text));
+  if (equals == std::string::npos || equals == 0)
+    throw Refused(fmt::format("\"{}\" is no assignment: write FIELD=TEXT, such as CreateUnits=Minutes.", text));
   return {text.substr(0, equals), text.substr(equals + 1)};
 }
 
@@ -53,7 +54,8 @@ std::vector<FoundModule> FindShapes(DrawingHost& host, const EditOptions& option
     if (!options.page.empty() && page.Name() != options.page) continue;
     for (int i = 1; i <= page.ShapeCount(); ++i) {
       const DrawingShape& shape = page.ShapeAt(i);
-      const bool matches = byText ? shape.Text() == options.shape : page.NameOf(shape) == options.shape || (isId && shape.id() == id);
+      const bool matches =
+          byText ? shape.Text() == options.shape : page.NameOf(shape) == options.shape || (isId && shape.id() == id);
       if (matches) found.push_back({host.RefTo(page, shape.id()), page.Name(), page.NameOf(shape), ModuleKindOf(shape)});
     }
   }
@@ -69,10 +71,13 @@ FoundModule FindModule(DrawingHost& host, const EditOptions& options) {
   if (found.empty()) throw Refused(fmt::format("{} has no shape \"{}\"; `vardo show` lists its modules.", file, options.shape));
   if (found.size() > 1) {
     std::string places;
-    for (const FoundModule& module : found) places += fmt::format("{}\"{}\" on page \"{}\"", places.empty() ? "" : ", ", module.name, module.page);
-    throw Refused(fmt::format("\"{}\" is more than one shape in {} ({}); name the shape and its page (--page).", options.shape, file, places));
+    for (const FoundModule& module : found)
+      places += fmt::format("{}\"{}\" on page \"{}\"", places.empty() ? "" : ", ", module.name, module.page);
+    throw Refused(fmt::format("\"{}\" is more than one shape in {} ({}); name the shape and its page (--page).", options.shape,
+                              file, places));
   }
-  if (found[0].kind.empty()) throw Refused(fmt::format("The shape \"{}\" in {} is no module, so it has no dialog.", options.shape, file));
+  if (found[0].kind.empty())
+    throw Refused(fmt::format("The shape \"{}\" in {} is no module, so it has no dialog.", options.shape, file));
   if (!HasModuleDialog(found[0].kind)) throw Refused(fmt::format("There is no dialog for {} modules.", found[0].kind));
   return found[0];
 }
@@ -99,13 +104,18 @@ class DialogFiller {
  private:
   static void Type(ModuleDialog& dialog, const Assignment& assignment) {
     const DialogField* field = dialog.FindField(assignment.field);
-    if (!field) throw Refused(fmt::format("The {} dialog has no field {}; its fields are {}.", dialog.Caption(), assignment.field, FieldNames(dialog)));
+    if (!field)
+      throw Refused(fmt::format("The {} dialog has no field {}; its fields are {}.", dialog.Caption(), assignment.field,
+                                FieldNames(dialog)));
     TextControl& control = field->control();
     if (!control.Shown())
       throw Refused(fmt::format("The field {} is not shown now: choose the type that uses it first.", field->property()));
     const auto* combo = dynamic_cast<const ComboBox*>(&control);
-    const bool offered = !combo || !combo->PickOnly() || std::count(combo->Items().begin(), combo->Items().end(), assignment.text) > 0;
-    if (!offered) throw Refused(fmt::format("{} takes one of {}, not \"{}\".", field->property(), fmt::join(combo->Items(), ", "), assignment.text));
+    const bool offered =
+        !combo || !combo->PickOnly() || std::count(combo->Items().begin(), combo->Items().end(), assignment.text) > 0;
+    if (!offered)
+      throw Refused(
+          fmt::format("{} takes one of {}, not \"{}\".", field->property(), fmt::join(combo->Items(), ", "), assignment.text));
     dialog.UserType(control, assignment.text);
   }
   static std::string FieldNames(const ModuleDialog& dialog) {
@@ -181,7 +191,8 @@ int EditModule(const EditOptions& options, int argc, char** argv) {
   const FoundModule module = FindModule(session.host(), options);
   const Properties before = Snapshot(session.host(), module.ref);
 
-  const bool accepted = assignments.empty() ? EditOnScreen(session, module, *machine, argc, argv) : EditWith(assignments, session, module);
+  const bool accepted =
+      assignments.empty() ? EditOnScreen(session, module, *machine, argc, argv) : EditWith(assignments, session, module);
   SetPlatform(&console);
   if (!accepted) {
     fmt::print(stderr, "vardo: {} was left as it is.\n", options.file.string());

@@ -53,11 +53,13 @@ void PrintPage(const Json& page) {
   fmt::print("{}: {}, {}, {}\n", page["page"].get<std::string>(), Counted(page["shapes"].get<size_t>(), "shape"),
              Counted(page["modules"].size(), "module"), Counted(page["connections"].size(), "connection"));
   for (const Json& module : page["modules"]) {
-    fmt::print("  {} \"{}\" ({})\n", module["kind"].get<std::string>(), module["name"].get<std::string>(), module["shape"].get<std::string>());
+    fmt::print("  {} \"{}\" ({})\n", module["kind"].get<std::string>(), module["name"].get<std::string>(),
+               module["shape"].get<std::string>());
     for (const auto& [name, value] : module["properties"].items()) fmt::print("    {} = {}\n", name, value.get<std::string>());
   }
   for (const Json& connection : page["connections"])
-    fmt::print("  {}: {} -> {}\n", connection["connector"].get<std::string>(), EndText(connection["from"]), EndText(connection["to"]));
+    fmt::print("  {}: {} -> {}\n", connection["connector"].get<std::string>(), EndText(connection["from"]),
+               EndText(connection["to"]));
 }
 
 }  // namespace

@@ -2,8 +2,8 @@
 #include "app/Commands.h"
 #include "drawing/vsdx/FileError.h"
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
+#include <CLI/CLI.hpp>
 
 #include <cstdio>
 
@@ -49,7 +49,8 @@ struct CommandLine {
     scriptCommand->add_option("FILE", script.file, "The drawing to open first");
     scriptCommand->add_option("--forms", script.forms, "What shows the dialogs")->check(CLI::IsMember({"headless", "qt"}));
     scriptCommand->add_flag("--no-addin", script.withoutAddin, "Do not start the add-in when a drawing is opened");
-    scriptCommand->footer("Examples:\n  echo '{\"do\":\"pages\"}' | vardo script bank.vsdx\n  vardo script --forms qt < story.jsonl\n");
+    scriptCommand->footer(
+        "Examples:\n  echo '{\"do\":\"pages\"}' | vardo script bank.vsdx\n  vardo script --forms qt < story.jsonl\n");
 
     newCommand = app.add_subcommand("new", "Make a drawing with the modules and connectors at hand");
     newCommand->add_option("FILE", create.file, "The drawing to make")->required();

@@ -53,7 +53,8 @@ DialogField& DialogField::WhenEmpty(std::string_view text) {
   return *this;
 }
 
-ModuleDialog::Buttons::Buttons(ModuleDialog& dialog) : cmdOK(dialog, "cmdOK"), cmdCancel(dialog, "cmdCancel"), cmdHelp(dialog, "cmdHelp") {
+ModuleDialog::Buttons::Buttons(ModuleDialog& dialog)
+    : cmdOK(dialog, "cmdOK"), cmdCancel(dialog, "cmdCancel"), cmdHelp(dialog, "cmdHelp") {
   cmdOK.SetCaption("OK");
   cmdCancel.SetCaption("Cancel");
   cmdHelp.SetCaption("&Help");
@@ -74,7 +75,9 @@ void ModuleDialog::Name(ComboBox& control, std::string_view property, NameList o
   control.LostFocus = [this] { TrimControlText(*name_, shape_->Text()); };
 }
 
-DialogField& ModuleDialog::Field(TextControl& control, std::string_view property) { return fields_.emplace_back(control, property); }
+DialogField& ModuleDialog::Field(TextControl& control, std::string_view property) {
+  return fields_.emplace_back(control, property);
+}
 
 const DialogField* ModuleDialog::FindField(std::string_view property) const {
   for (const DialogField& field : fields_)

@@ -2,8 +2,8 @@
 // the name unique, writing back.
 //
 // A dialog says only what is its own, in its constructor: its controls, its fields in the order they are read and written, its
-// lists and its layout. Nothing is written to the shape before every check has passed; only filling the drop-downs may give module
-// shapes the (empty, hidden) properties that they lack.
+// lists and its layout. Nothing is written to the shape before every check has passed; only filling the drop-downs may give
+// module shapes the (empty, hidden) properties that they lack.
 #pragma once
 
 #include "addin/host/IVShape.h"

@@ -45,8 +45,10 @@ std::string RawValue(pugi::xml_node cell) {
   if (const pugi::xml_attribute value = cell.attribute("V")) return value.value();
   std::string text;
   for (const char* at = cell.child_value(); *at; ++at) {
-    if (*at != '\r') text += *at;
-    else if (at[1] != '\n') text += '\n';
+    if (*at != '\r')
+      text += *at;
+    else if (at[1] != '\n')
+      text += '\n';
   }
   return text;
 }
@@ -91,6 +93,14 @@ void WriteAttributes(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, con
   }
   if (!unit.empty()) editor.SetAttribute(part, cell, "U", unit);
   if (!formula.empty()) editor.SetAttribute(part, cell, "F", formula);
+}
+
+void WriteComputed(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, const CellValue& value, std::string_view formula,
+                   bool isText) {
+  if (const auto* text = std::get_if<std::string>(&value))
+    return WriteAttributes(editor, part, cell, *text, isText ? "" : "STR", formula);
+  const std::string unit = cell.attribute("U").value();
+  WriteAttributes(editor, part, cell, NumberText(std::get<double>(value)), unit == "STR" ? std::string_view() : unit, formula);
 }
 
 }  // namespace
@@ -145,8 +155,8 @@ std::optional<Constant> ParseConstant(std::string_view formula) {
   return Constant{NumberText(*number / unit->perInternal), std::string(unit->code)};
 }
 
-void WriteFormula(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, std::string_view formula, const std::optional<CellValue>& value,
-                  bool isText) {
+void WriteFormula(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, std::string_view formula,
+                  const std::optional<CellValue>& value, bool isText) {
   if (formula.empty()) return WriteAttributes(editor, part, cell, isText ? "" : "0", "", kNoFormula);
   if (const auto constant = ParseConstant(formula)) {
     const bool unitGoesWithoutSaying = isText && constant->unit == "STR";
@@ -156,9 +166,11 @@ void WriteFormula(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, std::s
     return;
   }
   if (!value) return WriteAttributes(editor, part, cell, RawValue(cell), cell.attribute("U").value(), formula);
-  if (const auto* text = std::get_if<std::string>(&*value)) return WriteAttributes(editor, part, cell, *text, isText ? "" : "STR", formula);
-  const std::string_view unit = cell.attribute("U").value();
-  WriteAttributes(editor, part, cell, NumberText(std::get<double>(*value)), unit == "STR" ? std::string_view() : unit, formula);
+  WriteComputed(editor, part, cell, *value, formula, isText);
+}
+
+void WriteValue(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, const CellValue& value, bool isText) {
+  WriteComputed(editor, part, cell, value, std::string(cell.attribute("F").value()), isText);
 }
 
 std::string NumberText(double value) {

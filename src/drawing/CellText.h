@@ -1,5 +1,6 @@
 // A Cell element and the formula text that it stands for.
-//   In a file V is the value in internal units (inches, radians, fractions), U the unit it is shown in, F a formula that is no constant.
+//   In a file V is the value in internal units (inches, radians, fractions), U the unit it is shown in, F a formula that is no
+//   constant.
 #pragma once
 
 #include "drawing/TreeEditor.h"
@@ -37,8 +38,11 @@ struct Constant {
 std::optional<Constant> ParseConstant(std::string_view formula);
 
 // Writes a formula into a Cell element. value is what it evaluates to; without one the cell keeps its last value.
-void WriteFormula(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, std::string_view formula, const std::optional<CellValue>& value,
-                  bool isText);
+void WriteFormula(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, std::string_view formula,
+                  const std::optional<CellValue>& value, bool isText);
+
+// Writes what the cell's formula has become, and leaves the formula.
+void WriteValue(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, const CellValue& value, bool isText);
 
 // A number as the files have it: at most 16 significant digits, no trailing zeros, no negative zero.
 std::string NumberText(double value);

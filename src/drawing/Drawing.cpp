@@ -1,6 +1,7 @@
 #include "drawing/Drawing.h"
 
 #include "addin/host/HostError.h"
+#include "drawing/Glue.h"
 #include "drawing/VisioXml.h"
 #include "drawing/stencil/StencilPackage.h"
 #include "drawing/vsdx/FileError.h"
@@ -10,7 +11,9 @@
 namespace vardo {
 namespace {
 
-bool EndsWith(std::string_view text, std::string_view ending) { return text.size() >= ending.size() && text.substr(text.size() - ending.size()) == ending; }
+bool EndsWith(std::string_view text, std::string_view ending) {
+  return text.size() >= ending.size() && text.substr(text.size() - ending.size()) == ending;
+}
 
 // The id attribute of a <Rel>, whatever prefix the file gives its namespace.
 pugi::xml_attribute RelId(pugi::xml_node entry) {
@@ -25,8 +28,9 @@ std::string Folder(std::string_view part) { return std::string(part.substr(0, pa
 XmlPart& ExpectRoot(Package& package, const std::string& part, std::string_view root) {
   XmlPart& xml = package.Xml(part);
   if (xml.root().name() != root)
-    throw FileError::NotADrawing(package.displayName(), "written in a way that is not understood (" + PartInWords(part) + " starts with <" +
-                                                            xml.root().name() + ">, not <" + std::string(root) + ">)");
+    throw FileError::NotADrawing(package.displayName(), "written in a way that is not understood (" + PartInWords(part) +
+                                                            " starts with <" + xml.root().name() + ">, not <" +
+                                                            std::string(root) + ">)");
   return xml;
 }
 
@@ -76,12 +80,14 @@ void Drawing::ReadDocument() {
   pagesPart_ = RelatedPart(document, "/pages");
   mastersPart_ = RelatedPart(document, "/masters");
   if (pagesPart_.empty()) throw FileError::Damaged(package_->displayName(), "it has no list of pages");
-  if (const pugi::xml_node sheet = part.root().child("DocumentSheet")) documentSheet_ = std::make_unique<Sheet>(part, sheet, nullptr);
+  if (const pugi::xml_node sheet = part.root().child("DocumentSheet"))
+    documentSheet_ = std::make_unique<Sheet>(part, sheet, nullptr);
 }
 
 void Drawing::Reread() {
   pages_.clear();
   masters_.clear();
+  masterFormulas_.clear();
   ReadMasters();
   ReadPages();
 }
@@ -92,7 +98,8 @@ void Drawing::ReadMasters() {
   for (const pugi::xml_node entry : ExpectRoot(*package_, mastersPart_, "Masters").root().children("Master")) {
     for (const Relationship& relationship : relationships)
       if (relationship.id == RelId(entry).value())
-        masters_.push_back(std::make_unique<DrawingMaster>(entry, relationship.target, ExpectRoot(*package_, relationship.target, "MasterContents")));
+        masters_.push_back(std::make_unique<DrawingMaster>(entry, relationship.target,
+                                                           ExpectRoot(*package_, relationship.target, "MasterContents")));
   }
 }
 
@@ -129,7 +136,8 @@ int Drawing::IndexOf(const DrawingPage& page) const {
 DrawingPage& Drawing::AddPage(DrawingPage& sizedLike) {
   const std::string partName = package_->FreshName(Folder(pagesPart_) + "page", ".xml");
   XmlPart& contents = package_->AddXml(partName, kEmptyPage, kPageContentType);
-  const ListedPart listed{pagesPart_, kPageRelationship, partName, package_->AddRelationship(pagesPart_, kPageRelationship, partName)};
+  const ListedPart listed{pagesPart_, kPageRelationship, partName,
+                          package_->AddRelationship(pagesPart_, kPageRelationship, partName)};
   journal_.Record([=, this] { SetListed(listed, false); }, [=, this] { SetListed(listed, true); });
 
   int number = PageCount() + 1;
@@ -181,7 +189,8 @@ DrawingMaster* Drawing::BringMaster(std::string_view name) {
   XmlPart& list = EnsureMastersPart();
   const std::string partName = package_->FreshName(Folder(mastersPart_) + "master", ".xml");
   XmlPart& part = package_->AddXml(partName, stencil->package().Bytes(original->partName()), kMasterContentType);
-  const ListedPart listed{mastersPart_, kMasterRelationship, partName, package_->AddRelationship(mastersPart_, kMasterRelationship, partName)};
+  const ListedPart listed{mastersPart_, kMasterRelationship, partName,
+                          package_->AddRelationship(mastersPart_, kMasterRelationship, partName)};
   journal_.Record([=, this] { SetListed(listed, false); }, [=, this] { SetListed(listed, true); });
   int id = 1;
   for (const auto& master : masters_) id = std::max(id, master->id() + 1);
@@ -214,22 +223,45 @@ void Drawing::Unlist(const ListedPart& listed) {
 
 void Drawing::SetListed(const ListedPart& listed, bool present) {
   package_->SetPresent(listed.part, present);
-  if (present) package_->AddRelationship(listed.list, listed.type, listed.part, listed.relationship);
-  else package_->RemoveRelationship(listed.list, listed.relationship);
+  if (present)
+    package_->AddRelationship(listed.list, listed.type, listed.part, listed.relationship);
+  else
+    package_->RemoveRelationship(listed.list, listed.relationship);
 }
 
-CellLookup Drawing::LookupFor(DrawingPage* page, const Sheet& sheet) {
-  return [this, page, &sheet](std::string_view sheetName, std::string_view cell) -> std::optional<CellValue> {
-    constexpr std::string_view kById = "Sheet.";
-    const Sheet* target = &sheet;
-    if (sheetName == "ThePage") target = page ? &page->PageSheet() : nullptr;
-    else if (sheetName == "TheDoc") target = documentSheet_.get();
-    else if (sheetName.substr(0, kById.size()) == kById) target = page ? page->FindShape(std::atoi(std::string(sheetName.substr(kById.size())).c_str())) : nullptr;
-    else if (!sheetName.empty()) target = page ? page->FindShape(sheetName) : nullptr;
-    if (!target) return std::nullopt;
-    const auto address = target->Find(cell);
-    return address ? std::optional(target->Value(*address)) : std::nullopt;
+FormulaScope Drawing::ScopeFor(DrawingPage* page, const Sheet& sheet, const CellAddress& cell) {
+  const auto find = [this, page, &sheet](std::string_view name) -> const Sheet* {
+    if (name.empty()) return &sheet;
+    if (name == "ThePage") return page ? &page->PageSheet() : nullptr;
+    if (name == "TheDoc") return documentSheet_.get();
+    return page ? page->FindSheet(name) : nullptr;
   };
+  const auto* const connector = dynamic_cast<const DrawingShape*>(&sheet);
+  FormulaScope scope;
+  scope.cell = [find](std::string_view sheetName, std::string_view cellName) -> std::optional<CellValue> {
+    const Sheet* target = find(sheetName);
+    if (!target) throw BadReference{};
+    if (const auto address = target->Find(cellName)) return target->Value(*address);
+    // A shape has more cells than we know, but not more rows.
+    if (const auto name = ParseCellName(cellName); name && name->section) throw BadReference{};
+    return std::nullopt;
+  };
+  scope.onPage = [find](std::string_view sheetName, Point own) -> std::optional<Point> {
+    const auto* shape = dynamic_cast<const DrawingShape*>(find(sheetName));
+    return shape ? std::optional(OnPage(*shape, own)) : std::nullopt;
+  };
+  scope.walk = [page, connector](std::string_view trigger, std::string_view otherTrigger) -> std::optional<Point> {
+    const ConnectorEnd *end = FindConnectorEnd(trigger), *other = FindConnectorEnd(otherTrigger);
+    return page && connector && end && other ? WalkingEnd(*page, *connector, *end, *other) : std::nullopt;
+  };
+  scope.wantsY = cell.cell.ends_with('Y');
+  return scope;
+}
+
+const FormulaIndex& Drawing::FormulasOfMaster(const Sheet& shape) {
+  const auto [place, isNew] = masterFormulas_.try_emplace(&shape);
+  if (isNew) place->second = IndexFormulas(shape, nullptr);
+  return place->second;
 }
 
 std::string Drawing::Undo() {
@@ -259,7 +291,8 @@ XmlPart& Drawing::EnsureMastersPart() {
     return package_->Xml(mastersPart_);
   }
   package_->SetPresent(mastersPart_, true);
-  const ListedPart listed{document, kMastersRelationship, mastersPart_, package_->AddRelationship(document, kMastersRelationship, mastersPart_)};
+  const ListedPart listed{document, kMastersRelationship, mastersPart_,
+                          package_->AddRelationship(document, kMastersRelationship, mastersPart_)};
   journal_.Record([=, this] { SetListed(listed, false); }, [=, this] { SetListed(listed, true); });
   return package_->Xml(mastersPart_);
 }

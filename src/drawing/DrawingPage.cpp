@@ -1,9 +1,13 @@
 #include "addin/host/HostError.h"
 #include "drawing/Drawing.h"
+#include "drawing/FormulaReferences.h"
+#include "drawing/Glue.h"
 #include "drawing/Inheritance.h"
+#include "drawing/Recalculation.h"
 #include "drawing/VisioXml.h"
 
 #include <algorithm>
+#include <charconv>
 #include <limits>
 #include <regex>
 
@@ -17,13 +21,6 @@ std::string Attribute(pugi::xml_node node, const char* first, const char* second
   return attribute ? attribute.value() : node.attribute(second).value();
 }
 
-// The cells of a connector that glue of one end is written in.
-struct GluedEnd {
-  std::string_view fromCell;
-  const char* cells[3];
-};
-constexpr GluedEnd kEnds[] = {{"BeginX", {"BeginX", "BeginY", "BegTrigger"}}, {"EndX", {"EndX", "EndY", "EndTrigger"}}};
-
 int NumberOr(pugi::xml_node connect, const char* attribute) { return connect.attribute(attribute).as_int(-1); }
 
 // Gives references to copied shapes their new numbers; returns false when the formula also refers to a shape that was not copied.
@@ -35,8 +32,10 @@ bool Renumbered(std::string& formula, const std::unordered_map<int, int>& newIds
   for (std::sregex_iterator match(formula.begin(), formula.end(), reference), end; match != end; ++match) {
     result.append(from, (*match)[0].first);
     const auto renumbered = newIds.find(std::atoi(match->str(1).c_str()));
-    if (renumbered == newIds.end()) allCopied = false;
-    else result += "Sheet." + std::to_string(renumbered->second) + "!";
+    if (renumbered == newIds.end())
+      allCopied = false;
+    else
+      result += "Sheet." + std::to_string(renumbered->second) + "!";
     from = (*match)[0].second;
   }
   result.append(from, formula.cend());
@@ -44,12 +43,15 @@ bool Renumbered(std::string& formula, const std::unordered_map<int, int>& newIds
   return allCopied;
 }
 
-// The same for all formulas of an element that is in no part. One that also refers to a shape without a new number keeps only its value.
+// The same for all formulas of an element that is in no part. One that also refers to a shape without a new number keeps only its
+// value.
 void RenumberFormulas(pugi::xml_node element, const std::unordered_map<int, int>& newIds) {
   for (const pugi::xpath_node& found : element.select_nodes(".//Cell[contains(@F, 'Sheet.')]")) {
     std::string formula = found.node().attribute("F").value();
-    if (Renumbered(formula, newIds)) found.node().attribute("F").set_value(formula.c_str());
-    else found.node().remove_attribute("F");
+    if (Renumbered(formula, newIds))
+      found.node().attribute("F").set_value(formula.c_str());
+    else
+      found.node().remove_attribute("F");
   }
 }
 
@@ -65,7 +67,8 @@ std::string DrawingPage::Name() const { return Attribute(entry_, "Name", "NameU"
 
 void DrawingPage::SetName(std::string_view name) {
   for (const char* attribute : {"NameU", "Name"}) drawing_.editor().SetAttribute(sheet_->part(), entry_, attribute, name);
-  for (const char* attribute : {"IsCustomNameU", "IsCustomName"}) drawing_.editor().SetAttribute(sheet_->part(), entry_, attribute, "1");
+  for (const char* attribute : {"IsCustomNameU", "IsCustomName"})
+    drawing_.editor().SetAttribute(sheet_->part(), entry_, attribute, "1");
 }
 
 int DrawingPage::ShapeCount() {
@@ -90,6 +93,37 @@ DrawingShape* DrawingPage::FindShape(std::string_view name) {
   return found == idsByName_.end() ? nullptr : FindShape(found->second);
 }
 
+DrawingShape* DrawingPage::FindSheet(std::string_view name) {
+  constexpr std::string_view kById = "Sheet.";
+  const std::string_view number = name.substr(0, kById.size()) == kById ? name.substr(kById.size()) : std::string_view();
+  int shapeId = 0;
+  const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), shapeId);
+  if (!number.empty() && error == std::errc() && end == number.data() + number.size()) return FindShape(shapeId);
+  return name.empty() ? nullptr : FindShape(name);
+}
+
+const std::vector<int>& DrawingPage::ReadersOf(int shapeId) {
+  EnsureShapes();
+  if (!readersKnown_) {
+    readersKnown_ = true;
+    for (const auto& [id, entry] : shapes_) NoteReferences(*entry.shape);
+  }
+  return readers_[shapeId];
+}
+
+void DrawingPage::NoteReferences(const DrawingShape& reader) {
+  if (!readersKnown_) return;
+  for (const Sheet::OwnFormula& own : reader.OwnFormulas()) {
+    if (own.formula.find('!') == std::string_view::npos) continue;
+    for (const FormulaReference& reference : ReferencesIn(own.formula)) {
+      const DrawingShape* named = reference.onOtherPage ? nullptr : FindSheet(reference.sheet);
+      if (!named) continue;
+      std::vector<int>& readers = readers_[named->id()];
+      if (std::find(readers.begin(), readers.end(), reader.id()) == readers.end()) readers.push_back(reader.id());
+    }
+  }
+}
+
 int DrawingPage::IndexOf(const DrawingShape& shape) {
   EnsureIndexes();
   return shapes_.at(shape.id()).index;
@@ -106,7 +140,9 @@ DrawingShape& DrawingPage::AddInstance(const DrawingMaster& master, double x, do
   const int id = TakeNewId();
   const std::string name = FreeName(master.Name(), id);
   const pugi::xml_node element = editor.InsertElement(*contents_, ShapesElement(), "Shape");
-  const auto set = [&](const char* attribute, std::string_view value) { editor.SetAttribute(*contents_, element, attribute, value); };
+  const auto set = [&](const char* attribute, std::string_view value) {
+    editor.SetAttribute(*contents_, element, attribute, value);
+  };
   set("ID", std::to_string(id));
   set("NameU", name);
   set("Name", name);
@@ -119,9 +155,26 @@ DrawingShape& DrawingPage::AddInstance(const DrawingMaster& master, double x, do
     editor.SetAttribute(*contents_, added, "N", cellName);
     editor.SetAttribute(*contents_, added, "V", NumberText(value));
   };
-  cell("PinX", x);
-  cell("PinY", y);
-  return Adopt(element, name);
+  const DrawingShape* original = master.TopShape();
+  const bool isConnector = original && original->IsOneDimensional();
+  if (isConnector) {
+    const double right = x - NumberIn(*original, "PinX").value_or(0), up = y - NumberIn(*original, "PinY").value_or(0);
+    for (const ConnectorEnd& end : kConnectorEnds) {
+      cell(end.x, NumberIn(*original, end.x).value_or(0) + right);
+      cell(end.y, NumberIn(*original, end.y).value_or(0) + up);
+    }
+  } else {
+    cell("PinX", x);
+    cell("PinY", y);
+  }
+  DrawingShape& shape = Adopt(element, name);
+  if (isConnector) {
+    Recalculation recalculation(drawing_, this);
+    for (const ConnectorEnd& end : kConnectorEnds)
+      for (const char* moved : {end.x, end.y}) recalculation.Changed(shape, {nullptr, "", moved});
+    recalculation.Run();
+  }
+  return shape;
 }
 
 // An instance of a group lists every shape inside the group, each by its number in the master.
@@ -151,7 +204,8 @@ DrawingShape& DrawingPage::AddCopy(const DrawingShape& original, const std::unor
     editor.SetAttribute(*contents_, element, "NameU", name);
     editor.SetAttribute(*contents_, element, "Name", name);
   } else {
-    for (const char* attribute : {"NameU", "Name", "IsCustomNameU", "IsCustomName"}) editor.RemoveAttribute(*contents_, element, attribute);
+    for (const char* attribute : {"NameU", "Name", "IsCustomNameU", "IsCustomName"})
+      editor.RemoveAttribute(*contents_, element, attribute);
   }
   const pugi::xpath_node_set inner = element.select_nodes(".//Shape[not(@Del)]");
   std::unordered_map<int, int> ids;
@@ -178,11 +232,11 @@ void DrawingPage::CopyGlue(const DrawingPage& from, const std::unordered_map<int
     if (newIds.contains(NumberOr(connect, "FromSheet")) && newIds.contains(NumberOr(connect, "ToSheet"))) glue.push_back(connect);
   if (glue.empty()) return;
   TreeEditor& editor = drawing_.editor();
-  pugi::xml_node connects = contents_->root().child("Connects");
-  if (!connects) connects = editor.InsertElement(*contents_, contents_->root(), "Connects", ShapesElement().next_sibling());
+  const pugi::xml_node connects = ConnectsElement();
   for (const pugi::xml_node connect : glue) {
     const pugi::xml_node copy = editor.InsertCopy(*contents_, connects, connect);
-    for (const char* end : {"FromSheet", "ToSheet"}) editor.SetAttribute(*contents_, copy, end, std::to_string(newIds.at(NumberOr(connect, end))));
+    for (const char* end : {"FromSheet", "ToSheet"})
+      editor.SetAttribute(*contents_, copy, end, std::to_string(newIds.at(NumberOr(connect, end))));
   }
 }
 
@@ -190,7 +244,8 @@ int DrawingPage::TakeNewId() {
   EnsureShapes();
   int& highest = drawing_.highestIds_[id()];
   highest = std::max(highest, highestId_);
-  if (highest == std::numeric_limits<int>::max()) throw HostError(kHostNotAllowed, "The page " + Name() + " has no number left for a new shape.");
+  if (highest == std::numeric_limits<int>::max())
+    throw HostError(kHostNotAllowed, "The page " + Name() + " has no number left for a new shape.");
   return ++highest;
 }
 
@@ -199,8 +254,10 @@ void DrawingPage::Remove(int shapeId) {
   if (!shape) return;
   // Shapes inside a deleted group go with it.
   std::vector<int> going{shapeId};
-  for (const pugi::xpath_node& inner : shape->element().select_nodes(".//Shape[not(@Del)]")) going.push_back(inner.node().attribute("ID").as_int());
+  for (const pugi::xpath_node& inner : shape->element().select_nodes(".//Shape[not(@Del)]"))
+    going.push_back(inner.node().attribute("ID").as_int());
   LoosenGlueTo(going);
+  ReadersOf(shapeId);
   drawing_.editor().Remove(*contents_, shape->element());
   EnsureNames();
   const auto place = std::find(topLevel_.begin(), topLevel_.end(), shape);
@@ -216,6 +273,21 @@ void DrawingPage::Remove(int shapeId) {
     names_.erase(name);
     shapes_.erase(id);
   }
+  for (const int id : going) TellOfLoss(id);
+}
+
+// Formulas that named a shape which has gone have lost their reference.
+void DrawingPage::TellOfLoss(int shapeId) {
+  const std::string lost = "Sheet." + std::to_string(shapeId);
+  Recalculation recalculation(drawing_, this);
+  for (const int id : std::vector<int>(ReadersOf(shapeId))) {
+    DrawingShape* reader = FindShape(id);
+    if (!reader) continue;
+    for (const Sheet::OwnFormula& own : reader->OwnFormulas())
+      for (const FormulaReference& reference : ReferencesIn(own.formula))
+        if (reference.sheet == lost && !reference.onOtherPage) recalculation.Outdated(*reader, own.address);
+  }
+  recalculation.Run();
 }
 
 void DrawingPage::LetGoOf(const DrawingMaster& master) {
@@ -273,7 +345,8 @@ void DrawingPage::EnsureIndexes() {
   for (const DrawingShape* shape : topLevel_) shapes_.at(shape->id()).index = ++index;
 }
 
-// A file need not say the name of a shape: the first instance of a master has the master's, further ones its name, "." and the ID.
+// A file need not say the name of a shape: the first instance of a master has the master's, further ones its name, "." and the
+// ID.
 void DrawingPage::EnsureNames() {
   EnsureShapes();
   if (namesKnown_) return;
@@ -283,8 +356,10 @@ void DrawingPage::EnsureNames() {
   std::sort(shapes.begin(), shapes.end(), [](const DrawingShape* a, const DrawingShape* b) { return a->id() < b->id(); });
   for (const DrawingShape* shape : shapes) {
     const std::string name = Attribute(shape->element(), "Name", "NameU");
-    if (name.empty() || !idsByName_.emplace(name, shape->id()).second) nameless.push_back(shape);
-    else names_[shape->id()] = name;
+    if (name.empty() || !idsByName_.emplace(name, shape->id()).second)
+      nameless.push_back(shape);
+    else
+      names_[shape->id()] = name;
   }
   for (const DrawingShape* shape : nameless) {
     const DrawingMaster* master = shape->MasterId() < 0 ? nullptr : drawing_.FindMaster(shape->MasterId());
@@ -323,7 +398,8 @@ const Sheet* DrawingPage::BaseOf(pugi::xml_node element, const DrawingShape* par
 pugi::xml_node DrawingPage::ShapesElement() {
   if (!contents_) throw HostError(kHostNotAllowed, "The page " + Name() + " is a stencil's and takes no shapes.");
   const pugi::xml_node shapes = contents_->root().child("Shapes");
-  return shapes ? shapes : drawing_.editor().InsertElement(*contents_, contents_->root(), "Shapes", contents_->root().first_child());
+  return shapes ? shapes
+                : drawing_.editor().InsertElement(*contents_, contents_->root(), "Shapes", contents_->root().first_child());
 }
 
 DrawingShape& DrawingPage::Adopt(pugi::xml_node element, const std::string& name) {
@@ -333,6 +409,7 @@ DrawingShape& DrawingPage::Adopt(pugi::xml_node element, const std::string& name
   shapes_.at(shape->id()).index = static_cast<int>(topLevel_.size());
   names_[shape->id()] = name;
   idsByName_[name] = shape->id();
+  NoteReferences(*shape);
   AdoptInnerShapes(*shape);
   return *shape;
 }
@@ -352,31 +429,80 @@ std::string DrawingPage::FreeName(std::string_view wanted, int id) {
   return wanted != "Sheet" && !idsByName_.contains(name) ? name : name + "." + std::to_string(id);
 }
 
+pugi::xml_node DrawingPage::ConnectsElement() {
+  const pugi::xml_node connects = contents_->root().child("Connects");
+  return connects ? connects
+                  : drawing_.editor().InsertElement(*contents_, contents_->root(), "Connects", ShapesElement().next_sibling());
+}
+
+void DrawingPage::KeepConnect(const DrawingShape& connector, const ConnectorEnd& end) {
+  TreeEditor& editor = drawing_.editor();
+  const auto target = GlueTargetOf(*this, connector, end);
+  pugi::xml_node connect = contents_->root().child("Connects").find_child([&](pugi::xml_node candidate) {
+    return NumberOr(candidate, "FromSheet") == connector.id() && NumberOr(candidate, "FromPart") == end.fromPart;
+  });
+  if (!target) {
+    if (connect) editor.Remove(*contents_, connect);
+    return;
+  }
+  if (!connect) connect = editor.InsertElement(*contents_, ConnectsElement(), "Connect");
+  const std::pair<const char*, std::string> attributes[] = {
+      {"FromSheet", std::to_string(connector.id())}, {"FromCell", end.x},      {"FromPart", std::to_string(end.fromPart)},
+      {"ToSheet", std::to_string(target->shape)},    {"ToCell", target->cell}, {"ToPart", std::to_string(target->part)}};
+  for (const auto& [name, value] : attributes) editor.SetAttribute(*contents_, connect, name, value);
+}
+
+void DrawingPage::RenumberPoints(DrawingShape& moved, int position, int by) {
+  const SectionInfo& points = *FindSectionByElement("Connection");
+  const auto pointNumber = [&](const FormulaReference& reference) {
+    const auto name =
+        FindSheet(reference.sheet) == &moved && !reference.onOtherPage ? ParseCellName(reference.cell) : std::nullopt;
+    return name && name->section == &points && name->byNumber ? std::atoi(name->row.c_str()) : 0;
+  };
+  for (const int id : std::vector<int>(ReadersOf(moved.id()))) {
+    DrawingShape* reader = FindShape(id);
+    if (!reader) continue;
+    for (const ConnectorEnd& end : kConnectorEnds)
+      for (const FormulaReference& reference :
+           ReferencesIn(reader->element().find_child_by_attribute("Cell", "N", end.x).attribute("F").value()))
+        if (by < 0 && pointNumber(reference) == position + 1) LoosenEnd(*reader, end);
+    Recalculation recalculation(drawing_, this);
+    for (const Sheet::OwnFormula& own : reader->OwnFormulas()) {
+      const std::string formula = RewriteReferences(own.formula, [&](FormulaReference& reference) {
+        const int number = pointNumber(reference);
+        if (number <= position + (by < 0 ? 1 : 0)) return false;
+        reference.cell.resize(reference.cell.find_last_not_of("0123456789") + 1);
+        reference.cell += std::to_string(number + by);
+        return true;
+      });
+      if (formula == own.formula) continue;
+      reader->SetFormula(drawing_.editor(), own.address, formula, drawing_.ScopeFor(this, *reader, own.address));
+      recalculation.Changed(*reader, own.address);
+    }
+    recalculation.Run();
+    for (const ConnectorEnd& end : kConnectorEnds) KeepConnect(*reader, end);
+  }
+}
+
+// Connects whose formulas say something else, as other programs leave them, go with their shapes too.
 void DrawingPage::LoosenGlueTo(const std::vector<int>& shapeIds) {
   const auto isGoing = [&](int id) { return std::find(shapeIds.begin(), shapeIds.end(), id) != shapeIds.end(); };
   const pugi::xml_node connects = contents_->root().child("Connects");
   for (pugi::xml_node connect = connects.child("Connect"); connect;) {
     const pugi::xml_node next = connect.next_sibling("Connect");
     const int from = NumberOr(connect, "FromSheet"), to = NumberOr(connect, "ToSheet");
-    if (isGoing(to) && !isGoing(from)) LoosenEnd(from, connect.attribute("FromCell").value(), to);
+    const ConnectorEnd* end = FindConnectorEnd(connect.attribute("FromCell").value());
+    DrawingShape* connector = FindShape(from);
+    if (connector && end && isGoing(to) && !isGoing(from)) LoosenEnd(*connector, *end);
     if (isGoing(from) || isGoing(to)) drawing_.editor().Remove(*contents_, connect);
     connect = next;
   }
 }
 
 // The end stays where it is: its cells keep their values.
-void DrawingPage::LoosenEnd(int connectorId, std::string_view fromCell, int shapeId) {
-  const DrawingShape* connector = FindShape(connectorId);
-  if (!connector) return;
-  const std::string reference = "Sheet." + std::to_string(shapeId) + "!";
-  for (const GluedEnd& end : kEnds) {
-    if (end.fromCell != fromCell) continue;
-    for (const char* name : end.cells) {
-      const pugi::xml_node cell = connector->element().find_child_by_attribute("Cell", "N", name);
-      const std::string_view formula = cell.attribute("F").value();
-      if (formula.find(reference) != std::string_view::npos || formula.starts_with("_WALKGLUE(")) drawing_.editor().RemoveAttribute(*contents_, cell, "F");
-    }
-  }
+void DrawingPage::LoosenEnd(DrawingShape& connector, const ConnectorEnd& end) {
+  for (const char* name : {end.x, end.y, end.trigger})
+    drawing_.editor().RemoveAttribute(*contents_, connector.element().find_child_by_attribute("Cell", "N", name), "F");
 }
 
 // A page's part lists the masters of its shapes among its relationships.
@@ -386,7 +512,9 @@ void DrawingPage::EnsureMasterRelationship(const DrawingMaster& master) {
     if (relationship.target == master.partName()) return;
   const std::string id = package.AddRelationship(partName_, kMasterRelationship, master.partName());
   drawing_.journal().Record([&package, part = partName_, id] { package.RemoveRelationship(part, id); },
-                            [&package, part = partName_, target = master.partName(), id] { package.AddRelationship(part, kMasterRelationship, target, id); });
+                            [&package, part = partName_, target = master.partName(), id] {
+                              package.AddRelationship(part, kMasterRelationship, target, id);
+                            });
 }
 
 }  // namespace vardo

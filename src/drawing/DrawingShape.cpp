@@ -14,8 +14,10 @@ bool IsFormatMarker(pugi::xml_node node) {
 // Line ends are CR LF in a file and LF in the program.
 void AppendLines(std::string& text, std::string_view raw) {
   for (size_t i = 0; i < raw.size(); ++i) {
-    if (raw[i] != '\r') text += raw[i];
-    else if (i + 1 >= raw.size() || raw[i + 1] != '\n') text += '\n';
+    if (raw[i] != '\r')
+      text += raw[i];
+    else if (i + 1 >= raw.size() || raw[i + 1] != '\n')
+      text += '\n';
   }
 }
 
@@ -45,7 +47,8 @@ int DrawingShape::MasterId() const { return element().attribute("Master").as_int
 
 std::string DrawingShape::Text() const {
   std::string text;
-  for (const pugi::xml_node child : FindChild("Text").children()) AppendLines(text, child.type() == pugi::node_element ? child.child_value() : child.value());
+  for (const pugi::xml_node child : FindChild("Text").children())
+    AppendLines(text, child.type() == pugi::node_element ? child.child_value() : child.value());
   if (!text.empty() && text.back() == '\n') text.pop_back();
   return text;
 }

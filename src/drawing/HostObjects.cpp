@@ -15,8 +15,12 @@ HostError BadIndex(std::string_view what, const std::string& index) {
 
 class CellObject : public IVCell {
  public:
-  CellObject(DrawingHost& host, const SheetRef& ref, CellAddress address) : host_(host), ref_(ref), address_(std::move(address)) {}
-  std::string Formula() override { return Existing().Formula(address_); }
+  CellObject(DrawingHost& host, const SheetRef& ref, CellAddress address)
+      : host_(host), ref_(ref), address_(std::move(address)) {}
+  std::string Formula() override {
+    Existing();
+    return host_.FormulaOf(ref_, address_);
+  }
   void SetFormula(std::string_view formula) override {
     Existing();
     host_.WriteFormula(ref_, address_, formula);
@@ -58,11 +62,13 @@ class ShapeObject : public IVShape {
     if (auto address = View().Find(name)) return std::make_shared<CellObject>(host_, ref_, *std::move(address));
     throw HostError(kHostNoSuchCell, "The cell " + std::string(name) + " does not exist.");
   }
-  bool CellExists(std::string_view name, short localOnly) override { return View().Find(name, localOnly != kExistsAnywhere).has_value(); }
+  bool CellExists(std::string_view name, short localOnly) override {
+    return View().Find(name, localOnly != kExistsAnywhere).has_value();
+  }
   IVCellPtr CellsSRC(short section, short row, short column) override {
     if (auto address = View().Find(section, row, column)) return std::make_shared<CellObject>(host_, ref_, *std::move(address));
-    throw HostError(kHostNoSuchCell,
-                    "There is no cell " + std::to_string(column) + " in row " + std::to_string(row) + " of section " + std::to_string(section) + ".");
+    throw HostError(kHostNoSuchCell, "There is no cell " + std::to_string(column) + " in row " + std::to_string(row) +
+                                         " of section " + std::to_string(section) + ".");
   }
 
   std::string Text() override { return host_.ResolveShape(ref_).Text(); }
@@ -83,21 +89,23 @@ class ShapeObject : public IVShape {
     return info ? static_cast<int>(View().Rows(*info).size()) : 0;
   }
   bool RowExists(short section, short row, short localOnly) override {
-    if (section == kSectionObject) return !IsOneDimensionalRow(row) ? FindObjectCell(row, 0) != nullptr : View().IsOneDimensional();
+    if (section == kSectionObject)
+      return !IsOneDimensionalRow(row) ? FindObjectCell(row, 0) != nullptr : View().IsOneDimensional();
     const SectionInfo* info = FindSection(section);
     if (!info || row < 0) return false;
     const std::vector<Sheet::Row> rows = View().Rows(*info);
     return static_cast<size_t>(row) < rows.size() && (localOnly == kExistsAnywhere || rows[static_cast<size_t>(row)].local);
   }
   void AddSection(short section) override { View().AddSection(host_.drawing().editor(), Known(section)); }
-  short AddRow(short section, short row, short) override { return View().AddRow(host_.drawing().editor(), Known(section), row); }
+  short AddRow(short section, short row, short) override { return host_.AddRow(ref_, Known(section), row); }
   short AddNamedRow(short section, std::string_view name, short) override {
     return View().AddNamedRow(host_.drawing().editor(), Known(section), name);
   }
-  void DeleteRow(short section, short row) override { View().DeleteRow(host_.drawing().editor(), Known(section), row); }
+  void DeleteRow(short section, short row) override { host_.DeleteRow(ref_, section, row); }
 
   int SetFormulas(const std::vector<std::int16_t>& stream, const std::vector<std::string>& formulas, short) override {
-    if (formulas.empty() || stream.size() % 3 != 0) throw HostError(kHostNotAllowed, "A list of cells needs three numbers for each cell and a formula.");
+    if (formulas.empty() || stream.size() % 3 != 0)
+      throw HostError(kHostNotAllowed, "A list of cells needs three numbers for each cell and a formula.");
     const size_t count = stream.size() / 3;
     for (size_t i = 0; i < count; ++i)
       CellsSRC(stream[3 * i], stream[3 * i + 1], stream[3 * i + 2])->SetFormula(formulas[std::min(i, formulas.size() - 1)]);
@@ -260,7 +268,8 @@ class WindowObject : public IVWindow, OfDrawing {
 class EventListObject : public IVEventList {
  public:
   explicit EventListObject(DrawingHost& host) : host_(host) {}
-  IVEventPtr AddAdvise(std::int16_t code, const IVEventSinkPtr& sink, std::string_view iid, std::string_view targetArgs) override {
+  IVEventPtr AddAdvise(std::int16_t code, const IVEventSinkPtr& sink, std::string_view iid,
+                       std::string_view targetArgs) override {
     if (!iid.empty() || !sink) throw HostError(kHostNotAllowed, "An event needs a sink and an empty interface identifier.");
     return host_.Advise(code, sink, targetArgs);
   }

@@ -36,7 +36,8 @@ void WriteAttribute(pugi::xml_node node, const char* name, const std::optional<s
     return;
   }
   pugi::xml_attribute attribute = node.attribute(name);
-  if (!attribute) attribute = behind.empty() ? node.prepend_attribute(name) : node.insert_attribute_after(name, node.attribute(behind.c_str()));
+  if (!attribute)
+    attribute = behind.empty() ? node.prepend_attribute(name) : node.insert_attribute_after(name, node.attribute(behind.c_str()));
   attribute.set_value(value->c_str());
 }
 
@@ -51,14 +52,19 @@ void TreeEditor::SetAttribute(XmlPart& part, pugi::xml_node node, const char* na
   ChangeAttribute(part, node, name, std::string(value));
 }
 
-void TreeEditor::RemoveAttribute(XmlPart& part, pugi::xml_node node, const char* name) { ChangeAttribute(part, node, name, std::nullopt); }
+void TreeEditor::RemoveAttribute(XmlPart& part, pugi::xml_node node, const char* name) {
+  ChangeAttribute(part, node, name, std::nullopt);
+}
 
-void TreeEditor::ChangeAttribute(XmlPart& part, pugi::xml_node node, const std::string& name, const std::optional<std::string>& after) {
+void TreeEditor::ChangeAttribute(XmlPart& part, pugi::xml_node node, const std::string& name,
+                                 const std::optional<std::string>& after) {
   const std::optional<std::string> before = ReadAttribute(node, name.c_str());
   if (before == after) return;
   const pugi::xml_attribute there = node.attribute(name.c_str());
   const std::string behind = (there ? there.previous_attribute() : node.last_attribute()).name();
-  const auto write = [node, name, behind](const std::optional<std::string>& value) { WriteAttribute(node, name.c_str(), value, behind); };
+  const auto write = [node, name, behind](const std::optional<std::string>& value) {
+    WriteAttribute(node, name.c_str(), value, behind);
+  };
   Make(
       part, [=] { write(after); }, [=] { write(before); });
 }

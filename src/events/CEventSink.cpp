@@ -7,6 +7,7 @@
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
 #include "catalog/NameCatalogues.h"
+#include "connect/Glue_Connections.h"
 #include "events/PageRegisters.h"
 #include "props/PropertyCells.h"
 #include "props/StringFunctions.h"
@@ -63,8 +64,8 @@ std::string TakeFirst(std::vector<std::string>& queue) {
 
 }  // namespace
 
-void CEventSink::VisEventProc(std::int16_t eventCode, const IVApplicationPtr&, std::int32_t, std::int32_t, const EventSubject& subject,
-                              std::string_view moreInfo) {
+void CEventSink::VisEventProc(std::int16_t eventCode, const IVApplicationPtr&, std::int32_t, std::int32_t,
+                              const EventSubject& subject, std::string_view moreInfo) {
   // The host must never see a failure of its listener.
   try {
     DrainQueues();
@@ -72,14 +73,19 @@ void CEventSink::VisEventProc(std::int16_t eventCode, const IVApplicationPtr&, s
   }
   try {
     switch (static_cast<std::uint16_t>(eventCode)) {
-      case kEventBeforeSelectionDelete: return BeforeSelectionDelete(std::get<IVSelectionPtr>(subject));
-      case kEventPageAdded: return PageAdded(std::get<IVPagePtr>(subject));
-      case kEventShapeAdded: return ShapeAdded(std::get<IVShapePtr>(subject));
-      case kEventPageDeleted: return PageDeleted(std::get<IVPagePtr>(subject));
+      case kEventBeforeSelectionDelete:
+        return BeforeSelectionDelete(std::get<IVSelectionPtr>(subject));
+      case kEventPageAdded:
+        return PageAdded(std::get<IVPagePtr>(subject));
+      case kEventShapeAdded:
+        return ShapeAdded(std::get<IVShapePtr>(subject));
+      case kEventPageDeleted:
+        return PageDeleted(std::get<IVPagePtr>(subject));
       case kEventTextChanged:
         if (visApp->ActiveWindow()->Selection()->Count() == 0) ShapeTextEdited(moreInfo);
         return;
-      default: return;
+      default:
+        return;
     }
   } catch (const std::exception&) {
   }
@@ -124,7 +130,8 @@ void CEventSink::PageAdded(const IVPagePtr& page) try {
   const IVShapePtr sheet = page->PageSheet();
   for (const BookkeepingRow& row : kBookkeepingRows) sheet->AddNamedRow(kSectionProp, row.name, kTagDefault);
   for (const BookkeepingRow& row : kBookkeepingRows)
-    sheet->Cells(CellName(row.name))->SetFormula(row.name == kParentPageRow ? Quoted(PendingParentPage) : std::string(row.formula));
+    sheet->Cells(CellName(row.name))
+        ->SetFormula(row.name == kParentPageRow ? Quoted(PendingParentPage) : std::string(row.formula));
   PendingParentPage.clear();
   for (short row = 0; row < static_cast<short>(std::size(kBookkeepingRows)); ++row)
     sheet->CellsSRC(kSectionProp, row, kCellPropInvisible)->SetFormula("1");
@@ -135,7 +142,11 @@ void CEventSink::PageAdded(const IVPagePtr& page) try {
 void CEventSink::ShapeAdded(const IVShapePtr& shape) try {
   if (const short type = shape->Type(); type != kShapeTypeGroup && type != kShapeTypeShape) return;
   const std::string kind = KindOf(shape);
-  if (!IsModuleKind(kind)) return;
+  if (!IsModuleKind(kind)) {
+    const IVShapePtr selected = visApp->ActiveWindow()->Selection()->Item(1);
+    if (selected->RowExists(kSectionObject, kRowXForm1D, kExistsAnywhere)) CheckConnector();
+    return;
+  }
   const std::string text = shape->Text();
   if (!text.empty() && NameOccursAtLeast(AllModuleNames(), text, 1)) Renumber(shape, kind);
   IncrementPageCount(shape);

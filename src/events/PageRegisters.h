@@ -2,16 +2,13 @@
 #pragma once
 
 #include "addin/host/HostFwd.h"
+#include "props/ModuleKinds.h"
 
 #include <string>
 #include <string_view>
 #include <unordered_set>
 
 namespace vardo {
-
-// The fourteen kinds of module, in the order of a page's registers.
-inline constexpr std::string_view kModuleKinds[] = {"Create", "Process", "Decide", "Assign",   "Batch",    "Separate", "Record",
-                                                    "Dispose", "Entity",  "Queue",  "Resource", "Schedule", "Set",      "Variable"};
 
 struct BookkeepingRow {
   std::string_view name;
@@ -20,14 +17,12 @@ struct BookkeepingRow {
 
 inline constexpr std::string_view kParentPageRow = "VardoParentPage";
 
-// Letter case counts.
-bool IsModuleKind(std::string_view name);
-
 // A list of shape positions a kind, the number of module shapes, and the page that a submodel page belongs to.
 inline constexpr BookkeepingRow kBookkeepingRows[] = {
-    {"Create", "\"\""},   {"Process", "\"\""},  {"Decide", "\"\""}, {"Assign", "\"\""},   {"Batch", "\"\""}, {"Separate", "\"\""},
-    {"Record", "\"\""},   {"Dispose", "\"\""},  {"Entity", "\"\""}, {"Queue", "\"\""},    {"Resource", "\"\""}, {"Schedule", "\"\""},
-    {"Set", "\"\""},      {"Variable", "\"\""}, {"Count", "0"},     {"SelectionCount", "0"}, {kParentPageRow, "\"\""},
+    {"Create", "\"\""},      {"Process", "\"\""},      {"Decide", "\"\""},  {"Assign", "\"\""},   {"Batch", "\"\""},
+    {"Separate", "\"\""},    {"Record", "\"\""},       {"Dispose", "\"\""}, {"Entity", "\"\""},   {"Queue", "\"\""},
+    {"Resource", "\"\""},    {"Schedule", "\"\""},     {"Set", "\"\""},     {"Variable", "\"\""}, {"Count", "0"},
+    {"SelectionCount", "0"}, {kParentPageRow, "\"\""},
 };
 
 // The positions of all shapes of a kind, over all pages of the active document, joined with ";"; empty when there are none.
@@ -40,8 +35,8 @@ int KindShapeCount(std::string_view kind);
 // Positions among the page's shapes.
 using ShapeIndexes = std::unordered_set<int>;
 
-// Writes the page's registers and its count anew, as they will be once the shapes at those positions have gone: the ones behind a shape that
-// goes move up. Throws HostError.
+// Writes the page's registers and its count anew, as they will be once the shapes at those positions have gone: the ones behind a
+// shape that goes move up. Throws HostError.
 void CountModuleNames(const IVPagePtr& page, const ShapeIndexes& goingAway);
 
 }  // namespace vardo

@@ -1,6 +1,6 @@
 // The pages that Process shapes of the type Submodel have of their own.
-//   A Process names its page in Prop.VardoSubPage; the page names the one its Process stands on in Prop.VardoParentPage. Pages are those of
-//   the active document. Everything here throws what the host throws.
+//   A Process names its page in Prop.VardoSubPage; the page names the one its Process stands on in Prop.VardoParentPage. Pages
+//   are those of the active document. Everything here throws what the host throws.
 #pragma once
 
 #include "addin/host/HostFwd.h"
@@ -17,9 +17,9 @@ extern std::string PendingParentPage;
 // Names are compared exactly.
 bool PageExists(std::string_view name);
 
-// The page name for a Process named `name` whose page now is currentPage (may be empty): the name and " (Submodel)". A name of more
-// than 20 characters is cut to 18 and given the number of pages that start alike, so that no page name is longer than 31; a page that
-// is the Process's already keeps its name.
+// The page name for a Process named `name` whose page now is currentPage (may be empty): the name and " (Submodel)". A name of
+// more than 20 characters is cut to 18 and given the number of pages that start alike, so that no page name is longer than 31; a
+// page that is the Process's already keeps its name.
 std::string SubmodelPageName(std::string_view name, std::string_view currentPage);
 
 // Shows the submodel page of a Process shape; makes and links it first when there is none.

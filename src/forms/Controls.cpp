@@ -9,13 +9,16 @@ namespace vardo {
 namespace {
 
 int CheckedIndex(int index, int lowest, const std::vector<std::string>& items) {
-  if (index < lowest || index >= static_cast<int>(items.size())) throw RuntimeError::InvalidArgument("list index " + std::to_string(index));
+  if (index < lowest || index >= static_cast<int>(items.size()))
+    throw RuntimeError::InvalidArgument("list index " + std::to_string(index));
   return index;
 }
 
 }  // namespace
 
-Control::Control(Form& form, std::string_view name, ControlKind kind) : form_(form), name_(name), kind_(kind) { form.Register(*this); }
+Control::Control(Form& form, std::string_view name, ControlKind kind) : form_(form), name_(name), kind_(kind) {
+  form.Register(*this);
+}
 
 void Control::SetCaption(std::string_view caption) {
   caption_ = caption;
@@ -44,7 +47,9 @@ void Control::SetVisible(bool visible) {
 
 bool Control::Shown() const { return visible_ && (parent_ == nullptr || parent_->Shown()); }
 
-bool Control::TakesFocus() const { return kind_ != ControlKind::Label && kind_ != ControlKind::Frame && kind_ != ControlKind::Line; }
+bool Control::TakesFocus() const {
+  return kind_ != ControlKind::Label && kind_ != ControlKind::Frame && kind_ != ControlKind::Line;
+}
 
 void Control::MoveFocusHere() { form_.MoveFocus(*this); }
 

@@ -40,7 +40,8 @@ class Platform {
   // A key that is equal for two texts exactly when EqualTextIgnoringCase holds; for counting in linear time.
   virtual std::string CaseFoldKey(std::string_view text) = 0;
 
-  // Whether a character (UTF-8) is a letter, or a letter or digit, in the ANSI code page. One that the code page has not is neither.
+  // Whether a character (UTF-8) is a letter, or a letter or digit, in the ANSI code page. One that the code page has not is
+  // neither.
   virtual bool IsAnsiAlpha(std::string_view character) = 0;
   virtual bool IsAnsiAlphaNumeric(std::string_view character) = 0;
 

@@ -56,9 +56,12 @@ bool AddinSession::RunStatement(std::string_view statement) {
   }
   if (host_.selection().empty()) return false;
   const SheetRef selected{host_.serial(), page, host_.selection().front()};
-  if (call == "ShowEditor Application,ActiveWindow.Selection.Item(1)") ShowEditor(selected, false);
-  else if (call == "Submodel Application,ActiveWindow.Selection.Item(1)") Submodel(selected);
-  else return false;
+  if (call == "ShowEditor Application,ActiveWindow.Selection.Item(1)")
+    ShowEditor(selected, false);
+  else if (call == "Submodel Application,ActiveWindow.Selection.Item(1)")
+    Submodel(selected);
+  else
+    return false;
   return true;
 }
 

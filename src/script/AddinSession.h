@@ -24,12 +24,13 @@ class AddinSession {
 
   // Opens the module dialog of a shape, selected first when asked; all it writes is one undo step.
   void ShowEditor(const SheetRef& shape, bool select);
-  // Show a Process's submodel page, made when there is none; and the page that a submodel's Process stands on. One undo step each.
+  // Show a Process's submodel page, made when there is none; and the page that a submodel's Process stands on. One undo step
+  // each.
   void Submodel(const SheetRef& shape);
   void CloseSubmodel(int pageId);
 
-  // Runs what RUNADDON is given in a formula or menu item. False when it is none of the statements that our shapes use, so that it
-  // names a program of somebody else's.
+  // Runs what RUNADDON is given in a formula or menu item. False when it is none of the statements that our shapes use, so that
+  // it names a program of somebody else's.
   bool RunStatement(std::string_view statement);
 
  private:

@@ -7,14 +7,22 @@ using Json = nlohmann::ordered_json;
 
 const char* KindName(ControlKind kind) {
   switch (kind) {
-    case ControlKind::Label: return "label";
-    case ControlKind::Combo: return "combo";
-    case ControlKind::Text: return "text";
-    case ControlKind::Check: return "check";
-    case ControlKind::Button: return "button";
-    case ControlKind::List: return "list";
-    case ControlKind::Frame: return "frame";
-    case ControlKind::Line: return "line";
+    case ControlKind::Label:
+      return "label";
+    case ControlKind::Combo:
+      return "combo";
+    case ControlKind::Text:
+      return "text";
+    case ControlKind::Check:
+      return "check";
+    case ControlKind::Button:
+      return "button";
+    case ControlKind::List:
+      return "list";
+    case ControlKind::Frame:
+      return "frame";
+    case ControlKind::Line:
+      return "line";
   }
   return "";
 }
@@ -36,9 +44,14 @@ Json ControlToJson(const Control& control) {
 
 Json FormToJson(const Form& form) {
   const TwipsRect& place = form.Place();
-  Json json = {{"name", form.name()},     {"caption", form.Caption()}, {"left", place.left},
-               {"top", place.top},        {"width", place.width},      {"height", place.height},
-               {"focus", form.Focus() ? Json(form.Focus()->name()) : Json()}, {"controls", Json::array()}};
+  Json json = {{"name", form.name()},
+               {"caption", form.Caption()},
+               {"left", place.left},
+               {"top", place.top},
+               {"width", place.width},
+               {"height", place.height},
+               {"focus", form.Focus() ? Json(form.Focus()->name()) : Json()},
+               {"controls", Json::array()}};
   for (const Control* control : form.Controls()) json["controls"].push_back(ControlToJson(*control));
   return json;
 }

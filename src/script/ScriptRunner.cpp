@@ -65,6 +65,9 @@ Json ValueJson(const CellValue& value) {
   return std::get<std::string>(value);
 }
 
+// A command without a result returns null; one whose result is null returns this.
+Json NullResult() { return Json(Json::value_t::discarded); }
+
 bool IsTrue(const CellValue& value) { return std::holds_alternative<double>(value) && std::get<double>(value) != 0; }
 
 }  // namespace
@@ -76,7 +79,9 @@ class ScriptRunner::ScriptPlatform : public ForwardingPlatform {
   void ShowMessage(std::string_view text, std::string_view title, int style) override {
     runner_.Event("message", {{"text", text}, {"title", title}, {"style", style}});
   }
-  void ShowHelp(std::string_view file, std::string_view topic) override { runner_.Event("help", {{"file", file}, {"topic", topic}}); }
+  void ShowHelp(std::string_view file, std::string_view topic) override {
+    runner_.Event("help", {{"file", file}, {"topic", topic}});
+  }
   TwipsSize ScreenSize() override { return screen; }
 
   TwipsSize screen{1280 * 15.0, 1024 * 15.0};
@@ -126,6 +131,7 @@ const ScriptRunner::Command ScriptRunner::kCommands[] = {
     {"shapes", When::Always, &ScriptRunner::Shapes},
     {"drop", When::NoForm, &ScriptRunner::Drop},
     {"paste", When::NoForm, &ScriptRunner::Paste},
+    {"connect", When::NoForm, &ScriptRunner::Connect},
     {"select", When::NoForm, &ScriptRunner::Select},
     {"delete", When::NoForm, &ScriptRunner::Delete},
     {"text", When::NoForm, &ScriptRunner::TypeText},
@@ -160,7 +166,10 @@ const ScriptRunner::Command ScriptRunner::kCommands[] = {
 };
 
 ScriptRunner::ScriptRunner(bool withAddin, LineSource nextLine, std::ostream& output, Platform& machine)
-    : nextLine_(std::move(nextLine)), output_(output), session_(withAddin), platform_(std::make_unique<ScriptPlatform>(*this, machine)) {
+    : nextLine_(std::move(nextLine)),
+      output_(output),
+      session_(withAddin),
+      platform_(std::make_unique<ScriptPlatform>(*this, machine)) {
   SetPlatform(platform_.get());
 }
 
@@ -201,7 +210,10 @@ void ScriptRunner::Handle(const std::string& line) {
     name = Text(request, "do");
     Json result = Execute(name, request);
     reply["ok"] = true;
-    if (!result.is_null()) reply["result"] = std::move(result);
+    if (result.is_discarded())
+      reply["result"] = nullptr;
+    else if (!result.is_null())
+      reply["result"] = std::move(result);
   } catch (const RuntimeError& error) {
     reply["ok"] = false;
     reply["error"] = {{"number", error.number()}, {"description", name + ": " + error.description()}};
@@ -219,12 +231,15 @@ void ScriptRunner::Handle(const std::string& line) {
 Json ScriptRunner::Execute(const std::string& name, const Json& arguments) {
   const auto command = std::find_if(std::begin(kCommands), std::end(kCommands), [&](const Command& c) { return c.name == name; });
   if (command == std::end(kCommands)) Refuse("there is no such command");
-  if (command->when == When::NoForm && TopForm()) Refuse("this changes the drawing and has to wait until " + TopForm()->name() + " is closed");
+  if (command->when == When::NoForm && TopForm())
+    Refuse("this changes the drawing and has to wait until " + TopForm()->name() + " is closed");
   if (command->when == When::FormOnly && !TopForm()) Refuse("no form is shown");
   return (this->*command->run)(arguments);
 }
 
-void ScriptRunner::Emit(const Json& line) { output_ << line.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n' << std::flush; }
+void ScriptRunner::Emit(const Json& line) {
+  output_ << line.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n' << std::flush;
+}
 
 void ScriptRunner::Event(const char* name, Json fields) {
   Json event = {{"event", name}};
@@ -261,7 +276,9 @@ Json ScriptRunner::Pages(const Json&) {
   return pages;
 }
 
-Json ScriptRunner::PageAdd(const Json& arguments) { return {{"name", session_.host().AddPage(Optional<std::string>(arguments, "name"))->Name()}}; }
+Json ScriptRunner::PageAdd(const Json& arguments) {
+  return {{"name", session_.host().AddPage(Optional<std::string>(arguments, "name"))->Name()}};
+}
 
 Json ScriptRunner::PageDelete(const Json& arguments) {
   Required(arguments, "page");
@@ -304,15 +321,38 @@ Json ScriptRunner::Shapes(const Json& arguments) {
 Json ScriptRunner::Drop(const Json& arguments) {
   DrawingPage& page = PageArgument(arguments);
   const double x = Optional<double>(arguments, "x").value_or(1), y = Optional<double>(arguments, "y").value_or(1);
-  const IVShapePtr shape = session_.host().Drop(Text(arguments, "master"), page.id(), x, y, Optional<std::string>(arguments, "text"));
+  const IVShapePtr shape =
+      session_.host().Drop(Text(arguments, "master"), page.id(), x, y, Optional<std::string>(arguments, "text"));
+  if (!shape) return NullResult();
   return {{"id", shape->ID()}, {"index", shape->Index()}, {"name", shape->Name()}};
+}
+
+DrawingHost::End ScriptRunner::EndArgument(const Json& arguments, DrawingPage& page, const char* shape, const char* point) {
+  DrawingHost::End end;
+  if (arguments.contains(shape)) end.shape = ShapeNamed(arguments[shape], page).shape;
+  end.point = Optional<int>(arguments, point);
+  if (end.point && !end.shape) Refuse(std::string("the argument \"") + point + "\" needs \"" + shape + "\"");
+  const auto glue = Optional<std::string>(arguments, "glue");
+  if (glue && *glue != "dynamic") Refuse("the argument \"glue\" can only be \"dynamic\"");
+  end.walks = glue.has_value();
+  return end;
+}
+
+Json ScriptRunner::Connect(const Json& arguments) {
+  DrawingPage& page = PageArgument(arguments);
+  const DrawingHost::End from = EndArgument(arguments, page, "from", "fromPoint"),
+                         to = EndArgument(arguments, page, "to", "toPoint");
+  const IVShapePtr shape = session_.host().Connect(Text(arguments, "master"), page.id(), from, to);
+  if (!shape) return NullResult();
+  return {{"id", shape->ID()}, {"name", shape->Name()}};
 }
 
 Json ScriptRunner::Paste(const Json& arguments) {
   DrawingPage& from = PageArgument(arguments, "from");
   const int target = PageArgument(arguments).id();
   std::vector<SheetRef> originals;
-  for (const Json& shape : As<std::vector<Json>>(Required(arguments, "shapes"), "shapes")) originals.push_back(ShapeNamed(shape, from));
+  for (const Json& shape : As<std::vector<Json>>(Required(arguments, "shapes"), "shapes"))
+    originals.push_back(ShapeNamed(shape, from));
   Json copies = Json::array();
   for (const IVShapePtr& shape : session_.host().Paste(originals, target))
     copies.push_back({{"id", shape->ID()}, {"index", shape->Index()}, {"name", shape->Name()}});
@@ -340,10 +380,11 @@ Json ScriptRunner::TypeText(const Json& arguments) {
 }
 
 Json ScriptRunner::Cell(const Json& arguments) {
-  const Sheet& sheet = *session_.host().Resolve(SheetArgument(arguments)).sheet;
+  const SheetRef ref = SheetArgument(arguments);
+  const Sheet& sheet = *session_.host().Resolve(ref).sheet;
   const auto address = sheet.Find(Text(arguments, "name"));
   if (!address) return {{"exists", false}};
-  return {{"exists", true}, {"formula", sheet.Formula(*address)}, {"value", ValueJson(sheet.Value(*address))}};
+  return {{"exists", true}, {"formula", session_.host().FormulaOf(ref, *address)}, {"value", ValueJson(sheet.Value(*address))}};
 }
 
 Json ScriptRunner::SetCell(const Json& arguments) {
@@ -352,13 +393,15 @@ Json ScriptRunner::SetCell(const Json& arguments) {
 }
 
 Json ScriptRunner::Rows(const Json& arguments) {
-  const Sheet& sheet = *session_.host().Resolve(SheetArgument(arguments)).sheet;
+  const SheetRef ref = SheetArgument(arguments);
+  const Sheet& sheet = *session_.host().Resolve(ref).sheet;
   const SectionInfo* section = FindSection(As<short>(Required(arguments, "section"), "section"));
   Json rows = Json::array();
   if (!section) return rows;
   for (const Sheet::Row& row : sheet.Rows(*section)) {
     Json cells = Json::object();
-    for (const auto& [name, formula] : sheet.RowCells(*section, row)) cells[name] = formula;
+    for (const ColumnInfo& column : section->columns)
+      cells[std::string(column.name)] = session_.host().FormulaOf(ref, {section, row.key, std::string(column.name)});
     rows.push_back({{"name", row.key}, {"cells", cells}});
   }
   return rows;
@@ -384,7 +427,8 @@ Json ScriptRunner::Menus(const Json&) {
   for (const MenuData& menu : session_.host().menus().Shown()) {
     if (!menu.added) continue;
     Json items = Json::array();
-    for (const MenuItemData& item : menu.items) items.push_back({{"caption", item.caption}, {"position", item.position}, {"runs", item.runs}});
+    for (const MenuItemData& item : menu.items)
+      items.push_back({{"caption", item.caption}, {"position", item.position}, {"runs", item.runs}});
     menus.push_back({{"caption", menu.caption}, {"position", menu.position}, {"items", items}});
   }
   return menus;
@@ -407,7 +451,8 @@ Json ScriptRunner::Actions(const Json& arguments) {
   Json actions = Json::array();
   for (const Sheet::Row& row : sheet.Rows(section)) {
     const auto cell = [&](const char* name) { return CellAddress{&section, row.key, name}; };
-    if (!IsTrue(sheet.Value(cell("Invisible")))) actions.push_back({{"menu", ValueJson(sheet.Value(cell("Menu")))}, {"action", sheet.Formula(cell("Action"))}});
+    if (!IsTrue(sheet.Value(cell("Invisible"))))
+      actions.push_back({{"menu", ValueJson(sheet.Value(cell("Menu")))}, {"action", sheet.Formula(cell("Action"))}});
   }
   return actions;
 }

@@ -20,7 +20,11 @@ frmCreate::frmCreate() : ModuleDialog("frmCreate", "Create", "Create_.htm") {
   lblFirstCreation.SetCaption("&First Creation:");
 
   Name(cboName, "CreateName", NameList::FlowModules);
-  Field(cboEntityType, "CreateEntityType").Default("Entity 1").Offers(NameList::EntityTypes).Check(kSymbolName).WhenEmpty("Entity 1");
+  Field(cboEntityType, "CreateEntityType")
+      .Default("Entity 1")
+      .Offers(NameList::EntityTypes)
+      .Check(kSymbolName)
+      .WhenEmpty("Entity 1");
   Field(cboType, "CreateType").Default("Random").Items({"Random", "Schedule", "Constant", "Expression"});
   Field(txtValue, "CreateValue").Default("1").Check(kExpression).WhenEmpty("1");
   Field(cboUnits, "CreateUnits").Default("Hours").Items({"Seconds", "Minutes", "Hours", "Days"});
@@ -28,7 +32,11 @@ frmCreate::frmCreate() : ModuleDialog("frmCreate", "Create", "Create_.htm") {
   Field(txtMaxArrivals, "CreateMaxBatches").Default("Infinite").Check(kExpression).WhenEmpty("Infinite");
   Field(txtFirstCreation, "CreateFirstCreation").Default("0.0").Check(kExpression).WhenEmpty("0.0");
   Field(cboExpression, "CreateExpression").Default("1").Items(kExpressionTemplates).Check(kExpression).WhenEmpty("1");
-  Field(cboScheduleName, "CreateScheduleName").Default("Schedule 1").Offers(NameList::Schedules).Check(kSymbolName).WhenEmpty("Schedule 1");
+  Field(cboScheduleName, "CreateScheduleName")
+      .Default("Schedule 1")
+      .Offers(NameList::Schedules)
+      .Check(kSymbolName)
+      .WhenEmpty("Schedule 1");
 
   cboType.Click = [this] { cboType_Click(); };
 
