@@ -70,8 +70,8 @@ class DrawingHost {
   // Draws a connector and glues its ends before its event is raised; it is selected then. Points count from 1. Null when a listener has
   // deleted it. Throws HostError when the master is no connector or a shape has no such point; nothing is drawn then.
   struct End {
-    std::optional<int> shape;  // none: a loose end
-    std::optional<int> point;
+    std::optional<int> shape = {};  // none: a loose end
+    std::optional<int> point = {};
     bool walks = false;  // without a point: glued to the shape as a whole, not to a new point at its outline
   };
   IVShapePtr Connect(std::string_view master, int pageId, const End& begin, const End& end);

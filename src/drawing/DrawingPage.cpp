@@ -212,6 +212,7 @@ void DrawingPage::CopyGlue(const DrawingPage& from, const std::unordered_map<int
   for (const pugi::xml_node connect : from.contents_->root().child("Connects").children("Connect"))
     if (newIds.contains(NumberOr(connect, "FromSheet")) && newIds.contains(NumberOr(connect, "ToSheet"))) glue.push_back(connect);
   if (glue.empty()) return;
+  connectsKnown_ = false;
   TreeEditor& editor = drawing_.editor();
   const pugi::xml_node connects = ConnectsElement();
   for (const pugi::xml_node connect : glue) {
@@ -378,17 +379,27 @@ pugi::xml_node DrawingPage::ConnectsElement() {
   return connects ? connects : drawing_.editor().InsertElement(*contents_, contents_->root(), "Connects", ShapesElement().next_sibling());
 }
 
+std::map<std::pair<int, int>, pugi::xml_node>& DrawingPage::Connects() {
+  if (connectsKnown_) return connects_;
+  connectsKnown_ = true;
+  connects_.clear();
+  for (const pugi::xml_node connect : contents_->root().child("Connects").children("Connect"))
+    connects_.emplace(std::pair(NumberOr(connect, "FromSheet"), NumberOr(connect, "FromPart")), connect);
+  return connects_;
+}
+
 void DrawingPage::KeepConnect(const DrawingShape& connector, const ConnectorEnd& end) {
   TreeEditor& editor = drawing_.editor();
   const auto target = GlueTargetOf(*this, connector, end);
-  pugi::xml_node connect = contents_->root().child("Connects").find_child([&](pugi::xml_node candidate) {
-    return NumberOr(candidate, "FromSheet") == connector.id() && NumberOr(candidate, "FromPart") == end.fromPart;
-  });
+  const auto known = Connects().find({connector.id(), end.fromPart});
   if (!target) {
-    if (connect) editor.Remove(*contents_, connect);
+    if (known == connects_.end()) return;
+    editor.Remove(*contents_, known->second);
+    connects_.erase(known);
     return;
   }
-  if (!connect) connect = editor.InsertElement(*contents_, ConnectsElement(), "Connect");
+  const pugi::xml_node connect = known != connects_.end() ? known->second : editor.InsertElement(*contents_, ConnectsElement(), "Connect");
+  connects_[{connector.id(), end.fromPart}] = connect;
   const std::pair<const char*, std::string> attributes[] = {{"FromSheet", std::to_string(connector.id())}, {"FromCell", end.x},
                                                             {"FromPart", std::to_string(end.fromPart)},    {"ToSheet", std::to_string(target->shape)},
                                                             {"ToCell", target->cell},                      {"ToPart", std::to_string(target->part)}};
@@ -435,7 +446,10 @@ void DrawingPage::LoosenGlueTo(const std::vector<int>& shapeIds) {
     const ConnectorEnd* end = FindConnectorEnd(connect.attribute("FromCell").value());
     DrawingShape* connector = FindShape(from);
     if (connector && end && isGoing(to) && !isGoing(from)) LoosenEnd(*connector, *end);
-    if (isGoing(from) || isGoing(to)) drawing_.editor().Remove(*contents_, connect);
+    if (isGoing(from) || isGoing(to)) {
+      drawing_.editor().Remove(*contents_, connect);
+      if (connectsKnown_) connects_.erase({from, NumberOr(connect, "FromPart")});
+    }
     connect = next;
   }
 }
