@@ -9,6 +9,7 @@
 #include "drawing/vsdx/Package.h"
 
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -125,6 +126,8 @@ class DrawingPage {
   const Sheet* BaseOf(pugi::xml_node element, const DrawingShape* parent) const;
   pugi::xml_node ShapesElement();
   pugi::xml_node ConnectsElement();
+  // By connector and FromPart.
+  std::map<std::pair<int, int>, pugi::xml_node>& Connects();
   DrawingShape& Adopt(pugi::xml_node element, const std::string& name);
   void AdoptInnerShapes(const DrawingShape& group);
   std::string FreeName(std::string_view wanted, int id);
@@ -144,6 +147,8 @@ class DrawingPage {
   std::unordered_map<int, std::string> names_;
   std::unordered_map<std::string, int> idsByName_;
   std::unordered_map<int, std::vector<int>> readers_;
+  std::map<std::pair<int, int>, pugi::xml_node> connects_;
+  bool connectsKnown_ = false;
   bool shapesKnown_ = false, indexesKnown_ = false, namesKnown_ = false, readersKnown_ = false;
   int highestId_ = 0;
 };

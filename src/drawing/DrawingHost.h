@@ -72,8 +72,8 @@ class DrawingHost {
   // listener has deleted it. Throws HostError when the master is no connector or a shape has no such point; nothing is drawn
   // then.
   struct End {
-    std::optional<int> shape;  // none: a loose end
-    std::optional<int> point;
+    std::optional<int> shape = {};  // none: a loose end
+    std::optional<int> point = {};
     bool walks = false;  // without a point: glued to the shape as a whole, not to a new point at its outline
   };
   IVShapePtr Connect(std::string_view master, int pageId, const End& begin, const End& end);

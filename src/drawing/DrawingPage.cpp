@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <charconv>
 #include <limits>
-#include <regex>
+#include <optional>
 
 namespace vardo {
 namespace {
@@ -23,33 +23,26 @@ std::string Attribute(pugi::xml_node node, const char* first, const char* second
 
 int NumberOr(pugi::xml_node connect, const char* attribute) { return connect.attribute(attribute).as_int(-1); }
 
-// Gives references to copied shapes their new numbers; returns false when the formula also refers to a shape that was not copied.
-bool Renumbered(std::string& formula, const std::unordered_map<int, int>& newIds) {
-  static const std::regex reference(R"(Sheet\.(\d+)!)");
-  std::string result;
-  std::string::const_iterator from = formula.begin();
+// The formula with references to copied shapes given their new numbers; none when it also refers to a shape that was not copied.
+std::optional<std::string> Renumbered(std::string_view formula, const std::unordered_map<int, int>& newIds) {
+  constexpr std::string_view kById = "Sheet.";
   bool allCopied = true;
-  for (std::sregex_iterator match(formula.begin(), formula.end(), reference), end; match != end; ++match) {
-    result.append(from, (*match)[0].first);
-    const auto renumbered = newIds.find(std::atoi(match->str(1).c_str()));
-    if (renumbered == newIds.end())
-      allCopied = false;
-    else
-      result += "Sheet." + std::to_string(renumbered->second) + "!";
-    from = (*match)[0].second;
-  }
-  result.append(from, formula.cend());
-  formula = result;
-  return allCopied;
+  std::string result = RewriteReferences(formula, [&](FormulaReference& reference) {
+    if (!reference.sheet.starts_with(kById) || reference.onOtherPage) return false;
+    const auto renumbered = newIds.find(std::atoi(reference.sheet.c_str() + kById.size()));
+    allCopied = allCopied && renumbered != newIds.end();
+    if (renumbered != newIds.end()) reference.sheet = std::string(kById) + std::to_string(renumbered->second);
+    return renumbered != newIds.end();
+  });
+  return allCopied ? std::optional(std::move(result)) : std::nullopt;
 }
 
 // The same for all formulas of an element that is in no part. One that also refers to a shape without a new number keeps only its
 // value.
 void RenumberFormulas(pugi::xml_node element, const std::unordered_map<int, int>& newIds) {
   for (const pugi::xpath_node& found : element.select_nodes(".//Cell[contains(@F, 'Sheet.')]")) {
-    std::string formula = found.node().attribute("F").value();
-    if (Renumbered(formula, newIds))
-      found.node().attribute("F").set_value(formula.c_str());
+    if (const auto formula = Renumbered(found.node().attribute("F").value(), newIds))
+      found.node().attribute("F").set_value(formula->c_str());
     else
       found.node().remove_attribute("F");
   }
@@ -216,10 +209,8 @@ DrawingShape& DrawingPage::AddCopy(const DrawingShape& original, const std::unor
     editor.SetAttribute(*contents_, sub.node(), "ID", std::to_string(innerId));
   }
   for (const pugi::xpath_node& found : element.select_nodes(".//Cell[@F]")) {
-    std::string formula = found.node().attribute("F").value();
-    if (formula.find("Sheet.") == std::string::npos) continue;
-    if (Renumbered(formula, inner.empty() ? newIds : ids))
-      editor.SetAttribute(*contents_, found.node(), "F", formula);
+    if (const auto formula = Renumbered(found.node().attribute("F").value(), inner.empty() ? newIds : ids))
+      editor.SetAttribute(*contents_, found.node(), "F", *formula);
     else
       editor.RemoveAttribute(*contents_, found.node(), "F");
   }
@@ -231,6 +222,7 @@ void DrawingPage::CopyGlue(const DrawingPage& from, const std::unordered_map<int
   for (const pugi::xml_node connect : from.contents_->root().child("Connects").children("Connect"))
     if (newIds.contains(NumberOr(connect, "FromSheet")) && newIds.contains(NumberOr(connect, "ToSheet"))) glue.push_back(connect);
   if (glue.empty()) return;
+  connectsKnown_ = false;
   TreeEditor& editor = drawing_.editor();
   const pugi::xml_node connects = ConnectsElement();
   for (const pugi::xml_node connect : glue) {
@@ -435,17 +427,28 @@ pugi::xml_node DrawingPage::ConnectsElement() {
                   : drawing_.editor().InsertElement(*contents_, contents_->root(), "Connects", ShapesElement().next_sibling());
 }
 
+std::map<std::pair<int, int>, pugi::xml_node>& DrawingPage::Connects() {
+  if (connectsKnown_) return connects_;
+  connectsKnown_ = true;
+  connects_.clear();
+  for (const pugi::xml_node connect : contents_->root().child("Connects").children("Connect"))
+    connects_.emplace(std::pair(NumberOr(connect, "FromSheet"), NumberOr(connect, "FromPart")), connect);
+  return connects_;
+}
+
 void DrawingPage::KeepConnect(const DrawingShape& connector, const ConnectorEnd& end) {
   TreeEditor& editor = drawing_.editor();
   const auto target = GlueTargetOf(*this, connector, end);
-  pugi::xml_node connect = contents_->root().child("Connects").find_child([&](pugi::xml_node candidate) {
-    return NumberOr(candidate, "FromSheet") == connector.id() && NumberOr(candidate, "FromPart") == end.fromPart;
-  });
+  const auto known = Connects().find({connector.id(), end.fromPart});
   if (!target) {
-    if (connect) editor.Remove(*contents_, connect);
+    if (known == connects_.end()) return;
+    editor.Remove(*contents_, known->second);
+    connects_.erase(known);
     return;
   }
-  if (!connect) connect = editor.InsertElement(*contents_, ConnectsElement(), "Connect");
+  const pugi::xml_node connect =
+      known != connects_.end() ? known->second : editor.InsertElement(*contents_, ConnectsElement(), "Connect");
+  connects_[{connector.id(), end.fromPart}] = connect;
   const std::pair<const char*, std::string> attributes[] = {
       {"FromSheet", std::to_string(connector.id())}, {"FromCell", end.x},      {"FromPart", std::to_string(end.fromPart)},
       {"ToSheet", std::to_string(target->shape)},    {"ToCell", target->cell}, {"ToPart", std::to_string(target->part)}};
@@ -494,7 +497,10 @@ void DrawingPage::LoosenGlueTo(const std::vector<int>& shapeIds) {
     const ConnectorEnd* end = FindConnectorEnd(connect.attribute("FromCell").value());
     DrawingShape* connector = FindShape(from);
     if (connector && end && isGoing(to) && !isGoing(from)) LoosenEnd(*connector, *end);
-    if (isGoing(from) || isGoing(to)) drawing_.editor().Remove(*contents_, connect);
+    if (isGoing(from) || isGoing(to)) {
+      drawing_.editor().Remove(*contents_, connect);
+      if (connectsKnown_) connects_.erase({from, NumberOr(connect, "FromPart")});
+    }
     connect = next;
   }
 }
