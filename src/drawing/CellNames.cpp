@@ -33,6 +33,16 @@ constexpr SectionInfo kSections[] = {
     {244, "Hyperlink", "Hyperlink", true, "", "Address", kHyperlinkColumns},
 };
 
+constexpr ColumnInfo kGeometryColumns[] = {{0, "X", "0"}, {1, "Y", "0"}, {2, "A", "0"}, {3, "B", "0"},
+                                           {4, "C", "0"}, {5, "D", "0"}, {6, "E", "0"}};
+constexpr short kFirstGeometry = 10;
+constexpr SectionInfo GeometryInfo(int index, std::string_view prefix) {
+  return {static_cast<short>(kFirstGeometry + index), "Geometry", prefix, false, "", "X", kGeometryColumns, index};
+}
+constexpr SectionInfo kGeometries[] = {GeometryInfo(0, "Geometry1"), GeometryInfo(1, "Geometry2"), GeometryInfo(2, "Geometry3"),
+                                       GeometryInfo(3, "Geometry4"), GeometryInfo(4, "Geometry5"), GeometryInfo(5, "Geometry6"),
+                                       GeometryInfo(6, "Geometry7"), GeometryInfo(7, "Geometry8")};
+
 constexpr ObjectCell kObjectCells[] = {
     {kRowXFormOut, 0, "PinX", "0"},       {kRowXFormOut, 1, "PinY", "0"},    {kRowXFormOut, 2, "Width", "1"},
     {kRowXFormOut, 3, "Height", "1"},     {kRowXFormOut, 4, "LocPinX", "0"}, {kRowXFormOut, 5, "LocPinY", "0"},
@@ -53,6 +63,14 @@ std::string ColumnSpelling(const SectionInfo& section, std::string_view column) 
   for (const ColumnInfo& info : section.columns)
     if (EqualAsciiIgnoringCase(info.name, column)) return std::string(info.name);
   return std::string(column);
+}
+
+const SectionInfo* FindByPrefix(std::string_view prefix) {
+  for (const std::span<const SectionInfo> sections :
+       {std::span<const SectionInfo>(kSections), std::span<const SectionInfo>(kGeometries)})
+    for (const SectionInfo& section : sections)
+      if (EqualAsciiIgnoringCase(section.prefix, prefix)) return &section;
+  return nullptr;
 }
 
 // "X2" of "Connections.X2", where the number is a row counted from 1.
@@ -81,6 +99,10 @@ const SectionInfo* FindSectionByElement(std::string_view element) {
   return found == std::end(kSections) ? nullptr : found;
 }
 
+const SectionInfo* FindGeometry(int index) {
+  return index >= 0 && static_cast<size_t>(index) < std::size(kGeometries) ? &kGeometries[index] : nullptr;
+}
+
 std::span<const SectionInfo> AllSections() { return kSections; }
 
 const ObjectCell* FindObjectCell(std::string_view name) {
@@ -105,9 +127,8 @@ std::optional<CellName> ParseCellName(std::string_view name) {
     return CellName{nullptr, "", false, std::string(known ? known->name : name)};
   }
   const std::string_view prefix = name.substr(0, dot), rest = name.substr(dot + 1);
-  const auto section = std::find_if(std::begin(kSections), std::end(kSections),
-                                    [&](const SectionInfo& s) { return EqualAsciiIgnoringCase(s.prefix, prefix); });
-  if (section == std::end(kSections) || rest.empty()) return std::nullopt;
+  const SectionInfo* section = FindByPrefix(prefix);
+  if (!section || rest.empty()) return std::nullopt;
   if (!section->rowsHaveNames)
     if (auto numbered = ParseNumberedRow(*section, rest)) return numbered;
   const size_t second = rest.find('.');

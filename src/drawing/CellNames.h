@@ -25,11 +25,15 @@ struct SectionInfo {
   std::string_view rowType;    // T of a new row; empty for none
   std::string_view shortName;  // the column that a name without a column means
   std::span<const ColumnInfo> columns;
+  int index = -1;  // the Section's IX in a file; -1 for a section that a sheet has once
 };
 
 // Null for a section that no drawing of ours uses.
 const SectionInfo* FindSection(short section);
 const SectionInfo* FindSectionByElement(std::string_view element);
+// The path of that IX. Its rows are known by formulas, and by no number of the host's. Null beyond what formulas are likely to
+// name.
+const SectionInfo* FindGeometry(int index);
 std::span<const SectionInfo> AllSections();
 
 // A row of the object section and the cells in it. kOnlyOneDimensional rows exist on connectors alone.

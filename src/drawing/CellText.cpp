@@ -95,6 +95,14 @@ void WriteAttributes(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, con
   if (!formula.empty()) editor.SetAttribute(part, cell, "F", formula);
 }
 
+void WriteComputed(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, const CellValue& value, std::string_view formula,
+                   bool isText) {
+  if (const auto* text = std::get_if<std::string>(&value))
+    return WriteAttributes(editor, part, cell, *text, isText ? "" : "STR", formula);
+  const std::string unit = cell.attribute("U").value();
+  WriteAttributes(editor, part, cell, NumberText(std::get<double>(value)), unit == "STR" ? std::string_view() : unit, formula);
+}
+
 }  // namespace
 
 std::string QuoteText(std::string_view text) {
@@ -158,10 +166,11 @@ void WriteFormula(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, std::s
     return;
   }
   if (!value) return WriteAttributes(editor, part, cell, RawValue(cell), cell.attribute("U").value(), formula);
-  if (const auto* text = std::get_if<std::string>(&*value))
-    return WriteAttributes(editor, part, cell, *text, isText ? "" : "STR", formula);
-  const std::string_view unit = cell.attribute("U").value();
-  WriteAttributes(editor, part, cell, NumberText(std::get<double>(*value)), unit == "STR" ? std::string_view() : unit, formula);
+  WriteComputed(editor, part, cell, *value, formula, isText);
+}
+
+void WriteValue(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, const CellValue& value, bool isText) {
+  WriteComputed(editor, part, cell, value, std::string(cell.attribute("F").value()), isText);
 }
 
 std::string NumberText(double value) {

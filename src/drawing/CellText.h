@@ -41,6 +41,9 @@ std::optional<Constant> ParseConstant(std::string_view formula);
 void WriteFormula(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, std::string_view formula,
                   const std::optional<CellValue>& value, bool isText);
 
+// Writes what the cell's formula has become, and leaves the formula.
+void WriteValue(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, const CellValue& value, bool isText);
+
 // A number as the files have it: at most 16 significant digits, no trailing zeros, no negative zero.
 std::string NumberText(double value);
 // The whole text as a finite number in the C locale.

@@ -1,6 +1,7 @@
 #include "drawing/Drawing.h"
 
 #include "addin/host/HostError.h"
+#include "drawing/Glue.h"
 #include "drawing/VisioXml.h"
 #include "drawing/stencil/StencilPackage.h"
 #include "drawing/vsdx/FileError.h"
@@ -86,6 +87,7 @@ void Drawing::ReadDocument() {
 void Drawing::Reread() {
   pages_.clear();
   masters_.clear();
+  masterFormulas_.clear();
   ReadMasters();
   ReadPages();
 }
@@ -227,22 +229,39 @@ void Drawing::SetListed(const ListedPart& listed, bool present) {
     package_->RemoveRelationship(listed.list, listed.relationship);
 }
 
-CellLookup Drawing::LookupFor(DrawingPage* page, const Sheet& sheet) {
-  return [this, page, &sheet](std::string_view sheetName, std::string_view cell) -> std::optional<CellValue> {
-    constexpr std::string_view kById = "Sheet.";
-    const Sheet* target = &sheet;
-    if (sheetName == "ThePage")
-      target = page ? &page->PageSheet() : nullptr;
-    else if (sheetName == "TheDoc")
-      target = documentSheet_.get();
-    else if (sheetName.substr(0, kById.size()) == kById)
-      target = page ? page->FindShape(std::atoi(std::string(sheetName.substr(kById.size())).c_str())) : nullptr;
-    else if (!sheetName.empty())
-      target = page ? page->FindShape(sheetName) : nullptr;
-    if (!target) return std::nullopt;
-    const auto address = target->Find(cell);
-    return address ? std::optional(target->Value(*address)) : std::nullopt;
+FormulaScope Drawing::ScopeFor(DrawingPage* page, const Sheet& sheet, const CellAddress& cell) {
+  const auto find = [this, page, &sheet](std::string_view name) -> const Sheet* {
+    if (name.empty()) return &sheet;
+    if (name == "ThePage") return page ? &page->PageSheet() : nullptr;
+    if (name == "TheDoc") return documentSheet_.get();
+    return page ? page->FindSheet(name) : nullptr;
   };
+  const auto* const connector = dynamic_cast<const DrawingShape*>(&sheet);
+  FormulaScope scope;
+  scope.cell = [find](std::string_view sheetName, std::string_view cellName) -> std::optional<CellValue> {
+    const Sheet* target = find(sheetName);
+    if (!target) throw BadReference{};
+    if (const auto address = target->Find(cellName)) return target->Value(*address);
+    // A shape has more cells than we know, but not more rows.
+    if (const auto name = ParseCellName(cellName); name && name->section) throw BadReference{};
+    return std::nullopt;
+  };
+  scope.onPage = [find](std::string_view sheetName, Point own) -> std::optional<Point> {
+    const auto* shape = dynamic_cast<const DrawingShape*>(find(sheetName));
+    return shape ? std::optional(OnPage(*shape, own)) : std::nullopt;
+  };
+  scope.walk = [page, connector](std::string_view trigger, std::string_view otherTrigger) -> std::optional<Point> {
+    const ConnectorEnd *end = FindConnectorEnd(trigger), *other = FindConnectorEnd(otherTrigger);
+    return page && connector && end && other ? WalkingEnd(*page, *connector, *end, *other) : std::nullopt;
+  };
+  scope.wantsY = cell.cell.ends_with('Y');
+  return scope;
+}
+
+const FormulaIndex& Drawing::FormulasOfMaster(const Sheet& shape) {
+  const auto [place, isNew] = masterFormulas_.try_emplace(&shape);
+  if (isNew) place->second = IndexFormulas(shape, nullptr);
+  return place->second;
 }
 
 std::string Drawing::Undo() {

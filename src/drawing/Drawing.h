@@ -9,6 +9,7 @@
 #include "drawing/vsdx/Package.h"
 
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -21,6 +22,11 @@ namespace vardo {
 
 class Drawing;
 class DrawingPage;
+struct ConnectorEnd;
+
+// The cells of a sheet whose own formulas name a cell, by that cell: "pinx", and of another shape of the page "12!pinx".
+using FormulaIndex = std::unordered_map<std::string, std::vector<CellAddress>>;
+FormulaIndex IndexFormulas(const Sheet& sheet, DrawingPage* page);
 
 // A shape of a master, or of a page.
 class DrawingShape : public Sheet {
@@ -82,11 +88,22 @@ class DrawingPage {
   // Any shape of the page, also one inside a group; null when there is none.
   DrawingShape* FindShape(int id);
   DrawingShape* FindShape(std::string_view name);
+  // As a formula names it: by name, or as "Sheet.12". Null for what is no shape of the page.
+  DrawingShape* FindSheet(std::string_view nameInFormula);
+  // The IDs of the shapes whose own formulas name that shape, and maybe of some that no longer do.
+  const std::vector<int>& ReadersOf(int shapeId);
+  // A shape's formulas have been written.
+  void NoteReferences(const DrawingShape& reader);
+  // Makes the Connect element of a connector's end say what its formulas say.
+  void KeepConnect(const DrawingShape& connector, const ConnectorEnd& end);
+  // A connection point has been put in (+1) or taken out (-1) at that position: formulas that name points behind it name them
+  // anew, and ends that were glued to one taken out stay where they are, loose.
+  void RenumberPoints(DrawingShape& shape, int position, int by);
   // 1-based; 0 for a shape inside a group.
   int IndexOf(const DrawingShape& shape);
   std::string NameOf(const DrawingShape& shape);
 
-  // Appends an instance of a master and returns it.
+  // Appends an instance of a master and returns it. x and y are its pin's place; a connector's pin is between its ends.
   DrawingShape& AddInstance(const DrawingMaster& master, double x, double y);
   // Appends a copy of a shape of any page of the drawing. Glue to shapes that were not copied is loosened.
   DrawingShape& AddCopy(const DrawingShape& original, const std::unordered_map<int, int>& newIds, int newId);
@@ -108,12 +125,16 @@ class DrawingPage {
   DrawingShape* AddView(pugi::xml_node element, const DrawingShape* parent);
   const Sheet* BaseOf(pugi::xml_node element, const DrawingShape* parent) const;
   pugi::xml_node ShapesElement();
+  pugi::xml_node ConnectsElement();
+  // By connector and FromPart.
+  std::map<std::pair<int, int>, pugi::xml_node>& Connects();
   DrawingShape& Adopt(pugi::xml_node element, const std::string& name);
   void AdoptInnerShapes(const DrawingShape& group);
   std::string FreeName(std::string_view wanted, int id);
   void InsertInnerShapes(pugi::xml_node instance, pugi::xml_node original);
+  void TellOfLoss(int shapeId);
   void LoosenGlueTo(const std::vector<int>& shapeIds);
-  void LoosenEnd(int connectorId, std::string_view fromCell, int shapeId);
+  void LoosenEnd(DrawingShape& connector, const ConnectorEnd& end);
   void EnsureMasterRelationship(const DrawingMaster& master);
 
   Drawing& drawing_;
@@ -125,7 +146,10 @@ class DrawingPage {
   std::unordered_map<int, Entry> shapes_;
   std::unordered_map<int, std::string> names_;
   std::unordered_map<std::string, int> idsByName_;
-  bool shapesKnown_ = false, indexesKnown_ = false, namesKnown_ = false;
+  std::unordered_map<int, std::vector<int>> readers_;
+  std::map<std::pair<int, int>, pugi::xml_node> connects_;
+  bool connectsKnown_ = false;
+  bool shapesKnown_ = false, indexesKnown_ = false, namesKnown_ = false, readersKnown_ = false;
   int highestId_ = 0;
 };
 
@@ -161,8 +185,10 @@ class Drawing {
   // The document's own sheet; null when the file has none.
   Sheet* DocumentSheet() { return documentSheet_.get(); }
 
-  // What a formula of the sheet refers to.
-  CellLookup LookupFor(DrawingPage* page, const Sheet& sheet);
+  // What the formula of a sheet's cell can refer to; good while page and sheet are.
+  FormulaScope ScopeFor(DrawingPage* page, const Sheet& sheet, const CellAddress& address);
+  // Of a master's shape, kept.
+  const FormulaIndex& FormulasOfMaster(const Sheet& shape);
 
   std::string Undo();
   std::string Redo();
@@ -190,6 +216,7 @@ class Drawing {
   std::string pagesPart_, mastersPart_;
   std::vector<std::unique_ptr<DrawingMaster>> masters_;
   std::vector<std::unique_ptr<DrawingPage>> pages_;
+  std::unordered_map<const Sheet*, FormulaIndex> masterFormulas_;
   std::unordered_map<int, int> highestIds_;  // by page: IDs of deleted shapes are not used again
   int highestPageId_ = -1;
   std::unique_ptr<Sheet> documentSheet_;

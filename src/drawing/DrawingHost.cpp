@@ -4,7 +4,10 @@
 #include "addin/host/HostError.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
+#include "drawing/FormulaReferences.h"
+#include "drawing/Glue.h"
 #include "drawing/HostObjects.h"
+#include "drawing/Recalculation.h"
 #include "drawing/stencil/StencilPackage.h"
 
 #include <algorithm>
@@ -13,6 +16,8 @@
 
 namespace vardo {
 namespace {
+
+const SectionInfo& ConnectionPoints() { return *FindSection(kSectionConnectionPts); }
 
 HostError NotOpen() { return HostError(kHostNotAllowed, "No drawing is open."); }
 
@@ -126,10 +131,16 @@ IVShapePtr DrawingHost::Drop(std::string_view masterName, int pageId, double x, 
   DrawingShape& shape = ActivePage().AddInstance(*master, x, y);
   const SheetRef ref = RefTo(ActivePage(), shape.id());
   if (text) shape.SetText(drawing_->editor(), *text);
+  return Announce(ref);
+}
+
+// The shape is selected before anybody hears of it. Null when a listener has deleted it.
+IVShapePtr DrawingHost::Announce(const SheetRef& ref) {
   SelectAndTell({ref.shape});
   const IVShapePtr object = MakeShape(*this, ref);
   Raise(kEventShapeAdded, object);
-  return object;
+  DrawingPage* page = drawing_->FindPage(ref.page);
+  return page && page->FindShape(ref.shape) ? object : nullptr;
 }
 
 std::vector<IVShapePtr> DrawingHost::Paste(const std::vector<SheetRef>& originals, int pageId) {
@@ -143,16 +154,78 @@ std::vector<IVShapePtr> DrawingHost::Paste(const std::vector<SheetRef>& original
     copies.push_back(page.AddCopy(ResolveShape(original), newIds, newIds.at(original.shape)).id());
   if (!originals.empty()) page.CopyGlue(ResolvePage(serial_, originals.front().page), newIds);
 
-  std::vector<IVShapePtr> objects;
-  for (const int id : copies) {
-    SelectAndTell({id});
-    objects.push_back(MakeShape(*this, {serial_, pageId, id}));
-    Raise(kEventShapeAdded, objects.back());
-  }
+  for (const int id : copies) Announce({serial_, pageId, id});
   DrawingPage& now = ResolvePage(serial_, pageId);
   std::erase_if(copies, [&](int id) { return now.FindShape(id) == nullptr; });
+  std::vector<IVShapePtr> objects;
+  for (const int id : copies) objects.push_back(MakeShape(*this, {serial_, pageId, id}));
   SelectAndTell(copies);
   return objects;
+}
+
+IVShapePtr DrawingHost::Connect(std::string_view masterName, int pageId, const End& begin, const End& end) {
+  const UndoStep step(drawing().journal(), "Connector");
+  ShowPage(pageId);
+  for (const End& glued : {begin, end}) {
+    if (!glued.shape) continue;
+    const DrawingShape& shape = ResolveShape({serial_, pageId, *glued.shape});
+    const auto count = static_cast<int>(shape.Rows(ConnectionPoints()).size());
+    if (glued.point && (*glued.point < 1 || *glued.point > count))
+      throw HostError(kHostBadIndex,
+                      ActivePage().NameOf(shape) + " has no connection point " + std::to_string(*glued.point) + ".");
+  }
+  const DrawingMaster* master = drawing_->BringMaster(masterName);
+  if (!master) throw HostError(kHostBadIndex, "There is no master " + std::string(masterName) + ".");
+  if (!master->TopShape() || !master->TopShape()->IsOneDimensional())
+    throw HostError(kHostNotAllowed, "The master " + std::string(masterName) + " is no connector.");
+
+  // Where each end is to be roughly, for the other to turn to: a loose end lies to the right of where the connector begins, or to
+  // the left of its end.
+  constexpr double kLooseLength = 1;
+  DrawingPage& page = ActivePage();
+  const auto middle = [&](const End& e) { return e.shape ? std::optional(MiddleOf(*page.FindShape(*e.shape))) : std::nullopt; };
+  const std::optional<Point> from = middle(begin), to = middle(end);
+  const Point start = from ? *from : to ? Point{to->x - 2 * kLooseLength, to->y} : Point{kLooseLength, kLooseLength};
+  const Point finish = to ? *to : Point{start.x + (from ? 2 : 1) * kLooseLength, start.y};
+
+  const SheetRef ref = RefTo(page, page.AddInstance(*master, (start.x + finish.x) / 2, (start.y + finish.y) / 2).id());
+  const End* ends[] = {&begin, &end};
+  const Point places[] = {start, finish};
+  for (size_t i = 0; i < 2; ++i) {
+    PutFormula(ref, {nullptr, "", kConnectorEnds[i].x}, NumberText(places[i].x));
+    PutFormula(ref, {nullptr, "", kConnectorEnds[i].y}, NumberText(places[i].y));
+  }
+  for (size_t i = 0; i < 2; ++i)
+    if (ends[i]->shape) Glue(ref, kConnectorEnds[i], *ends[i], places[1 - i]);
+
+  return Announce(ref);
+}
+
+void DrawingHost::Glue(const SheetRef& connector, const ConnectorEnd& cells, const End& end, Point otherEnd) {
+  const auto put = [&](const char* cell, const std::string& formula) {
+    if (const auto address = ResolveShape(connector).Find(cell)) PutFormula(connector, *address, formula);
+  };
+  put(cells.trigger, TriggerOfShape(*end.shape));
+  const bool walks = end.walks && !end.point;
+  const std::string glue =
+      walks ? std::string(cells.walkingGlue)
+            : PointGlue(*end.shape,
+                        end.point ? *end.point : AddOutlinePoint({connector.drawing, connector.page, *end.shape}, otherEnd));
+  put(cells.x, glue);
+  put(cells.y, glue);
+}
+
+// Where a connector touches the outline the host makes a point, and marks it as its own. Returns the point's number.
+int DrawingHost::AddOutlinePoint(const SheetRef& ref, Point towards) {
+  const SectionInfo& points = ConnectionPoints();
+  const Point side = NearestSide(ResolveShape(ref), towards);
+  const auto count = static_cast<short>(ResolveShape(ref).Rows(points).size());
+  const short row = AddRow(ref, points, count);
+  const std::string key = ResolveShape(ref).Rows(points)[static_cast<size_t>(row)].key;
+  PutFormula(ref, {&points, key, "X"}, "Width*" + NumberText(side.x));
+  PutFormula(ref, {&points, key, "Y"}, "Height*" + NumberText(side.y));
+  PutFormula(ref, {&points, key, "AutoGen"}, "1");
+  return row + 1;
 }
 
 void DrawingHost::Select(const std::vector<int>& shapeIds) {
@@ -206,7 +279,19 @@ void DrawingHost::DeleteRow(const SheetRef& ref, short section, short row) {
   const UndoStep step(drawing().journal(), "Delete Row");
   const SectionInfo* info = FindSection(section);
   if (!info) throw HostError(kHostNotAllowed, "Section " + std::to_string(section) + " has no rows to delete.");
-  Resolve(ref).sheet->DeleteRow(drawing_->editor(), *info, row);
+  const SheetView view = Resolve(ref);
+  const bool existed = row >= 0 && static_cast<size_t>(row) < view.sheet->Rows(*info).size();
+  view.sheet->DeleteRow(drawing_->editor(), *info, row);
+  if (existed && info == &ConnectionPoints() && ref.shape >= 0) view.page->RenumberPoints(ResolveShape(ref), row, -1);
+}
+
+short DrawingHost::AddRow(const SheetRef& ref, const SectionInfo& section, short position) {
+  const UndoStep step(drawing().journal(), "Add Row");
+  const SheetView view = Resolve(ref);
+  const short added = view.sheet->AddRow(drawing_->editor(), section, position);
+  const bool isLast = static_cast<size_t>(added) + 1 == view.sheet->Rows(section).size();
+  if (!isLast && &section == &ConnectionPoints() && ref.shape >= 0) view.page->RenumberPoints(ResolveShape(ref), added, +1);
+  return added;
 }
 
 void DrawingHost::RunCommand(std::string_view label, const std::function<void()>& command) {
@@ -255,9 +340,38 @@ DrawingPage& DrawingHost::ResolvePage(int drawingSerial, int pageId) {
   return *page;
 }
 
-void DrawingHost::WriteFormula(const SheetRef& ref, const CellAddress& address, std::string_view formula) {
+std::string DrawingHost::FormulaOf(const SheetRef& ref, const CellAddress& address) {
   const SheetView view = Resolve(ref);
-  view.sheet->SetFormula(drawing_->editor(), address, formula, drawing_->LookupFor(view.page, *view.sheet));
+  const std::string stored = view.sheet->Formula(address);
+  if (!view.page || stored.find('!') == std::string::npos) return stored;
+  return RewriteReferences(stored, [&](FormulaReference& reference) {
+    const DrawingShape* shape = reference.onOtherPage ? nullptr : view.page->FindSheet(reference.sheet);
+    if (shape) reference.sheet = view.page->NameOf(*shape);
+    return shape != nullptr;
+  });
+}
+
+void DrawingHost::PutFormula(const SheetRef& ref, const CellAddress& address, std::string_view formula) {
+  const SheetView view = Resolve(ref);
+  std::string stored(formula);
+  if (view.page && formula.find('!') != std::string_view::npos)
+    stored = RewriteReferences(formula, [&](FormulaReference& reference) {
+      const DrawingShape* shape = reference.onOtherPage ? nullptr : view.page->FindShape(reference.sheet);
+      if (shape) reference.sheet = "Sheet." + std::to_string(shape->id());
+      return shape != nullptr;
+    });
+  view.sheet->SetFormula(drawing_->editor(), address, stored, drawing_->ScopeFor(view.page, *view.sheet, address));
+  if (ref.shape >= 0) view.page->NoteReferences(ResolveShape(ref));
+  Recalculation recalculation(*drawing_, view.page);
+  recalculation.Changed(*view.sheet, address);
+  recalculation.Run();
+  const ConnectorEnd* end = ref.shape >= 0 && !address.section ? FindConnectorEnd(address.cell) : nullptr;
+  if (end) view.page->KeepConnect(ResolveShape(ref), *end);
+}
+
+void DrawingHost::WriteFormula(const SheetRef& ref, const CellAddress& address, std::string_view formula) {
+  const UndoStep step(drawing().journal(), "Edit");
+  PutFormula(ref, address, formula);
   if (!writes_) return;
   const std::string row = address.section ? std::string(address.section->prefix) + "." + address.row + "." : "";
   const bool isValue = address.section && address.cell == address.section->shortName;

@@ -64,8 +64,19 @@ class DrawingHost {
 
   // --- Shapes. Positions in inches from the page's lower left corner.
   std::vector<std::string> MasterNames();
+  // Null when a listener has deleted it.
   IVShapePtr Drop(std::string_view master, int pageId, double x, double y, const std::optional<std::string>& text);
+  // The copies that no listener has deleted.
   std::vector<IVShapePtr> Paste(const std::vector<SheetRef>& originals, int pageId);
+  // Draws a connector and glues its ends before its event is raised; it is selected then. Points count from 1. Null when a
+  // listener has deleted it. Throws HostError when the master is no connector or a shape has no such point; nothing is drawn
+  // then.
+  struct End {
+    std::optional<int> shape = {};  // none: a loose end
+    std::optional<int> point = {};
+    bool walks = false;  // without a point: glued to the shape as a whole, not to a new point at its outline
+  };
+  IVShapePtr Connect(std::string_view master, int pageId, const End& begin, const End& end);
   void Select(const std::vector<int>& shapeIds);  // of the active page
   // Deletes those shapes of the active page after raising the event that comes before a selection goes.
   void DeleteSelection();
@@ -100,7 +111,10 @@ class DrawingHost {
   SheetRef RefTo(const DrawingPage& page, int shapeId) const { return {serial_, page.id(), shapeId}; }
   int serial() const { return serial_; }
   const std::vector<int>& selection() const { return selection_; }
+  // Formulas name shapes by their names here, and by "Sheet." and their IDs in the drawing, so that a shape can be renamed.
+  std::string FormulaOf(const SheetRef& ref, const CellAddress& address);
   void WriteFormula(const SheetRef& ref, const CellAddress& address, std::string_view formula);
+  short AddRow(const SheetRef& ref, const SectionInfo& section, short position);
   void WriteText(const SheetRef& ref, std::string_view text);
   void DeleteShape(const SheetRef& ref);
   IVEventPtr Advise(std::int16_t code, const IVEventSinkPtr& sink, std::string_view targetArgs);
@@ -113,6 +127,10 @@ class DrawingHost {
   void Replace(std::unique_ptr<Drawing> drawing, const std::filesystem::path& file);
   void Raise(std::uint16_t code, const EventSubject& subject, std::string_view moreInfo = {});
   void SelectAndTell(std::vector<int> shapeIds);
+  IVShapePtr Announce(const SheetRef& ref);
+  void PutFormula(const SheetRef& ref, const CellAddress& address, std::string_view formula);
+  void Glue(const SheetRef& connector, const ConnectorEnd& cells, const End& end, Point otherEnd);
+  int AddOutlinePoint(const SheetRef& ref, Point towards);
   std::string SheetName(const SheetRef& ref);
 
   IVApplicationPtr application_;

@@ -1,11 +1,15 @@
 #include "addin/host/HostError.h"
 #include "drawing/Drawing.h"
+#include "drawing/FormulaReferences.h"
+#include "drawing/Glue.h"
 #include "drawing/Inheritance.h"
+#include "drawing/Recalculation.h"
 #include "drawing/VisioXml.h"
 
 #include <algorithm>
+#include <charconv>
 #include <limits>
-#include <regex>
+#include <optional>
 
 namespace vardo {
 namespace {
@@ -17,42 +21,28 @@ std::string Attribute(pugi::xml_node node, const char* first, const char* second
   return attribute ? attribute.value() : node.attribute(second).value();
 }
 
-// The cells of a connector that glue of one end is written in.
-struct GluedEnd {
-  std::string_view fromCell;
-  const char* cells[3];
-};
-constexpr GluedEnd kEnds[] = {{"BeginX", {"BeginX", "BeginY", "BegTrigger"}}, {"EndX", {"EndX", "EndY", "EndTrigger"}}};
-
 int NumberOr(pugi::xml_node connect, const char* attribute) { return connect.attribute(attribute).as_int(-1); }
 
-// Gives references to copied shapes their new numbers; returns false when the formula also refers to a shape that was not copied.
-bool Renumbered(std::string& formula, const std::unordered_map<int, int>& newIds) {
-  static const std::regex reference(R"(Sheet\.(\d+)!)");
-  std::string result;
-  std::string::const_iterator from = formula.begin();
+// The formula with references to copied shapes given their new numbers; none when it also refers to a shape that was not copied.
+std::optional<std::string> Renumbered(std::string_view formula, const std::unordered_map<int, int>& newIds) {
+  constexpr std::string_view kById = "Sheet.";
   bool allCopied = true;
-  for (std::sregex_iterator match(formula.begin(), formula.end(), reference), end; match != end; ++match) {
-    result.append(from, (*match)[0].first);
-    const auto renumbered = newIds.find(std::atoi(match->str(1).c_str()));
-    if (renumbered == newIds.end())
-      allCopied = false;
-    else
-      result += "Sheet." + std::to_string(renumbered->second) + "!";
-    from = (*match)[0].second;
-  }
-  result.append(from, formula.cend());
-  formula = result;
-  return allCopied;
+  std::string result = RewriteReferences(formula, [&](FormulaReference& reference) {
+    if (!reference.sheet.starts_with(kById) || reference.onOtherPage) return false;
+    const auto renumbered = newIds.find(std::atoi(reference.sheet.c_str() + kById.size()));
+    allCopied = allCopied && renumbered != newIds.end();
+    if (renumbered != newIds.end()) reference.sheet = std::string(kById) + std::to_string(renumbered->second);
+    return renumbered != newIds.end();
+  });
+  return allCopied ? std::optional(std::move(result)) : std::nullopt;
 }
 
 // The same for all formulas of an element that is in no part. One that also refers to a shape without a new number keeps only its
 // value.
 void RenumberFormulas(pugi::xml_node element, const std::unordered_map<int, int>& newIds) {
   for (const pugi::xpath_node& found : element.select_nodes(".//Cell[contains(@F, 'Sheet.')]")) {
-    std::string formula = found.node().attribute("F").value();
-    if (Renumbered(formula, newIds))
-      found.node().attribute("F").set_value(formula.c_str());
+    if (const auto formula = Renumbered(found.node().attribute("F").value(), newIds))
+      found.node().attribute("F").set_value(formula->c_str());
     else
       found.node().remove_attribute("F");
   }
@@ -96,6 +86,37 @@ DrawingShape* DrawingPage::FindShape(std::string_view name) {
   return found == idsByName_.end() ? nullptr : FindShape(found->second);
 }
 
+DrawingShape* DrawingPage::FindSheet(std::string_view name) {
+  constexpr std::string_view kById = "Sheet.";
+  const std::string_view number = name.substr(0, kById.size()) == kById ? name.substr(kById.size()) : std::string_view();
+  int shapeId = 0;
+  const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), shapeId);
+  if (!number.empty() && error == std::errc() && end == number.data() + number.size()) return FindShape(shapeId);
+  return name.empty() ? nullptr : FindShape(name);
+}
+
+const std::vector<int>& DrawingPage::ReadersOf(int shapeId) {
+  EnsureShapes();
+  if (!readersKnown_) {
+    readersKnown_ = true;
+    for (const auto& [id, entry] : shapes_) NoteReferences(*entry.shape);
+  }
+  return readers_[shapeId];
+}
+
+void DrawingPage::NoteReferences(const DrawingShape& reader) {
+  if (!readersKnown_) return;
+  for (const Sheet::OwnFormula& own : reader.OwnFormulas()) {
+    if (own.formula.find('!') == std::string_view::npos) continue;
+    for (const FormulaReference& reference : ReferencesIn(own.formula)) {
+      const DrawingShape* named = reference.onOtherPage ? nullptr : FindSheet(reference.sheet);
+      if (!named) continue;
+      std::vector<int>& readers = readers_[named->id()];
+      if (std::find(readers.begin(), readers.end(), reader.id()) == readers.end()) readers.push_back(reader.id());
+    }
+  }
+}
+
 int DrawingPage::IndexOf(const DrawingShape& shape) {
   EnsureIndexes();
   return shapes_.at(shape.id()).index;
@@ -127,9 +148,26 @@ DrawingShape& DrawingPage::AddInstance(const DrawingMaster& master, double x, do
     editor.SetAttribute(*contents_, added, "N", cellName);
     editor.SetAttribute(*contents_, added, "V", NumberText(value));
   };
-  cell("PinX", x);
-  cell("PinY", y);
-  return Adopt(element, name);
+  const DrawingShape* original = master.TopShape();
+  const bool isConnector = original && original->IsOneDimensional();
+  if (isConnector) {
+    const double right = x - NumberIn(*original, "PinX").value_or(0), up = y - NumberIn(*original, "PinY").value_or(0);
+    for (const ConnectorEnd& end : kConnectorEnds) {
+      cell(end.x, NumberIn(*original, end.x).value_or(0) + right);
+      cell(end.y, NumberIn(*original, end.y).value_or(0) + up);
+    }
+  } else {
+    cell("PinX", x);
+    cell("PinY", y);
+  }
+  DrawingShape& shape = Adopt(element, name);
+  if (isConnector) {
+    Recalculation recalculation(drawing_, this);
+    for (const ConnectorEnd& end : kConnectorEnds)
+      for (const char* moved : {end.x, end.y}) recalculation.Changed(shape, {nullptr, "", moved});
+    recalculation.Run();
+  }
+  return shape;
 }
 
 // An instance of a group lists every shape inside the group, each by its number in the master.
@@ -171,10 +209,8 @@ DrawingShape& DrawingPage::AddCopy(const DrawingShape& original, const std::unor
     editor.SetAttribute(*contents_, sub.node(), "ID", std::to_string(innerId));
   }
   for (const pugi::xpath_node& found : element.select_nodes(".//Cell[@F]")) {
-    std::string formula = found.node().attribute("F").value();
-    if (formula.find("Sheet.") == std::string::npos) continue;
-    if (Renumbered(formula, inner.empty() ? newIds : ids))
-      editor.SetAttribute(*contents_, found.node(), "F", formula);
+    if (const auto formula = Renumbered(found.node().attribute("F").value(), inner.empty() ? newIds : ids))
+      editor.SetAttribute(*contents_, found.node(), "F", *formula);
     else
       editor.RemoveAttribute(*contents_, found.node(), "F");
   }
@@ -186,9 +222,9 @@ void DrawingPage::CopyGlue(const DrawingPage& from, const std::unordered_map<int
   for (const pugi::xml_node connect : from.contents_->root().child("Connects").children("Connect"))
     if (newIds.contains(NumberOr(connect, "FromSheet")) && newIds.contains(NumberOr(connect, "ToSheet"))) glue.push_back(connect);
   if (glue.empty()) return;
+  connectsKnown_ = false;
   TreeEditor& editor = drawing_.editor();
-  pugi::xml_node connects = contents_->root().child("Connects");
-  if (!connects) connects = editor.InsertElement(*contents_, contents_->root(), "Connects", ShapesElement().next_sibling());
+  const pugi::xml_node connects = ConnectsElement();
   for (const pugi::xml_node connect : glue) {
     const pugi::xml_node copy = editor.InsertCopy(*contents_, connects, connect);
     for (const char* end : {"FromSheet", "ToSheet"})
@@ -213,6 +249,7 @@ void DrawingPage::Remove(int shapeId) {
   for (const pugi::xpath_node& inner : shape->element().select_nodes(".//Shape[not(@Del)]"))
     going.push_back(inner.node().attribute("ID").as_int());
   LoosenGlueTo(going);
+  ReadersOf(shapeId);
   drawing_.editor().Remove(*contents_, shape->element());
   EnsureNames();
   const auto place = std::find(topLevel_.begin(), topLevel_.end(), shape);
@@ -228,6 +265,21 @@ void DrawingPage::Remove(int shapeId) {
     names_.erase(name);
     shapes_.erase(id);
   }
+  for (const int id : going) TellOfLoss(id);
+}
+
+// Formulas that named a shape which has gone have lost their reference.
+void DrawingPage::TellOfLoss(int shapeId) {
+  const std::string lost = "Sheet." + std::to_string(shapeId);
+  Recalculation recalculation(drawing_, this);
+  for (const int id : std::vector<int>(ReadersOf(shapeId))) {
+    DrawingShape* reader = FindShape(id);
+    if (!reader) continue;
+    for (const Sheet::OwnFormula& own : reader->OwnFormulas())
+      for (const FormulaReference& reference : ReferencesIn(own.formula))
+        if (reference.sheet == lost && !reference.onOtherPage) recalculation.Outdated(*reader, own.address);
+  }
+  recalculation.Run();
 }
 
 void DrawingPage::LetGoOf(const DrawingMaster& master) {
@@ -349,6 +401,7 @@ DrawingShape& DrawingPage::Adopt(pugi::xml_node element, const std::string& name
   shapes_.at(shape->id()).index = static_cast<int>(topLevel_.size());
   names_[shape->id()] = name;
   idsByName_[name] = shape->id();
+  NoteReferences(*shape);
   AdoptInnerShapes(*shape);
   return *shape;
 }
@@ -368,32 +421,94 @@ std::string DrawingPage::FreeName(std::string_view wanted, int id) {
   return wanted != "Sheet" && !idsByName_.contains(name) ? name : name + "." + std::to_string(id);
 }
 
+pugi::xml_node DrawingPage::ConnectsElement() {
+  const pugi::xml_node connects = contents_->root().child("Connects");
+  return connects ? connects
+                  : drawing_.editor().InsertElement(*contents_, contents_->root(), "Connects", ShapesElement().next_sibling());
+}
+
+std::map<std::pair<int, int>, pugi::xml_node>& DrawingPage::Connects() {
+  if (connectsKnown_) return connects_;
+  connectsKnown_ = true;
+  connects_.clear();
+  for (const pugi::xml_node connect : contents_->root().child("Connects").children("Connect"))
+    connects_.emplace(std::pair(NumberOr(connect, "FromSheet"), NumberOr(connect, "FromPart")), connect);
+  return connects_;
+}
+
+void DrawingPage::KeepConnect(const DrawingShape& connector, const ConnectorEnd& end) {
+  TreeEditor& editor = drawing_.editor();
+  const auto target = GlueTargetOf(*this, connector, end);
+  const auto known = Connects().find({connector.id(), end.fromPart});
+  if (!target) {
+    if (known == connects_.end()) return;
+    editor.Remove(*contents_, known->second);
+    connects_.erase(known);
+    return;
+  }
+  const pugi::xml_node connect =
+      known != connects_.end() ? known->second : editor.InsertElement(*contents_, ConnectsElement(), "Connect");
+  connects_[{connector.id(), end.fromPart}] = connect;
+  const std::pair<const char*, std::string> attributes[] = {
+      {"FromSheet", std::to_string(connector.id())}, {"FromCell", end.x},      {"FromPart", std::to_string(end.fromPart)},
+      {"ToSheet", std::to_string(target->shape)},    {"ToCell", target->cell}, {"ToPart", std::to_string(target->part)}};
+  for (const auto& [name, value] : attributes) editor.SetAttribute(*contents_, connect, name, value);
+}
+
+void DrawingPage::RenumberPoints(DrawingShape& moved, int position, int by) {
+  const SectionInfo& points = *FindSectionByElement("Connection");
+  const auto pointNumber = [&](const FormulaReference& reference) {
+    const auto name =
+        FindSheet(reference.sheet) == &moved && !reference.onOtherPage ? ParseCellName(reference.cell) : std::nullopt;
+    return name && name->section == &points && name->byNumber ? std::atoi(name->row.c_str()) : 0;
+  };
+  for (const int id : std::vector<int>(ReadersOf(moved.id()))) {
+    DrawingShape* reader = FindShape(id);
+    if (!reader) continue;
+    for (const ConnectorEnd& end : kConnectorEnds)
+      for (const FormulaReference& reference :
+           ReferencesIn(reader->element().find_child_by_attribute("Cell", "N", end.x).attribute("F").value()))
+        if (by < 0 && pointNumber(reference) == position + 1) LoosenEnd(*reader, end);
+    Recalculation recalculation(drawing_, this);
+    for (const Sheet::OwnFormula& own : reader->OwnFormulas()) {
+      const std::string formula = RewriteReferences(own.formula, [&](FormulaReference& reference) {
+        const int number = pointNumber(reference);
+        if (number <= position + (by < 0 ? 1 : 0)) return false;
+        reference.cell.resize(reference.cell.find_last_not_of("0123456789") + 1);
+        reference.cell += std::to_string(number + by);
+        return true;
+      });
+      if (formula == own.formula) continue;
+      reader->SetFormula(drawing_.editor(), own.address, formula, drawing_.ScopeFor(this, *reader, own.address));
+      recalculation.Changed(*reader, own.address);
+    }
+    recalculation.Run();
+    for (const ConnectorEnd& end : kConnectorEnds) KeepConnect(*reader, end);
+  }
+}
+
+// Connects whose formulas say something else, as other programs leave them, go with their shapes too.
 void DrawingPage::LoosenGlueTo(const std::vector<int>& shapeIds) {
   const auto isGoing = [&](int id) { return std::find(shapeIds.begin(), shapeIds.end(), id) != shapeIds.end(); };
   const pugi::xml_node connects = contents_->root().child("Connects");
   for (pugi::xml_node connect = connects.child("Connect"); connect;) {
     const pugi::xml_node next = connect.next_sibling("Connect");
     const int from = NumberOr(connect, "FromSheet"), to = NumberOr(connect, "ToSheet");
-    if (isGoing(to) && !isGoing(from)) LoosenEnd(from, connect.attribute("FromCell").value(), to);
-    if (isGoing(from) || isGoing(to)) drawing_.editor().Remove(*contents_, connect);
+    const ConnectorEnd* end = FindConnectorEnd(connect.attribute("FromCell").value());
+    DrawingShape* connector = FindShape(from);
+    if (connector && end && isGoing(to) && !isGoing(from)) LoosenEnd(*connector, *end);
+    if (isGoing(from) || isGoing(to)) {
+      drawing_.editor().Remove(*contents_, connect);
+      if (connectsKnown_) connects_.erase({from, NumberOr(connect, "FromPart")});
+    }
     connect = next;
   }
 }
 
 // The end stays where it is: its cells keep their values.
-void DrawingPage::LoosenEnd(int connectorId, std::string_view fromCell, int shapeId) {
-  const DrawingShape* connector = FindShape(connectorId);
-  if (!connector) return;
-  const std::string reference = "Sheet." + std::to_string(shapeId) + "!";
-  for (const GluedEnd& end : kEnds) {
-    if (end.fromCell != fromCell) continue;
-    for (const char* name : end.cells) {
-      const pugi::xml_node cell = connector->element().find_child_by_attribute("Cell", "N", name);
-      const std::string_view formula = cell.attribute("F").value();
-      if (formula.find(reference) != std::string_view::npos || formula.starts_with("_WALKGLUE("))
-        drawing_.editor().RemoveAttribute(*contents_, cell, "F");
-    }
-  }
+void DrawingPage::LoosenEnd(DrawingShape& connector, const ConnectorEnd& end) {
+  for (const char* name : {end.x, end.y, end.trigger})
+    drawing_.editor().RemoveAttribute(*contents_, connector.element().find_child_by_attribute("Cell", "N", name), "F");
 }
 
 // A page's part lists the masters of its shapes among its relationships.

@@ -10,11 +10,14 @@ namespace vardo {
 namespace {
 
 // Ends the evaluation; never leaves this file.
-struct CannotEvaluate {};
+struct CannotEvaluate {
+  std::string_view error = {};  // empty when the formula may be right, but is beyond us
+};
 
 double Number(const CellValue& value) {
   if (const auto* number = std::get_if<double>(&value)) return *number;
-  throw CannotEvaluate{};
+  // What a theme gives is not stored in the cell.
+  throw CannotEvaluate{std::get<std::string>(value) == "Themed" ? "" : "#VALUE!"};
 }
 
 using Arguments = std::vector<CellValue>;
@@ -59,7 +62,7 @@ bool IsNamePart(char c) { return IsNameStart(c) || (c >= '0' && c <= '9') || c =
 
 class Evaluator {
  public:
-  Evaluator(std::string_view text, const CellLookup& lookup) : text_(text), lookup_(lookup) {}
+  Evaluator(std::string_view text, const FormulaScope& scope) : text_(text), scope_(scope) {}
 
   CellValue Whole() {
     CellValue value = Comparison();
@@ -108,7 +111,7 @@ class Evaluator {
         value = Number(value) * Number(Power());
       } else if (Take("/")) {
         const double divisor = Number(Power());
-        if (divisor == 0) throw CannotEvaluate{};
+        if (divisor == 0) throw CannotEvaluate{"#DIV/0!"};
         value = Number(value) / divisor;
       } else {
         return value;
@@ -219,11 +222,20 @@ class Evaluator {
       sheet = name;
       cell = text_.substr(start, at_ - start);
     }
-    if (const auto value = lookup_(sheet, cell)) return *value;
+    lastSheet_ = sheet;
+    if (const auto value = scope_.cell(sheet, cell)) return *value;
     throw CannotEvaluate{};
   }
 
   CellValue Call(const std::string& name) {
+    static constexpr SpecialCall kSpecialCalls[] = {
+        {"PAR", &Evaluator::PointOfShape},
+        {"_XFTRIGGER", &Evaluator::Trigger},
+        {"_WALKGLUE", &Evaluator::WalkingGlue},
+        {"REF", &Evaluator::LostReference},
+    };
+    for (const SpecialCall& special : kSpecialCalls)
+      if (EqualAsciiIgnoringCase(special.name, name)) return (this->*special.run)();
     Arguments arguments;
     if (!Take(")")) {
       do arguments.push_back(Comparison());
@@ -235,6 +247,58 @@ class Evaluator {
         return function.apply(arguments);
     throw CannotEvaluate{};
   }
+
+  // A function that does not look at its arguments' values alone.
+  struct SpecialCall {
+    std::string_view name;
+    CellValue (Evaluator::*run)();
+  };
+
+  // A point is one of its coordinates to the cell.
+  CellValue Coordinate(const std::optional<Point>& point) const {
+    if (!point) throw CannotEvaluate{};
+    return scope_.wantsY ? point->y : point->x;
+  }
+
+  // PAR(PNT(x,y)): a point of another shape, as the page counts.
+  CellValue PointOfShape() {
+    if (!scope_.onPage || !Take("PNT(")) throw CannotEvaluate{};
+    const double x = Number(Comparison());
+    Expect(",");
+    const double y = Number(Comparison());
+    Expect(")");
+    Expect(")");
+    return Coordinate(scope_.onPage(lastSheet_, {x, y}));
+  }
+
+  // _XFTRIGGER(cell): looks at nothing, and is computed anew whenever that cell's shape moves.
+  CellValue Trigger() {
+    const size_t end = text_.find(')', at_);
+    if (end == std::string_view::npos) throw CannotEvaluate{};
+    const bool ofOtherShape = text_.substr(at_, end - at_).find('!') != std::string_view::npos;
+    if (ofOtherShape) Comparison();
+    at_ = end + 1;
+    return ofOtherShape ? 2.0 : 1.0;
+  }
+
+  // _WALKGLUE(trigger,other trigger,preference)
+  CellValue WalkingGlue() {
+    const auto name = [this] {
+      SkipBlanks();
+      const size_t start = at_;
+      while (at_ < text_.size() && IsNamePart(text_[at_])) ++at_;
+      return text_.substr(start, at_ - start);
+    };
+    const std::string_view trigger = name();
+    Expect(",");
+    const std::string_view otherTrigger = name();
+    while (Take(",")) name();
+    Expect(")");
+    if (!scope_.walk) throw CannotEvaluate{};
+    return Coordinate(scope_.walk(trigger, otherTrigger));
+  }
+
+  CellValue LostReference() { throw CannotEvaluate{"#REF!"}; }
 
   static std::string AsText(const CellValue& value) {
     if (const auto* text = std::get_if<std::string>(&value)) return *text;
@@ -266,19 +330,26 @@ class Evaluator {
   };
 
   std::string_view text_;
-  const CellLookup& lookup_;
+  const FormulaScope& scope_;
+  std::string lastSheet_;  // of the last reference
   size_t at_ = 0;
   int depth_ = 0;
 };
 
 }  // namespace
 
-std::optional<CellValue> Evaluate(std::string_view formula, const CellLookup& lookup) try {
-  const CellValue value = Evaluator(formula, lookup).Whole();
-  if (const auto* number = std::get_if<double>(&value); number && !std::isfinite(*number)) return std::nullopt;
-  return value;
-} catch (const CannotEvaluate&) {
-  return std::nullopt;
+Evaluation EvaluateIn(const FormulaScope& scope, std::string_view formula) try {
+  const CellValue value = Evaluator(formula, scope).Whole();
+  if (const auto* number = std::get_if<double>(&value); number && !std::isfinite(*number)) return {};
+  return {value};
+} catch (const CannotEvaluate& reason) {
+  return {std::nullopt, reason.error};
+} catch (const BadReference&) {
+  return {std::nullopt, "#REF!"};
+}
+
+std::optional<CellValue> Evaluate(std::string_view formula, const CellLookup& lookup) {
+  return EvaluateIn({lookup}, formula).value;
 }
 
 }  // namespace vardo

@@ -17,7 +17,10 @@ class CellObject : public IVCell {
  public:
   CellObject(DrawingHost& host, const SheetRef& ref, CellAddress address)
       : host_(host), ref_(ref), address_(std::move(address)) {}
-  std::string Formula() override { return Existing().Formula(address_); }
+  std::string Formula() override {
+    Existing();
+    return host_.FormulaOf(ref_, address_);
+  }
   void SetFormula(std::string_view formula) override {
     Existing();
     host_.WriteFormula(ref_, address_, formula);
@@ -94,11 +97,11 @@ class ShapeObject : public IVShape {
     return static_cast<size_t>(row) < rows.size() && (localOnly == kExistsAnywhere || rows[static_cast<size_t>(row)].local);
   }
   void AddSection(short section) override { View().AddSection(host_.drawing().editor(), Known(section)); }
-  short AddRow(short section, short row, short) override { return View().AddRow(host_.drawing().editor(), Known(section), row); }
+  short AddRow(short section, short row, short) override { return host_.AddRow(ref_, Known(section), row); }
   short AddNamedRow(short section, std::string_view name, short) override {
     return View().AddNamedRow(host_.drawing().editor(), Known(section), name);
   }
-  void DeleteRow(short section, short row) override { View().DeleteRow(host_.drawing().editor(), Known(section), row); }
+  void DeleteRow(short section, short row) override { host_.DeleteRow(ref_, section, row); }
 
   int SetFormulas(const std::vector<std::int16_t>& stream, const std::vector<std::string>& formulas, short) override {
     if (formulas.empty() || stream.size() % 3 != 0)

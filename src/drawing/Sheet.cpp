@@ -3,6 +3,7 @@
 #include "addin/host/HostError.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace vardo {
 namespace {
@@ -33,13 +34,21 @@ const ColumnInfo* ColumnOf(const CellAddress& address) {
   return nullptr;
 }
 
+// Small differences are the rounding of others, not changes.
+bool SameValue(const CellValue& a, const CellValue& b) {
+  const auto *x = std::get_if<double>(&a), *y = std::get_if<double>(&b);
+  return x && y ? std::abs(*x - *y) <= 1e-9 * std::max(1.0, std::abs(*y)) : a == b;
+}
+
 int IndexOf(const Sheet::Row& row) { return std::atoi(row.key.c_str()); }
 
-// Geometry stands last among the sections, and these behind the sections.
-pugi::xml_node FirstBehindSections(pugi::xml_node sheet) {
+// What a new section stands before: Geometry is last among the sections, in the order of IX, and other things are behind the
+// sections.
+pugi::xml_node PlaceOfSection(pugi::xml_node sheet, const SectionInfo& section) {
   for (const pugi::xml_node child : sheet.children()) {
     const std::string_view name = child.name();
-    if (name == "Section" && std::string_view(child.attribute("N").value()) == "Geometry") return child;
+    const bool isGeometry = name == "Section" && std::string_view(child.attribute("N").value()) == "Geometry";
+    if (isGeometry && child.attribute("IX").as_int() > section.index) return child;
     if (child.type() == pugi::node_element && name != "Cell" && name != "Section" && name != "Trigger") return child;
   }
   return {};
@@ -122,13 +131,68 @@ CellValue Sheet::Value(const CellAddress& address) const {
   return std::string(value);
 }
 
-void Sheet::SetFormula(TreeEditor& editor, const CellAddress& address, std::string_view formula, const CellLookup& lookup) {
+void Sheet::SetFormula(TreeEditor& editor, const CellAddress& address, std::string_view formula, const FormulaScope& scope) {
   const pugi::xml_node cell = EnsureCell(editor, address);
-  std::optional<CellValue> value = Evaluate(formula, lookup);
+  Evaluation evaluation = EvaluateIn(scope, formula);
   // A text whose inner quotes are not doubled is no formula the host could evaluate, yet its text is plain to see.
-  if (!value && formula.size() >= 2 && formula.front() == '"' && formula.back() == '"')
-    value = std::string(formula.substr(1, formula.size() - 2));
-  WriteFormula(editor, *part_, cell, formula, value, IsTextCell(address));
+  if (!evaluation.value && formula.size() >= 2 && formula.front() == '"' && formula.back() == '"')
+    evaluation.value = std::string(formula.substr(1, formula.size() - 2));
+  WriteFormula(editor, *part_, cell, formula, evaluation.value, IsTextCell(address));
+  if (!evaluation.value && !evaluation.error.empty()) editor.SetAttribute(*part_, cell, "E", evaluation.error);
+}
+
+bool Sheet::StoreEvaluation(TreeEditor& editor, const CellAddress& address, const Evaluation& evaluation) {
+  const pugi::xml_node nearest = NearestCell(address);
+  const std::string_view error = nearest.attribute("E").value();
+  const bool sameValue = !evaluation.value || SameValue(Value(address), *evaluation.value);
+  if (sameValue && error == evaluation.error) return false;
+  const bool inherits = InheritsFormula(address);
+  const pugi::xml_node cell = EnsureCell(editor, address);
+  if (inherits) editor.SetAttribute(*part_, cell, "F", kInherited);
+  if (evaluation.value) WriteValue(editor, *part_, cell, *evaluation.value, IsTextCell(address));
+  if (evaluation.error.empty())
+    editor.RemoveAttribute(*part_, cell, "E");
+  else
+    editor.SetAttribute(*part_, cell, "E", evaluation.error);
+  return !sameValue;
+}
+
+std::vector<Sheet::OwnFormula> Sheet::OwnFormulas() const {
+  std::vector<OwnFormula> formulas;
+  const auto collect = [&](const SectionInfo* section, std::string_view row, pugi::xml_node parent) {
+    for (const pugi::xml_node cell : parent.children("Cell")) {
+      const std::string_view formula = cell.attribute("F").value();
+      if (formula.empty() || formula == kInherited || formula == kNoFormula) continue;
+      formulas.push_back({{section, std::string(row), cell.attribute("N").value()}, formula});
+    }
+  };
+  collect(nullptr, "", element_);
+  for (const pugi::xml_node section : element_.children("Section")) {
+    const std::string_view name = section.attribute("N").value();
+    const SectionInfo* info = name == "Geometry" ? FindGeometry(section.attribute("IX").as_int()) : FindSectionByElement(name);
+    if (!info) continue;
+    for (const pugi::xml_node row : section.children("Row")) collect(info, RowKey(*info, row), row);
+  }
+  return formulas;
+}
+
+bool Sheet::InheritsFormula(const CellAddress& address) const {
+  const pugi::xml_node own = LocalCell(address);
+  return own ? FormulaIsInherited(own) : true;
+}
+
+std::vector<std::string> Sheet::NamesOf(const CellAddress& address) const {
+  if (!address.section) return {address.cell};
+  const std::string prefix = std::string(address.section->prefix) + ".";
+  std::vector<std::string> names{prefix + address.row + "." + address.cell};
+  if (address.section->rowsHaveNames) {
+    if (address.cell == address.section->shortName) names.push_back(prefix + address.row);
+    return names;
+  }
+  const std::vector<Row> rows = Rows(*address.section);
+  const auto row = std::find_if(rows.begin(), rows.end(), [&](const Row& r) { return r.key == address.row; });
+  if (row != rows.end()) names.push_back(prefix + address.cell + std::to_string(row - rows.begin() + 1));
+  return names;
 }
 
 std::vector<Sheet::Row> Sheet::Rows(const SectionInfo& section) const {
@@ -217,15 +281,6 @@ void Sheet::DeleteRow(TreeEditor& editor, const SectionInfo& section, short posi
       editor.SetAttribute(*part_, rows[behind].local, "IX", std::to_string(IndexOf(rows[behind]) - 1));
 }
 
-std::vector<std::pair<std::string, std::string>> Sheet::RowCells(const SectionInfo& section, const Row& row) const {
-  std::vector<std::pair<std::string, std::string>> cells;
-  for (const ColumnInfo& column : section.columns) {
-    const CellAddress address{&section, row.key, std::string(column.name)};
-    cells.emplace_back(column.name, Formula(address));
-  }
-  return cells;
-}
-
 pugi::xml_node Sheet::FindChild(const char* name) const {
   const pugi::xml_node own = element_.child(name);
   return own || !base_ ? own : base_->FindChild(name);
@@ -233,7 +288,8 @@ pugi::xml_node Sheet::FindChild(const char* name) const {
 
 pugi::xml_node Sheet::SectionElement(const SectionInfo& section) const {
   for (const pugi::xml_node child : element_.children("Section"))
-    if (section.element == child.attribute("N").value()) return child;
+    if (section.element == child.attribute("N").value() && (section.index < 0 || section.index == child.attribute("IX").as_int()))
+      return child;
   return {};
 }
 
@@ -271,8 +327,9 @@ bool Sheet::RowExists(const SectionInfo& section, std::string_view key, bool loc
 
 pugi::xml_node Sheet::EnsureSection(TreeEditor& editor, const SectionInfo& section) {
   if (const pugi::xml_node own = SectionElement(section)) return own;
-  const pugi::xml_node added = editor.InsertElement(*part_, element_, "Section", FirstBehindSections(element_));
+  const pugi::xml_node added = editor.InsertElement(*part_, element_, "Section", PlaceOfSection(element_, section));
   editor.SetAttribute(*part_, added, "N", section.element);
+  if (section.index >= 0) editor.SetAttribute(*part_, added, "IX", std::to_string(section.index));
   return added;
 }
 
@@ -286,6 +343,8 @@ pugi::xml_node Sheet::InsertRow(TreeEditor& editor, const SectionInfo& section, 
       if (!before && row.attribute("IX").as_int() > ix) before = row;
   }
   const pugi::xml_node row = editor.InsertElement(*part_, parent, "Row", before);
+  // A step of a path says what it is also where it only overrides the master's.
+  if (section.index >= 0 && base_) editor.SetAttribute(*part_, row, "T", base_->RowElement(section, key).attribute("T").value());
   editor.SetAttribute(*part_, row, section.rowsHaveNames ? "N" : "IX", key);
   return row;
 }

@@ -43,7 +43,20 @@ class Sheet {
   CellValue Value(const CellAddress& address) const;
   // False when the row has gone.
   bool Exists(const CellAddress& address) const;
-  void SetFormula(TreeEditor& editor, const CellAddress& address, std::string_view formula, const CellLookup& lookup);
+  void SetFormula(TreeEditor& editor, const CellAddress& address, std::string_view formula, const FormulaScope& scope);
+  // Stores what the cell's formula evaluates to now, or why it does not: then the last value stays. An inherited formula stays
+  // the master's. False when all was so before.
+  bool StoreEvaluation(TreeEditor& editor, const CellAddress& address, const Evaluation& evaluation);
+  // The sheet's own formulas; not the inherited ones, nor constants.
+  struct OwnFormula {
+    CellAddress address;
+    std::string_view formula;
+  };
+  std::vector<OwnFormula> OwnFormulas() const;
+  // Whether the cell's formula comes from the master.
+  bool InheritsFormula(const CellAddress& address) const;
+  // What formulas may call the cell: "Connections.X2", "Prop.Name" and "Prop.Name.Value".
+  std::vector<std::string> NamesOf(const CellAddress& address) const;
 
   struct Row {
     std::string key;  // N or IX
@@ -60,8 +73,6 @@ class Sheet {
   short AddRow(TreeEditor& editor, const SectionInfo& section, short position);
   short AddNamedRow(TreeEditor& editor, const SectionInfo& section, std::string_view name);
   void DeleteRow(TreeEditor& editor, const SectionInfo& section, short position);
-  // A row's written or known cells and their formulas.
-  std::vector<std::pair<std::string, std::string>> RowCells(const SectionInfo& section, const Row& row) const;
 
   // The element of that name, this sheet's own or the nearest inherited one.
   pugi::xml_node FindChild(const char* name) const;

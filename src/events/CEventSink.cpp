@@ -7,6 +7,7 @@
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
 #include "catalog/NameCatalogues.h"
+#include "connect/Glue_Connections.h"
 #include "events/PageRegisters.h"
 #include "props/PropertyCells.h"
 #include "props/StringFunctions.h"
@@ -141,7 +142,11 @@ void CEventSink::PageAdded(const IVPagePtr& page) try {
 void CEventSink::ShapeAdded(const IVShapePtr& shape) try {
   if (const short type = shape->Type(); type != kShapeTypeGroup && type != kShapeTypeShape) return;
   const std::string kind = KindOf(shape);
-  if (!IsModuleKind(kind)) return;
+  if (!IsModuleKind(kind)) {
+    const IVShapePtr selected = visApp->ActiveWindow()->Selection()->Item(1);
+    if (selected->RowExists(kSectionObject, kRowXForm1D, kExistsAnywhere)) CheckConnector();
+    return;
+  }
   const std::string text = shape->Text();
   if (!text.empty() && NameOccursAtLeast(AllModuleNames(), text, 1)) Renumber(shape, kind);
   IncrementPageCount(shape);

@@ -25,7 +25,8 @@ class CEventSink : public IVEventSink {
   void PageAdded(const IVPagePtr& page);
   // Queues the submodel pages of the Process shapes that are going, and takes all that goes out of the active page's registers.
   void BeforeSelectionDelete(const IVSelectionPtr& selection);
-  // Renumbers a module shape whose name is in use and registers it on its page. Ends silently on a host failure.
+  // Renumbers a module shape whose name is in use and registers it on its page; of any other shape, checks the selected
+  // connector. Ends silently on a host failure.
   void ShapeAdded(const IVShapePtr& shape);
   // Accepts any object and does nothing.
   void CopyAndPaste(const EventSubject&) {}

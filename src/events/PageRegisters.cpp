@@ -20,8 +20,6 @@ size_t RegisterOf(std::string_view kind) {
 
 }  // namespace
 
-bool IsModuleKind(std::string_view name) { return RegisterOf(name) < std::size(kModuleKinds); }
-
 std::string DrawingKindShapeIndexes(std::string_view kind) {
   std::string joined;
   const IVPagesPtr pages = visApp->ActiveDocument()->Pages();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "addin/host/HostFwd.h"
+#include "props/ModuleKinds.h"
 
 #include <string>
 #include <string_view>
@@ -9,20 +10,12 @@
 
 namespace vardo {
 
-// The fourteen kinds of module, in the order of a page's registers.
-inline constexpr std::string_view kModuleKinds[] = {"Create",   "Process",  "Decide",  "Assign",  "Batch",
-                                                    "Separate", "Record",   "Dispose", "Entity",  "Queue",
-                                                    "Resource", "Schedule", "Set",     "Variable"};
-
 struct BookkeepingRow {
   std::string_view name;
   std::string_view formula;
 };
 
 inline constexpr std::string_view kParentPageRow = "VardoParentPage";
-
-// Letter case counts.
-bool IsModuleKind(std::string_view name);
 
 // A list of shape positions a kind, the number of module shapes, and the page that a submodel page belongs to.
 inline constexpr BookkeepingRow kBookkeepingRows[] = {

@@ -65,6 +65,9 @@ Json ValueJson(const CellValue& value) {
   return std::get<std::string>(value);
 }
 
+// A command without a result returns null; one whose result is null returns this.
+Json NullResult() { return Json(Json::value_t::discarded); }
+
 bool IsTrue(const CellValue& value) { return std::holds_alternative<double>(value) && std::get<double>(value) != 0; }
 
 }  // namespace
@@ -128,6 +131,7 @@ const ScriptRunner::Command ScriptRunner::kCommands[] = {
     {"shapes", When::Always, &ScriptRunner::Shapes},
     {"drop", When::NoForm, &ScriptRunner::Drop},
     {"paste", When::NoForm, &ScriptRunner::Paste},
+    {"connect", When::NoForm, &ScriptRunner::Connect},
     {"select", When::NoForm, &ScriptRunner::Select},
     {"delete", When::NoForm, &ScriptRunner::Delete},
     {"text", When::NoForm, &ScriptRunner::TypeText},
@@ -206,7 +210,10 @@ void ScriptRunner::Handle(const std::string& line) {
     name = Text(request, "do");
     Json result = Execute(name, request);
     reply["ok"] = true;
-    if (!result.is_null()) reply["result"] = std::move(result);
+    if (result.is_discarded())
+      reply["result"] = nullptr;
+    else if (!result.is_null())
+      reply["result"] = std::move(result);
   } catch (const RuntimeError& error) {
     reply["ok"] = false;
     reply["error"] = {{"number", error.number()}, {"description", name + ": " + error.description()}};
@@ -316,7 +323,28 @@ Json ScriptRunner::Drop(const Json& arguments) {
   const double x = Optional<double>(arguments, "x").value_or(1), y = Optional<double>(arguments, "y").value_or(1);
   const IVShapePtr shape =
       session_.host().Drop(Text(arguments, "master"), page.id(), x, y, Optional<std::string>(arguments, "text"));
+  if (!shape) return NullResult();
   return {{"id", shape->ID()}, {"index", shape->Index()}, {"name", shape->Name()}};
+}
+
+DrawingHost::End ScriptRunner::EndArgument(const Json& arguments, DrawingPage& page, const char* shape, const char* point) {
+  DrawingHost::End end;
+  if (arguments.contains(shape)) end.shape = ShapeNamed(arguments[shape], page).shape;
+  end.point = Optional<int>(arguments, point);
+  if (end.point && !end.shape) Refuse(std::string("the argument \"") + point + "\" needs \"" + shape + "\"");
+  const auto glue = Optional<std::string>(arguments, "glue");
+  if (glue && *glue != "dynamic") Refuse("the argument \"glue\" can only be \"dynamic\"");
+  end.walks = glue.has_value();
+  return end;
+}
+
+Json ScriptRunner::Connect(const Json& arguments) {
+  DrawingPage& page = PageArgument(arguments);
+  const DrawingHost::End from = EndArgument(arguments, page, "from", "fromPoint"),
+                         to = EndArgument(arguments, page, "to", "toPoint");
+  const IVShapePtr shape = session_.host().Connect(Text(arguments, "master"), page.id(), from, to);
+  if (!shape) return NullResult();
+  return {{"id", shape->ID()}, {"name", shape->Name()}};
 }
 
 Json ScriptRunner::Paste(const Json& arguments) {
@@ -352,10 +380,11 @@ Json ScriptRunner::TypeText(const Json& arguments) {
 }
 
 Json ScriptRunner::Cell(const Json& arguments) {
-  const Sheet& sheet = *session_.host().Resolve(SheetArgument(arguments)).sheet;
+  const SheetRef ref = SheetArgument(arguments);
+  const Sheet& sheet = *session_.host().Resolve(ref).sheet;
   const auto address = sheet.Find(Text(arguments, "name"));
   if (!address) return {{"exists", false}};
-  return {{"exists", true}, {"formula", sheet.Formula(*address)}, {"value", ValueJson(sheet.Value(*address))}};
+  return {{"exists", true}, {"formula", session_.host().FormulaOf(ref, *address)}, {"value", ValueJson(sheet.Value(*address))}};
 }
 
 Json ScriptRunner::SetCell(const Json& arguments) {
@@ -364,13 +393,15 @@ Json ScriptRunner::SetCell(const Json& arguments) {
 }
 
 Json ScriptRunner::Rows(const Json& arguments) {
-  const Sheet& sheet = *session_.host().Resolve(SheetArgument(arguments)).sheet;
+  const SheetRef ref = SheetArgument(arguments);
+  const Sheet& sheet = *session_.host().Resolve(ref).sheet;
   const SectionInfo* section = FindSection(As<short>(Required(arguments, "section"), "section"));
   Json rows = Json::array();
   if (!section) return rows;
   for (const Sheet::Row& row : sheet.Rows(*section)) {
     Json cells = Json::object();
-    for (const auto& [name, formula] : sheet.RowCells(*section, row)) cells[name] = formula;
+    for (const ColumnInfo& column : section->columns)
+      cells[std::string(column.name)] = session_.host().FormulaOf(ref, {section, row.key, std::string(column.name)});
     rows.push_back({{"name", row.key}, {"cells", cells}});
   }
   return rows;

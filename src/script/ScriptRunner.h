@@ -49,10 +49,10 @@ class ScriptRunner {
   // One method a command. The result is null where there is none.
   Json New(const Json&), OpenFile(const Json&), Save(const Json&), Pages(const Json&), PageAdd(const Json&),
       PageDelete(const Json&), PageShow(const Json&), PageRename(const Json&), PageActive(const Json&), Masters(const Json&),
-      Shapes(const Json&), Drop(const Json&), Paste(const Json&), Select(const Json&), Delete(const Json&), TypeText(const Json&),
-      Cell(const Json&), SetCell(const Json&), Rows(const Json&), RowDelete(const Json&), Menus(const Json&),
-      MenuRun(const Json&), Actions(const Json&), ActionRun(const Json&), Undo(const Json&), Redo(const Json&),
-      Screen(const Json&), Screenshot(const Json&);
+      Shapes(const Json&), Drop(const Json&), Connect(const Json&), Paste(const Json&), Select(const Json&), Delete(const Json&),
+      TypeText(const Json&), Cell(const Json&), SetCell(const Json&), Rows(const Json&), RowDelete(const Json&),
+      Menus(const Json&), MenuRun(const Json&), Actions(const Json&), ActionRun(const Json&), Undo(const Json&),
+      Redo(const Json&), Screen(const Json&), Screenshot(const Json&);
   Json SetupEventSink(const Json&), AddVardoMenu(const Json&), InitializePage(const Json&), ShowEditor(const Json&),
       Submodel(const Json&), CloseSubmodel(const Json&), CopyAndPaste(const Json&), LoadedFormNames(const Json&);
   Json DescribeForm(const Json&), FormType(const Json&), FormPick(const Json&), FormCheck(const Json&), FormFocus(const Json&),
@@ -61,6 +61,7 @@ class ScriptRunner {
   DrawingPage& PageArgument(const Json& arguments, const char* name = "page");
   SheetRef ShapeArgument(const Json& arguments, const char* name);
   SheetRef ShapeNamed(const Json& shape, DrawingPage& page);
+  DrawingHost::End EndArgument(const Json& arguments, DrawingPage& page, const char* shape, const char* point);
   SheetRef SheetArgument(const Json& arguments);
   Json DescribeShape(const SheetRef& ref);
   void RunAddon(const std::string& statement);

@@ -144,7 +144,8 @@ inline std::string Written(const Sheet& sheet) { return sheet.part().Serialise(s
 
 // A formula written as a person or the add-in does.
 inline void SetCell(Drawing& drawing, Sheet& sheet, std::string_view cell, std::string_view formula) {
-  sheet.SetFormula(drawing.editor(), sheet.Find(cell).value(), formula, drawing.LookupFor(&drawing.PageAt(1), sheet));
+  const CellAddress address = sheet.Find(cell).value();
+  sheet.SetFormula(drawing.editor(), address, formula, drawing.ScopeFor(&drawing.PageAt(1), sheet, address));
 }
 
 }  // namespace vardo::test

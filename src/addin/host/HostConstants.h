@@ -36,6 +36,7 @@ inline constexpr short kCellActionMenu = 0;
 inline constexpr short kCellActionAction = 3;
 inline constexpr short kCellConnectionX = 0;
 inline constexpr short kCellConnectionY = 1;
+inline constexpr short kCellConnectionAutoGen = 5;
 
 // Columns of the end-point row.
 inline constexpr short kCell1DBeginX = 0;
