@@ -51,7 +51,7 @@ struct EndCells {
 constexpr EndCells kEndCells[] = {{"BeginX", "BeginY", "BegTrigger"}, {"EndX", "EndY", "EndTrigger"}};
 
 // The host names further instances of a master, and copies of the master itself, with a "." and a number behind.
-std::string_view UpToDot(std::string_view name) { return name.substr(0, name.find('.')); }
+std::string_view BeforeDot(std::string_view name) { return name.substr(0, name.find('.')); }
 
 const SpecialConnector* FindSpecial(std::string_view connectorName) {
   const auto found = std::find_if(std::begin(kSpecialConnectors), std::end(kSpecialConnectors),
@@ -131,7 +131,7 @@ void Refuse(const std::string& message) {
 }
 
 void RefuseAs(std::string_view connectorName, std::string_view forWhat, std::string_view instead) {
-  Refuse("The " + std::string(UpToDot(connectorName)) + " is an invalid connector for this " + std::string(forWhat) +
+  Refuse("The " + std::string(BeforeDot(connectorName)) + " is an invalid connector for this " + std::string(forWhat) +
          ".  Try using the " + std::string(instead) + " instead.");
 }
 
@@ -165,7 +165,7 @@ void CheckConnector() {
   std::string shapes[2], kinds[2];
   for (size_t i = 0; i < 2; ++i) {
     shapes[i] = ShapeAtEnd(connector, kEndCells[i]);
-    kinds[i] = UpToDot(shapes[i]);
+    kinds[i] = BeforeDot(shapes[i]);
   }
   const IVMasterPtr master = connector->Master();
   const std::string connectorName = master ? master->Name() : "";
