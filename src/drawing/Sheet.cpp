@@ -274,6 +274,9 @@ void Sheet::DeleteRow(TreeEditor& editor, const SectionInfo& section, short posi
     editor.SetAttribute(*part_, InsertRow(editor, section, row.key), "Del", "1");
     return;
   }
+  // An empty section says nothing, and there are readers that take what follows it for its contents.
+  const pugi::xml_node left = SectionElement(section);
+  if (left && !left.first_child()) editor.Remove(*part_, left);
   if (section.rowsHaveNames) return;
   // Local rows are numbered without gaps.
   for (size_t behind = static_cast<size_t>(position) + 1; behind < rows.size(); ++behind)

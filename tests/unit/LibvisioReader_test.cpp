@@ -1,5 +1,7 @@
 // Another program's reader sees the same drawing in what we save as in what we opened.
 #include "TestDrawings.h"
+#include "addin/host/HostConstants.h"
+#include "addin/host/IVShape.h"
 #include "drawing/DrawingHost.h"
 #include "drawing/vsdx/FileError.h"
 
@@ -190,6 +192,27 @@ TEST(LibvisioReader, SeesWhatWeDraw) {
     EXPECT_NE(std::find(seen.texts.begin(), seen.texts.end(), "the " + master + "\n"), seen.texts.end()) << master;
   }
   ExpectSeenAlike(file);
+}
+
+TEST(LibvisioReader, SeesShapesWhosePointsCameAndWent) {
+  const TempFolder folder;
+  const fs::path file = folder / "glued.vsdx";
+  DrawingHost host;
+  host.New();
+  const int page = host.ActivePage().id();
+  const IVShapePtr create = host.Drop("Create", page, 2, 2, "first");
+  const IVShapePtr process = host.Drop("Process", page, 4, 2, "second");
+  host.Save(file);
+  const Seen before = See(file);
+  ASSERT_EQ(before.texts.size(), 2u);
+
+  host.Connect("Dynamic connector", page, {.shape = create->ID()}, {.shape = process->ID()});
+  create->DeleteRow(kSectionConnectionPts, 1);
+  process->DeleteRow(kSectionConnectionPts, 2);
+  host.Save(file);
+  const Seen after = See(file);
+  EXPECT_EQ(after.texts, before.texts);
+  EXPECT_GT(after.shapes, before.shapes) << "the connector is drawn, and the modules still are";
 }
 
 }  // namespace

@@ -175,6 +175,14 @@ TEST(Sheet, DeletingAShapesOwnRowRenumbersTheRest) {
             "<Row T='Connection' IX='1'><Cell N='X' V='12'/></Row></Section></Shape>");
 }
 
+TEST(Sheet, ASectionGoesWithItsLastOwnRow) {
+  const auto drawing =
+      OpenOwn("<Section N='Connection'><Row T='Connection' IX='0'><Cell N='X' V='10'/></Row></Section><Text>t</Text>");
+  DrawingShape& shape = First(*drawing);
+  shape.DeleteRow(drawing->editor(), Section(kSectionConnectionPts), 0);
+  EXPECT_EQ(Written(shape), "<Shape ID='1' Type='Shape'><Text>t</Text></Shape>");
+}
+
 TEST(Sheet, NamedConnectionPoints) {
   const auto drawing = OpenOwn("<Section N='Connection'><Row T='Connection' N='U04R'><Cell N='X' V='7'/></Row></Section>");
   EXPECT_EQ(Formula(First(*drawing), "Connections.U04R.X"), "7");
