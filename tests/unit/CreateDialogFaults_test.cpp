@@ -143,7 +143,12 @@ class CreateDialogFaults : public testing::Test {
     const RecordingPlatform::Message& message = platform_->messages[0];
     EXPECT_EQ(message.title, "Quellis");
     EXPECT_EQ(message.style, 48);
-    EXPECT_THAT(message.text, testing::ContainsRegex("^-?[0-9]+\n[^\n]+$"));
+    const size_t lineEnd = message.text.find('\n');
+    ASSERT_NE(lineEnd, std::string::npos) << message.text;
+    EXPECT_EQ(std::to_string(std::atoi(message.text.c_str())), message.text.substr(0, lineEnd))
+        << "the number has a line of its own";
+    EXPECT_GT(message.text.size(), lineEnd + 1) << "so has the description";
+    EXPECT_EQ(message.text.find('\n', lineEnd + 1), std::string::npos) << message.text;
   }
 
   TestPlatform platform_;
