@@ -74,10 +74,10 @@ const SectionInfo* FindByPrefix(std::string_view prefix) {
 }
 
 // "X2" of "Connections.X2", where the number is a row counted from 1.
-std::optional<CellName> ParseNumberedRow(const SectionInfo& section, std::string_view rest) {
+std::optional<ParsedCellName> ParseNumberedRow(const SectionInfo& section, std::string_view rest) {
   const size_t digits = rest.find_first_of("0123456789");
   if (digits == std::string_view::npos || digits == 0 || !AllDigits(rest.substr(digits))) return std::nullopt;
-  return CellName{&section, std::string(rest.substr(digits)), true, ColumnSpelling(section, rest.substr(0, digits))};
+  return ParsedCellName{&section, std::string(rest.substr(digits)), true, ColumnSpelling(section, rest.substr(0, digits))};
 }
 
 }  // namespace
@@ -119,12 +119,12 @@ const ObjectCell* FindObjectCell(short row, short column) {
 
 bool IsOneDimensionalRow(short row) { return row == kRowXForm1D; }
 
-std::optional<CellName> ParseCellName(std::string_view name) {
+std::optional<ParsedCellName> ParseCellName(std::string_view name) {
   if (name.empty()) return std::nullopt;
   const size_t dot = name.find('.');
   if (dot == std::string_view::npos) {
     const ObjectCell* known = FindObjectCell(name);
-    return CellName{nullptr, "", false, std::string(known ? known->name : name)};
+    return ParsedCellName{nullptr, "", false, std::string(known ? known->name : name)};
   }
   const std::string_view prefix = name.substr(0, dot), rest = name.substr(dot + 1);
   const SectionInfo* section = FindByPrefix(prefix);
@@ -135,7 +135,7 @@ std::optional<CellName> ParseCellName(std::string_view name) {
   const std::string_view row = rest.substr(0, second);
   const std::string_view column = second == std::string_view::npos ? section->shortName : rest.substr(second + 1);
   if (row.empty() || column.empty()) return std::nullopt;
-  return CellName{section, std::string(row), false, ColumnSpelling(*section, column)};
+  return ParsedCellName{section, std::string(row), false, ColumnSpelling(*section, column)};
 }
 
 }  // namespace vardo

@@ -49,14 +49,14 @@ const ObjectCell* FindObjectCell(short row, short column);
 bool IsOneDimensionalRow(short row);
 
 // A cell's name taken apart. For the object section only cell is set. For "Connections.X2" row is "2" and byNumber is true.
-struct CellName {
+struct ParsedCellName {
   const SectionInfo* section = nullptr;  // null: the object section
   std::string row;
   bool byNumber = false;
   std::string cell;  // as the file spells it where it is known
 };
 // None when the text is no cell name at all. Letter case does not count in sections and columns.
-std::optional<CellName> ParseCellName(std::string_view name);
+std::optional<ParsedCellName> ParseCellName(std::string_view name);
 
 bool EqualAsciiIgnoringCase(std::string_view a, std::string_view b);
 
