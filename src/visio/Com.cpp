@@ -21,7 +21,9 @@ std::string HexText(HRESULT code) {
 Variant Converted(const VARIANT& value, VARTYPE type) {
   Variant plain = Variant::CopyOf(value), converted;
   if (plain.get().vt == type) return plain;
-  if (FAILED(VariantChangeTypeEx(&converted.get(), &plain.get(), LOCALE_INVARIANT, VARIANT_ALPHABOOL, type)))
+  // An object's default member is not asked for: that would be a call into somebody else's program.
+  const bool isObject = plain.get().vt == VT_DISPATCH || plain.get().vt == VT_UNKNOWN;
+  if (isObject || FAILED(VariantChangeTypeEx(&converted.get(), &plain.get(), LOCALE_INVARIANT, VARIANT_ALPHABOOL, type)))
     throw RuntimeError::TypeMismatch();
   return converted;
 }
@@ -78,9 +80,10 @@ Variant FilledArray(VARTYPE type, std::size_t size, const Fill& fill) {
 }  // namespace
 
 unique_bstr ToBstr(std::string_view text) {
-  const std::wstring wide = ToWide(text);
-  if (wide.size() > UINT_MAX / sizeof(OLECHAR)) throw std::bad_alloc();
-  unique_bstr bstr(SysAllocStringLen(wide.data(), static_cast<UINT>(wide.size())));
+  // As wide as each other on Windows.
+  const std::u16string units = ToUtf16(text);
+  if (units.size() > UINT_MAX / sizeof(OLECHAR)) throw std::bad_alloc();
+  unique_bstr bstr(SysAllocStringLen(reinterpret_cast<const OLECHAR*>(units.data()), static_cast<UINT>(units.size())));
   if (!bstr) throw std::bad_alloc();
   return bstr;
 }
@@ -129,6 +132,13 @@ Variant Variant::ArrayOf(const std::vector<std::string>& texts) {
   return FilledArray<VARIANT>(VT_VARIANT, texts.size(), [&](VARIANT* element) {
     for (const std::string& text : texts) *element++ = Variant(text).Detach();
   });
+}
+
+Variant Variant::ReferenceTo(Variant& array) {
+  Variant reference;
+  reference.value_.vt = static_cast<VARTYPE>(VT_BYREF | array.value_.vt);
+  reference.value_.pparray = &array.value_.parray;
+  return reference;
 }
 
 Variant Variant::Missing() {

@@ -146,6 +146,8 @@ class Variant {
   // The one-dimensional arrays of the host's bulk operations, counted from 0.
   static Variant ArrayOf(const std::vector<std::int16_t>& numbers);
   static Variant ArrayOf(const std::vector<std::string>& texts);
+  // For by-reference arguments: refers to the array, which must stay where it is meanwhile.
+  static Variant ReferenceTo(Variant& array);
   // An optional argument that is left out.
   static Variant Missing();
 
