@@ -17,6 +17,8 @@ std::string HexText(HRESULT code) {
   return text;
 }
 
+bool IsNullReference(const VARIANT& value) { return (value.vt & VT_BYREF) && !value.byref; }
+
 // The value, by reference or not, as another type; numbers are written with a point whatever the user's language.
 Variant Converted(const VARIANT& value, VARTYPE type) {
   Variant plain = Variant::CopyOf(value), converted;
@@ -49,10 +51,11 @@ class LockedArray {
 
  private:
   static SAFEARRAY* ArrayIn(const VARIANT& value) {
-    if (value.vt == (VT_BYREF | VT_VARIANT)) return value.pvarVal ? ArrayIn(*value.pvarVal) : nullptr;
-    if (!(value.vt & VT_ARRAY)) return nullptr;
-    if (!(value.vt & VT_BYREF)) return value.parray;
-    return value.pparray ? *value.pparray : nullptr;
+    const bool isVariant = value.vt == (VT_BYREF | VT_VARIANT);
+    if (isVariant && !value.pvarVal) return nullptr;
+    const VARIANT& holder = isVariant ? *value.pvarVal : value;
+    if (!(holder.vt & VT_ARRAY) || IsNullReference(holder)) return nullptr;
+    return holder.vt & VT_BYREF ? *holder.pparray : holder.parray;
   }
   SAFEARRAY* array_;
   void* data_ = nullptr;
@@ -115,6 +118,8 @@ Variant Variant::Attach(const VARIANT& value) {
 }
 
 Variant Variant::CopyOf(const VARIANT& value) {
+  if (IsNullReference(value) || (value.vt == (VT_BYREF | VT_VARIANT) && IsNullReference(*value.pvarVal)))
+    throw RuntimeError::TypeMismatch();
   Variant copy;
   const HRESULT result = VariantCopyInd(&copy.value_, const_cast<VARIANT*>(&value));
   if (result == E_OUTOFMEMORY) throw std::bad_alloc();

@@ -4,6 +4,7 @@
 #include <iterator>
 
 namespace vardo {
+
 DISPID DispidTable::Find(HostClass hostClass, const wchar_t* member, IDispatch& object) {
   auto& known = ids_[static_cast<std::size_t>(hostClass)];
   if (const auto found = known.find(member); found != known.end()) return found->second;
