@@ -112,16 +112,16 @@ void DeleteTree(HKEY root, const std::wstring& key) {
   if (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND) Fail("cannot delete the registry key ", path, status);
 }
 
-// Windows makes these on a user's first registration, and there they are nothing without a key in them.
-void DeleteIfEmpty(HKEY root, const std::wstring& key) {
-  const std::wstring path = kClasses + key;
+// A user's first registration makes the keys that all classes stand in; without any they are nothing.
+void DeleteIfEmpty(HKEY root, const std::wstring& name) {
+  const std::wstring path = kClasses + name;
   HKEY opened = nullptr;
   if (RegOpenKeyExW(root, path.c_str(), 0, KEY_QUERY_VALUE, &opened) != ERROR_SUCCESS) return;
+  const RegistryKey key(opened);
   DWORD keys = 0;
   DWORD values = 0;
   const auto status =
       RegQueryInfoKeyW(opened, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr, nullptr, nullptr, nullptr);
-  RegCloseKey(opened);
   if (status == ERROR_SUCCESS && keys == 0 && values == 0) RegDeleteKeyW(root, path.c_str());
 }
 
