@@ -226,24 +226,24 @@ class ComboView : public TypingView {
  public:
   ComboView(ComboBox& control, HWND parent, bool& mirroring) : ComboView(control, MakeCombo(parent), mirroring) {}
 
-  // The closed box takes the place, whatever the font; the list hangs under it.
+  // The list hangs under the place, which the closed box fills. What it adds to its line's height is its own affair.
   void SetPlace(const RECT& place) override {
-    const int lineHeight = Send(window(), CB_GETITEMHEIGHT, 0);
+    const int wanted = static_cast<int>(place.bottom - place.top);
     RECT box = place;
-    box.bottom += lineHeight * kItemsInSight + 2;
+    box.bottom += Send(window(), CB_GETITEMHEIGHT, 0) * kItemsInSight + 2;
     TypingView::SetPlace(box);
-    RECT closed = {};
-    GetWindowRect(window(), &closed);
-    const auto selection = static_cast<WPARAM>(-1);
-    const int borders = static_cast<int>(closed.bottom - closed.top) - Send(window(), CB_GETITEMHEIGHT, selection);
-    Send(window(), CB_SETITEMHEIGHT, selection, place.bottom - place.top - borders);
+    SetLineHeight(wanted);
+    SetLineHeight(2 * wanted - ClosedHeight());
     Send(edit_, EM_SETSEL, 0, 0);
   }
 
   void Notified(WORD code) override {
+    if (mirroring_) return;
     if (code == CBN_EDITCHANGE) Typed();
-    if (code == CBN_CLOSEUP && !mirroring_) Settle();
-    if (code == CBN_SELCHANGE && Listens()) Forward([&] { form().UserPick(combo_, Send(window(), CB_GETCURSEL)); });
+    // The list may close before the choice is told, and what is selected is the control's item again by then.
+    if (code == CBN_SELENDOK) chosen_ = Send(window(), CB_GETCURSEL);
+    if (code == CBN_CLOSEUP) Settle();
+    if (code == CBN_SELCHANGE && Listens()) Forward([&] { form().UserPick(combo_, chosen_); });
   }
 
   // Opens the list and clicks the item.
@@ -269,6 +269,8 @@ class ComboView : public TypingView {
         if (!combo_.DroppedDown()) return 0;
         break;
       case WM_COMMAND:
+        if (reinterpret_cast<HWND>(lParam) != list_) return TypingView::Handle(window, message, wParam, lParam);
+        break;
       case CB_SHOWDROPDOWN:
         break;
       default:
@@ -306,6 +308,14 @@ class ComboView : public TypingView {
     return {combo, info.hwndItem, info.hwndList};
   }
 
+  void SetLineHeight(int height) const { Send(window(), CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), height); }
+
+  int ClosedHeight() const {
+    RECT closed = {};
+    GetWindowRect(window(), &closed);
+    return static_cast<int>(closed.bottom - closed.top);
+  }
+
   bool IsOpen() const { return Send(window(), CB_GETDROPPEDSTATE) != 0; }
 
   // The list opened or closed, or an item was chosen in it.
@@ -327,6 +337,7 @@ class ComboView : public TypingView {
   }
 
   HWND list_;
+  int chosen_ = -1;
 };
 
 // Windows' own pick-only combo shows items only. This one takes no typing, and shows whatever text it is given.
