@@ -118,6 +118,7 @@ class ButtonView : public CaptionView {
 
   void Notified(WORD code) override {
     if (code != BN_CLICKED || !Listens()) return;
+    clicked_ = true;
     Forward([&] { form().UserClick(control()); });
     Mirror();
   }
@@ -130,16 +131,20 @@ class ButtonView : public CaptionView {
   }
 
  private:
-  // The focus follows when the button is let go, with the click.
+  // The focus follows when the button is let go, with the click; without one when the mouse has left the button.
   LRESULT Handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam) override {
     if (message == WM_LBUTTONDOWN || message == WM_LBUTTONDBLCLK) {
       const Mirroring pressing(mirroring_);
       return CaptionView::Handle(window, message, wParam, lParam);
     }
+    if (message != WM_LBUTTONUP) return CaptionView::Handle(window, message, wParam, lParam);
+    clicked_ = false;
     const LRESULT result = CaptionView::Handle(window, message, wParam, lParam);
-    if (message == WM_LBUTTONUP) FocusTaken();
+    if (!clicked_) FocusTaken();
     return result;
   }
+
+  bool clicked_ = false;
 };
 
 class CheckView : public ButtonView {
