@@ -11,6 +11,10 @@
 #ifdef VARDO_SCENARIO_QT
 #include "forms/qt/QtPresenter.h"
 #include "forms/qt/QtSession.h"
+#elif defined VARDO_SCENARIO_WIN32
+#include "forms/win32/Win32Presenter.h"
+
+#include <objbase.h>
 #else
 #include "forms/headless/HeadlessPresenter.h"
 #endif
@@ -21,6 +25,20 @@ namespace {
 #ifdef VARDO_SCENARIO_QT
 using Presenter = QtPresenter;
 using Session = QtSession;
+#elif defined VARDO_SCENARIO_WIN32
+struct Presenter : Win32Presenter {
+  explicit Presenter(std::function<void(Form&)> pump) : Win32Presenter(GetActiveWindow, std::move(pump)) {}
+};
+// As the thread of a drawing program is.
+struct Session {
+  Session(int, char**) {
+    SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+  }
+  ~Session() { CoUninitialize(); }
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+};
 #else
 using Presenter = HeadlessPresenter;
 struct Session {
