@@ -5,7 +5,7 @@
 
 namespace vardo {
 
-// Made on first use; it stays until the process ends.
+// Made on first use; from then on it stays, and the server loaded, until the process ends.
 Application& TheAddin();
 
 }  // namespace vardo

@@ -40,6 +40,14 @@ HRESULT ReportRefusal(HRESULT result) noexcept {
   return ToHresult([&] { throw AutomationError(result, SystemText(result)); });
 }
 
+// Windows itself would follow such a reference.
+bool RefersToNothing(const VARIANT& argument) { return (argument.vt & VT_BYREF) && !argument.byref; }
+
+bool AreReadable(const DISPPARAMS* arguments) {
+  if (!arguments || (arguments->cArgs != 0 && !arguments->rgvarg)) return false;
+  return std::none_of(arguments->rgvarg, arguments->rgvarg + arguments->cArgs, RefersToNothing);
+}
+
 IDispatch* Required(IDispatch* object, const char* name) {
   if (!object) throw RuntimeError::InvalidArgument(std::string(name) + " is no object");
   return object;
@@ -83,7 +91,7 @@ class ApplicationObject final : public ComObject<_Application>, public ISupportE
   HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID id, LCID, WORD flags, DISPPARAMS* arguments, VARIANT* result,
                                    EXCEPINFO* exception, UINT* wrongArgument) noexcept override {
     if (id != IID_NULL) return ReportRefusal(DISP_E_UNKNOWNINTERFACE);
-    if (!arguments || (arguments->cArgs != 0 && !arguments->rgvarg)) return ReportRefusal(E_INVALIDARG);
+    if (!AreReadable(arguments)) return ReportRefusal(E_INVALIDARG);
     _Application* const self = this;
     return ReportRefusal(typeInfo_->Invoke(self, member, flags, arguments, result, exception, wrongArgument));
   }

@@ -38,8 +38,7 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID id, void** object) {
   return GetApplicationFactory(id, object);
 }
 
-// Once the add-in listens, the host holds its sink.
-STDAPI DllCanUnloadNow() { return ModuleLock::IsHeld() || eventSink || visApp ? S_FALSE : S_OK; }
+STDAPI DllCanUnloadNow() { return ModuleLock::IsHeld() ? S_FALSE : S_OK; }
 
 STDAPI DllRegisterServer() {
   return ToHresult([] { RegisterServer(RegistrationScope::kMachine); });

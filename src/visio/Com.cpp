@@ -17,6 +17,11 @@ std::string HexText(HRESULT code) {
   return text;
 }
 
+void CheckCopied(HRESULT result) {
+  if (result == E_OUTOFMEMORY) throw std::bad_alloc();
+  if (FAILED(result)) throw RuntimeError::TypeMismatch();
+}
+
 bool IsNullReference(const VARIANT& value) { return (value.vt & VT_BYREF) && !value.byref; }
 
 // The value, by reference or not, as another type; numbers are written with a point whatever the user's language.
@@ -91,25 +96,16 @@ unique_bstr ToBstr(std::string_view text) {
   return bstr;
 }
 
-std::wstring ToWide(std::string_view text) {
-  const std::u16string units = ToUtf16(text);
-  return {units.begin(), units.end()};
-}
-
 std::string FromBstr(const OLECHAR* bstr) {
   return bstr ? FromWide({bstr, SysStringLen(const_cast<OLECHAR*>(bstr))}) : std::string();
 }
-
-std::string FromWide(std::wstring_view text) { return ToUtf8(std::u16string(text.begin(), text.end())); }
 
 Variant::Variant(std::string_view text) : Variant() {
   value_.bstrVal = ToBstr(text).release();
   value_.vt = VT_BSTR;
 }
 
-Variant::Variant(const Variant& other) : Variant() {
-  if (FAILED(VariantCopy(&value_, const_cast<VARIANT*>(&other.value_)))) throw std::bad_alloc();
-}
+Variant::Variant(const Variant& other) : Variant() { CheckCopied(VariantCopy(&value_, const_cast<VARIANT*>(&other.value_))); }
 
 Variant Variant::Attach(const VARIANT& value) {
   Variant owner;
@@ -121,9 +117,7 @@ Variant Variant::CopyOf(const VARIANT& value) {
   if (IsNullReference(value) || (value.vt == (VT_BYREF | VT_VARIANT) && IsNullReference(*value.pvarVal)))
     throw RuntimeError::TypeMismatch();
   Variant copy;
-  const HRESULT result = VariantCopyInd(&copy.value_, const_cast<VARIANT*>(&value));
-  if (result == E_OUTOFMEMORY) throw std::bad_alloc();
-  if (FAILED(result)) throw RuntimeError::TypeMismatch();
+  CheckCopied(VariantCopyInd(&copy.value_, const_cast<VARIANT*>(&value)));
   return copy;
 }
 

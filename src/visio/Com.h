@@ -3,6 +3,7 @@
 #pragma once
 
 #include "addin/host/HostError.h"
+#include "platform/win32/WideText.h"
 
 #include <windows.h>
 // After windows.h, which it needs.
@@ -113,10 +114,8 @@ using unique_bstr = std::unique_ptr<OLECHAR, BstrFree>;
 
 // Throws std::bad_alloc.
 unique_bstr ToBstr(std::string_view text);
-std::wstring ToWide(std::string_view text);
 // Null is the empty text.
 std::string FromBstr(const OLECHAR* bstr);
-std::string FromWide(std::wstring_view text);
 
 // Owns a VARIANT and all that it refers to.
 class Variant {
@@ -131,6 +130,7 @@ class Variant {
   Variant(const char* text) : Variant(std::string_view(text)) {}
   // Null is the object variable that holds nothing.
   Variant(ComPtr<IDispatch> object) : Variant(VT_DISPATCH) { value_.pdispVal = object.Detach(); }
+  // Throws RuntimeError 13 when what it holds is of no type there is.
   Variant(const Variant& other);
   Variant(Variant&& other) noexcept : value_(other.Detach()) {}
   Variant& operator=(Variant other) noexcept {

@@ -13,4 +13,7 @@ IVApplicationPtr WrapApplication(IDispatch* application);
 IVPagePtr WrapPage(IDispatch* page);
 IVShapePtr WrapShape(IDispatch* shape);
 
+// The window that the running Visio works in, as its WindowHandle32 says; null when it does not say, and for any other host.
+HWND MainWindow(const IVApplicationPtr& application) noexcept;
+
 }  // namespace vardo

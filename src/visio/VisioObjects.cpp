@@ -274,4 +274,14 @@ IVApplicationPtr WrapApplication(IDispatch* application) { return WrapNew<VisioA
 IVPagePtr WrapPage(IDispatch* page) { return WrapNew<VisioPage>(page); }
 IVShapePtr WrapShape(IDispatch* shape) { return WrapNew<VisioShape>(shape); }
 
+HWND MainWindow(const IVApplicationPtr& application) noexcept {
+  const auto* visio = dynamic_cast<const VisioApplication*>(application.get());
+  if (!visio) return nullptr;
+  try {
+    return static_cast<HWND>(LongToHandle(visio->host().Get<int>(L"WindowHandle32")));
+  } catch (const std::exception&) {
+    return nullptr;
+  }
+}
+
 }  // namespace vardo
