@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <new>
+#include <optional>
 #include <span>
 #include <unordered_map>
 #include <variant>
@@ -17,7 +18,7 @@ class OfferedObjects;
 // A failure of the call itself.
 struct BadCall {
   HRESULT code;
-  std::size_t parameter = 0;
+  std::optional<std::size_t> parameter = std::nullopt;  // the one that is wrong
 };
 
 // A member of the objects that stand for one of the host's interfaces.
@@ -104,13 +105,13 @@ class OfferedObject : public DispatchObject {
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD kind, DISPPARAMS* parameters, VARIANT* result,
                                    EXCEPINFO* failure, UINT* wrongArgument) noexcept override {
     const ComPtr<IDispatch> alive(this);
+    const CallArguments arguments(parameters);
     try {
-      const CallArguments arguments(parameters);
       Variant returned = MemberOf(id, kind, arguments).run(*handle_, arguments, *objects_);
       if (result) *result = returned.Detach();
       return S_OK;
     } catch (const BadCall& error) {
-      if (wrongArgument && parameters) *wrongArgument = parameters->cArgs - 1 - static_cast<UINT>(error.parameter);
+      if (wrongArgument && error.parameter) *wrongArgument = static_cast<UINT>(arguments[*error.parameter] - parameters->rgvarg);
       return error.code;
     } catch (...) {
       return TellFailure(CurrentFailure(), failure);
@@ -140,7 +141,7 @@ class OfferedObject : public DispatchObject {
       if (IdOf(member) != id || !(member.kind & kind)) continue;
       if (arguments.count() != member.parameterCount) throw BadCall{DISP_E_BADPARAMCOUNT};
       for (std::size_t i = 0; i < member.parameterCount; ++i)
-        if (IsMissing(arguments[i])) throw BadCall{DISP_E_PARAMNOTOPTIONAL, i};
+        if (IsMissing(arguments[i])) throw BadCall{DISP_E_PARAMNOTOPTIONAL, arguments[i] ? std::optional(i) : std::nullopt};
       return member;
     }
     throw BadCall{DISP_E_MEMBERNOTFOUND};
