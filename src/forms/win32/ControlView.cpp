@@ -380,6 +380,14 @@ class PickOnlyComboView : public ComboView {
 
   bool TakesTyping() const override { return false; }
 
+  // Selecting a text that is longer than the box would scroll to its end.
+  void Entered() override {
+    RECT area = {};
+    GetClientRect(edit_, &area);
+    if (WidestOf(edit_, {combo_.Text()}) < area.right) return ComboView::Entered();
+    Left();
+  }
+
   void Update() override {
     ComboView::Update();
     if (GetFocus() == edit_) Entered();

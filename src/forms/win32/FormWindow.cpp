@@ -9,6 +9,8 @@
 #include "platform/win32/VisualStyles.h"
 #include "platform/win32/WideText.h"
 
+#include <algorithm>
+
 namespace vardo {
 namespace {
 
@@ -21,6 +23,9 @@ RECT PixelsOf(const TwipsRect& place, int dotsPerInch) {
   return {ToPixels(place.left, dotsPerInch), ToPixels(place.top, dotsPerInch), ToPixels(place.left + place.width, dotsPerInch),
           ToPixels(place.top + place.height, dotsPerInch)};
 }
+
+// What sticks out is moved in; what is too long begins where the room does.
+LONG Within(LONG start, LONG length, LONG from, LONG to) { return std::max(from, std::min(start, to - length)); }
 
 }  // namespace
 
@@ -64,14 +69,17 @@ ControlView& FormWindow::MakeView(Control& control) {
   return *views_.emplace(&control, std::move(view)).first->second;
 }
 
+// Where the form says, but not beyond the screen, where a person could not reach it.
 void FormWindow::PlaceWindow() {
   const Screen screen = ScreenOf(owner_);
   const RECT place = PixelsOf(form_.Place(), screen.dotsPerInch);
   RECT size = {0, 0, place.right - place.left, place.bottom - place.top};
   AdjustWindowRectExForDpi(&size, kStyle, FALSE, kExtendedStyle, static_cast<UINT>(screen.dotsPerInch));
-  SetWindowPos(window_, nullptr, static_cast<int>(screen.pixels.left + place.left),
-               static_cast<int>(screen.pixels.top + place.top), static_cast<int>(size.right - size.left),
-               static_cast<int>(size.bottom - size.top), SWP_NOZORDER | SWP_NOACTIVATE);
+  const LONG width = size.right - size.left, height = size.bottom - size.top;
+  const LONG left = Within(screen.pixels.left + place.left, width, screen.pixels.left, screen.pixels.right);
+  const LONG top = Within(screen.pixels.top + place.top, height, screen.pixels.top, screen.pixels.bottom);
+  SetWindowPos(window_, nullptr, static_cast<int>(left), static_cast<int>(top), static_cast<int>(width), static_cast<int>(height),
+               SWP_NOZORDER | SWP_NOACTIVATE);
   PlaceControls(screen.dotsPerInch);
 }
 

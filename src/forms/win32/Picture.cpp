@@ -58,14 +58,23 @@ RECT ClientAreaOnScreen(HWND window) {
   return area;
 }
 
+bool IsOnScreens(const RECT& area) {
+  RECT screens = {GetSystemMetrics(SM_XVIRTUALSCREEN), GetSystemMetrics(SM_YVIRTUALSCREEN), 0, 0};
+  screens.right = screens.left + GetSystemMetrics(SM_CXVIRTUALSCREEN);
+  screens.bottom = screens.top + GetSystemMetrics(SM_CYVIRTUALSCREEN);
+  RECT all = {};
+  return UnionRect(&all, &screens, &area) && EqualRect(&all, &screens);
+}
+
 }  // namespace
 
 bool SavePicture(HWND window, const std::string& file) {
   RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
   GdiFlush();
+  const RECT area = ClientAreaOnScreen(window);
   const Drawing drawing;
-  const Bitmap bitmap = CopyScreen(ClientAreaOnScreen(window));
-  if (!drawing.IsReady()) return false;
+  if (!drawing.IsReady() || !IsOnScreens(area)) return false;
+  const Bitmap bitmap = CopyScreen(area);
   Gdiplus::Bitmap picture(bitmap.get(), nullptr);
   return picture.Save(ToWide(file).c_str(), &kPngEncoder, nullptr) == Gdiplus::Ok;
 }

@@ -44,6 +44,13 @@ class QuitWish {
   int code_ = 0;
 };
 
+// A window that was just shown may not have been drawn yet, wherever the screen is another program's.
+void AwaitQuietScreen() {
+  constexpr DWORD kQuiet = 50;  // milliseconds
+  do Win32Presenter::ProcessEvents();
+  while (MsgWaitForMultipleObjects(0, nullptr, FALSE, kQuiet, QS_ALLINPUT) == WAIT_OBJECT_0);
+}
+
 void Dispatch(const MSG& message) {
   TranslateMessage(&message);
   DispatchMessageW(&message);
@@ -129,7 +136,7 @@ void Win32Presenter::Key(Form& form, std::string_view name) {
 
 void Win32Presenter::Screenshot(Form& form, const std::string& file) {
   FormWindow& window = Window(form);
-  ProcessEvents();
+  AwaitQuietScreen();
   if (!SavePicture(window.window(), file))
     throw RuntimeError(5, "No picture of " + form.name() + " could be written to " + file + ".");
 }
