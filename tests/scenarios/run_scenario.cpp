@@ -2,6 +2,7 @@
 // expected. Exit status 0 when nothing did. Built once for every forms toolkit.
 #include "Scenario.h"
 #include "platform/NativePlatform.h"
+#include "script/ModelDesktop.h"
 #include "script/ScriptRunner.h"
 
 #include <iostream>
@@ -127,11 +128,14 @@ bool Succeeds(const Scenario& scenario) {
   const std::unique_ptr<Platform> native = MakeNativePlatform();
   ScenarioMachine machine(*native, scenario);
   Play play(scenario);
+  AddinSession session(scenario.withAddin);
+  ModelDesktop desktop(machine);
   ScriptRunner runner(
-      scenario.withAddin, [&play] { return play.NextRequest(); }, play.output(), machine);
-  Presenter presenter([&runner](Form& form) { runner.Pump(form); });
-  runner.UseForms(presenter, presenter);
-  play.End(runner.Run());
+      session, desktop, [&play] { return play.NextRequest(); }, play.output());
+  Presenter presenter([&runner](Form&) { runner.Serve(); });
+  desktop.UseForms(presenter, presenter);
+  runner.Serve();
+  play.End(runner.Status());
   return !play.Failed();
 }
 
