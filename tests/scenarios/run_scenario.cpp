@@ -1,13 +1,11 @@
 // run_scenario DATA-FOLDER FILE: runs one scenario against the script runner in this process, and says what came otherwise than
 // expected. Exit status 0 when nothing did. Built once for every forms toolkit.
-#include "Scenario.h"
+#include "Play.h"
 #include "platform/NativePlatform.h"
 #include "script/ModelDesktop.h"
 #include "script/ScriptRunner.h"
 
 #include <iostream>
-#include <random>
-#include <sstream>
 
 #ifdef VARDO_SCENARIO_QT
 #include "forms/qt/QtPresenter.h"
@@ -47,26 +45,6 @@ struct Session {
 };
 #endif
 
-class TemporaryFolder {
- public:
-  TemporaryFolder() {
-    std::random_device random;
-    do {
-      path_ = std::filesystem::temp_directory_path() / ("vardo-scenario-" + std::to_string(random()));
-    } while (!std::filesystem::create_directory(path_));
-  }
-  ~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  const std::filesystem::path& path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
-
 // The machine with the registry that the scenario says.
 class ScenarioMachine : public ForwardingPlatform {
  public:
@@ -78,50 +56,6 @@ class ScenarioMachine : public ForwardingPlatform {
 
  private:
   const std::map<std::pair<std::string, std::string>, std::string>& registry_;
-};
-
-// Hands out the requests one by one and looks at what came of each when the next is asked for.
-class Play {
- public:
-  explicit Play(const Scenario& scenario) : scenario_(scenario) {}
-
-  std::ostream& output() { return output_; }
-
-  std::optional<std::string> NextRequest() {
-    if (next_ == scenario_.requests.size()) return std::nullopt;
-    CheckPrevious();
-    return scenario_.requests[next_++].text;
-  }
-
-  // The lines that the end of the input brings belong to the last request.
-  void End(int status) {
-    CheckPrevious();
-    const ScenarioJson came = {{"exit", status}};
-    if (scenario_.exit && !Matches(scenario_.exit->value, came))
-      Complain(scenario_.file + ":" + std::to_string(scenario_.exit->line) + ": expected " + scenario_.exit->value.dump() +
-               "\n  but there came " + came.dump());
-  }
-
-  bool Failed() const { return failed_; }
-
- private:
-  void CheckPrevious() {
-    std::vector<std::string> came;
-    std::istringstream lines(std::exchange(output_, {}).str());
-    for (std::string line; std::getline(lines, line);) came.push_back(line);
-    if (next_ == 0) return;
-    for (const std::string& wrong : Mismatches(scenario_, scenario_.requests[next_ - 1], came)) Complain(wrong);
-  }
-
-  void Complain(const std::string& wrong) {
-    failed_ = true;
-    std::cerr << wrong << '\n';
-  }
-
-  const Scenario& scenario_;
-  std::ostringstream output_;
-  size_t next_ = 0;
-  bool failed_ = false;
 };
 
 bool Succeeds(const Scenario& scenario) {

@@ -1,0 +1,50 @@
+#include "Play.h"
+
+#include <iostream>
+#include <random>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+namespace vardo {
+
+TemporaryFolder::TemporaryFolder() {
+  std::random_device random;
+  do {
+    path_ = std::filesystem::temp_directory_path() / ("vardo-scenario-" + std::to_string(random()));
+  } while (!std::filesystem::create_directory(path_));
+}
+
+TemporaryFolder::~TemporaryFolder() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+std::optional<std::string> Play::NextRequest() {
+  if (AtLastRequest()) return std::nullopt;
+  CheckPrevious();
+  return scenario_.requests[next_++].text;
+}
+
+void Play::End(int status) {
+  CheckPrevious();
+  const ScenarioJson came = {{"exit", status}};
+  if (scenario_.exit && !Matches(scenario_.exit->value, came))
+    Complain(scenario_.file + ":" + std::to_string(scenario_.exit->line) + ": expected " + scenario_.exit->value.dump() +
+             "\n  but there came " + came.dump());
+}
+
+void Play::CheckPrevious() {
+  std::vector<std::string> came;
+  std::istringstream lines(std::exchange(output_, {}).str());
+  for (std::string line; std::getline(lines, line);) came.push_back(line);
+  if (next_ == 0) return;
+  for (const std::string& wrong : Mismatches(scenario_, scenario_.requests[next_ - 1], came)) Complain(wrong);
+}
+
+void Play::Complain(const std::string& wrong) {
+  failed_ = true;
+  std::cerr << wrong << '\n';
+}
+
+}  // namespace vardo

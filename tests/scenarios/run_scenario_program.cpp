@@ -1,0 +1,173 @@
+// run_scenario_program DATA-FOLDER FILE PROGRAM ARGS...: runs one scenario with a program that speaks the script language, over
+// pipes, and says what came otherwise than expected. Exit status 0 when nothing did.
+//   Each request is followed at once by a question whose answer tells that nothing more comes of it: the program must keep lines
+//   in order however fast they come.
+#include "Play.h"
+
+#include <windows.h>
+
+#include <array>
+#include <iostream>
+#include <thread>
+#include <vector>
+
+namespace vardo {
+namespace {
+
+constexpr DWORD kPatience = 60'000;  // milliseconds for the whole scenario
+
+[[noreturn]] void Fail(const std::string& what) {
+  throw std::runtime_error(what + " (Windows error " + std::to_string(GetLastError()) + ")");
+}
+
+class Handle {
+ public:
+  Handle() = default;
+  ~Handle() { Close(); }
+  Handle(const Handle&) = delete;
+  Handle& operator=(const Handle&) = delete;
+  HANDLE get() const { return handle_; }
+  HANDLE* Receive() { return &handle_; }
+  void Close() {
+    if (handle_) CloseHandle(std::exchange(handle_, nullptr));
+  }
+
+ private:
+  HANDLE handle_ = nullptr;
+};
+
+// A program of which one end of each pipe is here. Ended by force when it takes too long.
+class Program {
+ public:
+  explicit Program(std::wstring commandLine) {
+    Handle input, output;
+    MakePipe(input, toProgram_, toProgram_);
+    MakePipe(fromProgram_, output, fromProgram_);
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdInput = input.get();
+    startup.hStdOutput = output.get();
+    startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
+    PROCESS_INFORMATION started = {};
+    if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &started))
+      Fail("the program cannot be started");
+    CloseHandle(started.hThread);
+    *process_.Receive() = started.hProcess;
+    watchdog_ = std::jthread([process = started.hProcess] {
+      if (WaitForSingleObject(process, kPatience) == WAIT_TIMEOUT) TerminateProcess(process, ERROR_TIMEOUT);
+    });
+  }
+
+  ~Program() { EndInput(); }
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  void Write(const std::string& line) {
+    const std::string bytes = line + "\n";
+    DWORD written = 0;
+    WriteFile(toProgram_.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+  }
+  void EndInput() { toProgram_.Close(); }
+
+  std::optional<std::string> ReadLine() {
+    for (;;) {
+      if (const size_t end = waiting_.find('\n'); end != std::string::npos) {
+        std::string line = waiting_.substr(0, end);
+        waiting_.erase(0, end + 1);
+        return line;
+      }
+      std::array<char, 4096> bytes;
+      DWORD count = 0;
+      if (!ReadFile(fromProgram_.get(), bytes.data(), bytes.size(), &count, nullptr) || count == 0) return std::nullopt;
+      waiting_.append(bytes.data(), count);
+    }
+  }
+
+  int Status() {
+    WaitForSingleObject(process_.get(), INFINITE);
+    DWORD status = 0;
+    GetExitCodeProcess(process_.get(), &status);
+    return static_cast<int>(status);
+  }
+
+ private:
+  static void MakePipe(Handle& reading, Handle& writing, const Handle& own) {
+    SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
+    if (!CreatePipe(reading.Receive(), writing.Receive(), &inherited, 0)) Fail("no pipe can be made");
+    SetHandleInformation(own.get(), HANDLE_FLAG_INHERIT, 0);
+  }
+
+  Handle toProgram_, fromProgram_, process_;
+  std::string waiting_;
+  std::jthread watchdog_;
+};
+
+// Puts the scenario's values into the user's registry while it lives.
+class RegistryValues {
+ public:
+  explicit RegistryValues(const Scenario& scenario) {
+    for (const auto& [place, text] : scenario.registry) {
+      const auto& [key, name] = place;
+      RegSetKeyValueA(HKEY_CURRENT_USER, key.c_str(), name.c_str(), REG_SZ, text.c_str(), static_cast<DWORD>(text.size() + 1));
+      keys_.push_back(key);
+    }
+  }
+  ~RegistryValues() {
+    for (const std::string& key : keys_) RegDeleteTreeA(HKEY_CURRENT_USER, key.c_str());
+  }
+  RegistryValues(const RegistryValues&) = delete;
+  RegistryValues& operator=(const RegistryValues&) = delete;
+
+ private:
+  std::vector<std::string> keys_;
+};
+
+constexpr const char* kMark = "nothing more";
+
+bool IsMarked(const std::string& line) {
+  const auto reply = ScenarioJson::parse(line, nullptr, false);
+  return reply.is_object() && reply.contains("id") && reply["id"] == kMark;
+}
+
+void PlayWith(Program& program, Play& play) {
+  const std::string question = ScenarioJson{{"do", "page.active"}, {"id", kMark}}.dump();
+  while (const auto request = play.NextRequest()) {
+    program.Write(*request);
+    // A question of our own would be the last command, which decides on the exit status.
+    if (play.AtLastRequest())
+      program.EndInput();
+    else
+      program.Write(question);
+    while (const auto line = program.ReadLine()) {
+      if (IsMarked(*line)) break;
+      play.output() << *line << '\n';
+    }
+  }
+  play.End(program.Status());
+}
+
+std::wstring CommandLine(int count, wchar_t** words) {
+  std::wstring line;
+  for (int i = 0; i < count; ++i) line += (i ? L" \"" : L"\"") + std::wstring(words[i]) + L"\"";
+  return line;
+}
+
+}  // namespace
+}  // namespace vardo
+
+int wmain(int argc, wchar_t** argv) try {
+  using namespace vardo;
+  if (argc < 4) throw std::runtime_error("usage: run_scenario_program DATA-FOLDER FILE PROGRAM ARGS...");
+  const TemporaryFolder temporary;
+  const Scenario scenario = ReadScenario(
+      argv[2], {{"${TMP}", temporary.path().generic_string()}, {"${DATA}", std::filesystem::path(argv[1]).generic_string()}});
+  const RegistryValues registry(scenario);
+  Program program(CommandLine(argc - 3, argv + 3) + (scenario.withAddin ? L"" : L" --no-addin"));
+  Play play(scenario);
+  PlayWith(program, play);
+  return play.Failed() ? 1 : 0;
+} catch (const std::exception& error) {
+  std::cerr << error.what() << '\n';
+  return 2;
+}
