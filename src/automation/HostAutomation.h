@@ -7,6 +7,8 @@
 #include "addin/host/HostFwd.h"
 #include "visio/Com.h"
 
+#include <cstddef>
+
 namespace vardo {
 
 class OfferedObjects;
@@ -19,6 +21,9 @@ class HostAutomation {
   ComPtr<IDispatch> Offer(const IVApplicationPtr& application) const;
   ComPtr<IDispatch> Offer(const IVPagePtr& page) const;
   ComPtr<IDispatch> Offer(const IVShapePtr& shape) const;
+
+  // How often members of the objects have been called.
+  std::size_t CallCount() const;
 
  private:
   std::shared_ptr<OfferedObjects> objects_;

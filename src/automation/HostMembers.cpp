@@ -329,5 +329,6 @@ HostAutomation::HostAutomation() : objects_(std::make_shared<OfferedObjects>()) 
 ComPtr<IDispatch> HostAutomation::Offer(const IVApplicationPtr& application) const { return objects_->Offer(application); }
 ComPtr<IDispatch> HostAutomation::Offer(const IVPagePtr& page) const { return objects_->Offer(page); }
 ComPtr<IDispatch> HostAutomation::Offer(const IVShapePtr& shape) const { return objects_->Offer(shape); }
+std::size_t HostAutomation::CallCount() const { return objects_->CallCount(); }
 
 }  // namespace vardo

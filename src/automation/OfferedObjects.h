@@ -90,7 +90,11 @@ class OfferedObjects : public std::enable_shared_from_this<OfferedObjects> {
 
   void Forget(const void* handle) { objects_.erase(handle); }
 
+  void CountCall() { ++calls_; }
+  std::size_t CallCount() const { return calls_; }
+
  private:
+  std::size_t calls_ = 0;
   // By the handle they keep alive.
   std::unordered_map<const void*, DispatchObject*> objects_;
 };
@@ -105,6 +109,7 @@ class OfferedObject : public DispatchObject {
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD kind, DISPPARAMS* parameters, VARIANT* result,
                                    EXCEPINFO* failure, UINT* wrongArgument) noexcept override {
     const ComPtr<IDispatch> alive(this);
+    objects_->CountCall();
     const CallArguments arguments(parameters);
     try {
       Variant returned = MemberOf(id, kind, arguments).run(*handle_, arguments, *objects_);

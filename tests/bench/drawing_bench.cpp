@@ -1,5 +1,6 @@
 // How long large drawings take, beside a yardstick taken in the same run: the same bytes inflated, parsed, serialised and
 // deflated with zlib and pugixml alone, which is the least that opening and rewriting them can cost.
+#include "ManyModules.h"
 #include "TestDrawings.h"
 #include "TestPlatform.h"
 #include "addin/host/IVApplication.h"
@@ -7,7 +8,6 @@
 #include "forms/Forms.h"
 #include "forms/headless/HeadlessPresenter.h"
 #include "props/DrawingLists.h"
-#include "props/PropertyCells.h"
 #include "script/AddinSession.h"
 
 #include <fmt/format.h>
@@ -176,25 +176,10 @@ void MeasureFiles() {
   Compare("open, edit, save", edit, [&] { Yardstick(file, true); });
 }
 
-// Create modules on the active page, entered in its register as if each had been dropped.
-void AddModules(DrawingHost& host, int count) {
-  const DrawingMaster& master = *host.drawing().BringMaster("Create");
-  DrawingPage& page = host.ActivePage();
-  StringList positions;
-  for (int i = 1; i <= count; ++i) {
-    DrawingShape& shape = page.AddInstance(master, 1, i);
-    const std::string name = fmt::format("Create {}", i);
-    shape.SetText(host.drawing().editor(), name);
-    test::SetCell(host.drawing(), shape, "Prop.CreateName", QuoteText(name));
-    positions.push_back(std::to_string(i));
-  }
-  SetPagePropList(host.application()->ActivePage(), "Create", positions);
-}
-
 void MeasureDialog(int count) {
   AddinSession session(true);
   session.New();
-  AddModules(session.host(), count);
+  test::AddModules(session.host(), count);
   const SheetRef first = session.host().RefTo(session.host().ActivePage(), session.host().ActivePage().ShapeAt(1).id());
   Clock::time_point shown;
   HeadlessPresenter presenter([&](Form&) { shown = Clock::now(); });

@@ -1,0 +1,110 @@
+// What the registered add-in costs its host: the calls it makes and the time it takes for loading, for opening each dialog and
+// for one event, in drawings of 100 and 10 000 modules. The time holds the host's own work and is that of Wine where it runs
+// there.
+#include "ManyModules.h"
+#include "addin/Vardo_Visio_Link_Module.h"
+#include "addin/host/IVShape.h"
+#include "automation_script/AutomationAddin.h"
+#include "automation_script/WindowDesktop.h"
+#include "platform/NativePlatform.h"
+#include "script/AddinSession.h"
+
+#include <objbase.h>
+
+#include <chrono>
+#include <optional>
+
+namespace vardo {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// Times and calls from its making to its reading.
+class Meter {
+ public:
+  explicit Meter(const AutomationAddin& addin) : addin_(addin), calls_(addin.HostCallCount()) {}
+  std::string Read() const {
+    const double milliseconds = std::chrono::duration<double, std::milli>(Clock::now() - start_).count();
+    return fmt::format("{:>8} calls{:>10.2f} ms", addin_.HostCallCount() - calls_, milliseconds);
+  }
+
+ private:
+  const AutomationAddin& addin_;
+  std::size_t calls_;
+  Clock::time_point start_ = Clock::now();
+};
+
+void Print(int modules, const std::string& what, const std::string& read) {
+  fmt::print("{:>6} modules  {:<24}{}\n", modules, what, read);
+}
+
+// Reads the meter when a dialog has come.
+class Reader : public DesktopListener {
+ public:
+  explicit Reader(const AutomationAddin& addin) : addin_(addin) {}
+  void Start() { meter_.emplace(addin_); }
+  const std::string& read() const { return read_; }
+
+ private:
+  void FormShown(const std::string&, const std::string&) override { read_ = meter_->Read(); }
+  void FormClosed(const std::string&) override {}
+  void MessageShown(const std::string& text, const std::string&, int) override { fmt::print("message: {}\n", text); }
+  void HelpShown(const std::string&, const std::string&) override {}
+
+  const AutomationAddin& addin_;
+  std::optional<Meter> meter_;
+  std::string read_;
+};
+
+void CloseForm() { PostMessageW(FindWindowW(L"VardoForm", nullptr), WM_CLOSE, 0, 0); }
+
+// A new shape of the kind.
+SheetRef DropOne(DrawingHost& host, const std::string& kind) {
+  DrawingPage& page = host.ActivePage();
+  const IVShapePtr shape = host.Drop(kind, page.id(), 1, 1, std::nullopt);
+  return host.RefTo(page, shape->ID());
+}
+
+void Measure(AddinSession& session, const AutomationAddin& addin, Reader& reader, int modules) {
+  DrawingHost& host = session.host();
+  session.New();
+  test::AddModules(host, modules);
+  for (const std::string& kind : host.MasterNames()) {
+    if (!HasModuleDialog(kind)) continue;
+    const Meter dropping(addin);
+    const SheetRef shape = DropOne(host, kind);
+    Print(modules, "drop " + kind, dropping.Read());
+    reader.Start();
+    session.ShowEditor(shape, true);
+    Print(modules, "open " + kind, reader.read());
+  }
+  const SheetRef typed = DropOne(host, "Create");
+  const Meter typing(addin);
+  host.TypeText(typed, "Another name", false);
+  Print(modules, "type a name", typing.Read());
+}
+
+void MeasureAll() {
+  const std::unique_ptr<Platform> machine = MakeNativePlatform();
+  SetPlatform(machine.get());
+  const auto start = Clock::now();
+  auto made = std::make_unique<AutomationAddin>();
+  const AutomationAddin& addin = *made;
+  AddinSession session(true, std::move(made));
+  session.addin().SetupEventSink(session.host().application());
+  fmt::print("load and SetupEventSink: {} calls, {:.2f} ms (wanted: under 50)\n\n", addin.HostCallCount(),
+             std::chrono::duration<double, std::milli>(Clock::now() - start).count());
+  WindowDesktop desktop(addin.library(), CloseForm);
+  Reader reader(addin);
+  desktop.SetListener(reader);
+  for (const int modules : {100, 10'000}) Measure(session, addin, reader, modules);
+}
+
+}  // namespace
+}  // namespace vardo
+
+int main() {
+  CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+  vardo::MeasureAll();
+  CoUninitialize();
+}
