@@ -6,10 +6,10 @@
 #include "forms/win32/Keys.h"
 #include "forms/win32/Picture.h"
 #include "forms/win32/WindowNames.h"
-#include "platform/win32/Screen.h"
 #include "platform/win32/WideText.h"
 
 #include <algorithm>
+#include <sstream>
 #include <utility>
 
 namespace vardo {
@@ -32,13 +32,10 @@ std::vector<HWND> ControlsOf(HWND form) {
 std::string FormName(HWND window) { return NameOfWindow(window, kFormProperty); }
 std::string ControlName(HWND window) { return NameOfWindow(window, kControlProperty); }
 
-// The left upper corner is the window's, the size that of what it holds.
 TwipsRect PlaceOf(HWND form) {
-  RECT outside = {}, inside = {};
-  GetWindowRect(form, &outside);
-  GetClientRect(form, &inside);
-  const double twipsPerPixel = kTwipsPerInch / GetDpiForWindow(form);
-  return {outside.left * twipsPerPixel, outside.top * twipsPerPixel, inside.right * twipsPerPixel, inside.bottom * twipsPerPixel};
+  TwipsRect place;
+  std::istringstream(NameOfWindow(form, kPlaceProperty)) >> place.left >> place.top >> place.width >> place.height;
+  return place;
 }
 
 // The control that has the keyboard itself or in a part of its own.

@@ -10,6 +10,10 @@
 #include "platform/win32/WideText.h"
 
 #include <algorithm>
+#include <iomanip>
+#include <limits>
+#include <sstream>
+#include <string>
 
 namespace vardo {
 namespace {
@@ -17,6 +21,13 @@ namespace {
 constexpr const wchar_t* kClass = L"VardoForm";
 constexpr DWORD kStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU;
 constexpr DWORD kExtendedStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT;
+
+std::string TextOf(const TwipsRect& place) {
+  std::ostringstream text;
+  text << std::setprecision(std::numeric_limits<double>::max_digits10) << place.left << ' ' << place.top << ' ' << place.width
+       << ' ' << place.height;
+  return text.str();
+}
 
 // Edges are rounded, not widths: what touches in twips touches on the screen.
 RECT PixelsOf(const TwipsRect& place, int dotsPerInch) {
@@ -49,6 +60,7 @@ FormWindow::FormWindow(Form& form, HWND owner) : form_(form), owner_(owner) {
                   static_cast<int>(screen.top), 0, 0, owner, nullptr, OwnModule(), this);
   if (!window_) throw RuntimeError(7, "Out of memory");
   NameWindow(window_, kFormProperty, form.name());
+  NameWindow(window_, kPlaceProperty, TextOf(form.Place()));
   for (Control* control : form.Controls()) MakeView(*control);
   PlaceWindow();
   NameForReaders(form, [this](const Control& control) { return View(control).FocusWindow(); });
@@ -179,6 +191,7 @@ LRESULT FormWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     }
     case WM_DESTROY:
       UnnameWindow(window, kFormProperty);
+      UnnameWindow(window, kPlaceProperty);
       break;
     case WM_NCDESTROY:
       SetWindowLongPtrW(window, GWLP_USERDATA, 0);

@@ -12,6 +12,8 @@ namespace vardo {
 // The property of a form's window, and of the window of each of its controls.
 inline constexpr const wchar_t* kFormProperty = L"VardoForm";
 inline constexpr const wchar_t* kControlProperty = L"VardoControl";
+// Of a form's window: where the form stands by its own description, in twips: "left top width height". Windows have whole pixels.
+inline constexpr const wchar_t* kPlaceProperty = L"VardoPlace";
 
 void NameWindow(HWND window, const wchar_t* property, std::string_view name);
 // Before the window is destroyed.
