@@ -13,6 +13,9 @@
 
 namespace vardo {
 
+// The fields of a line. The line of a group of one column is its only field, separators and all.
+StringList FieldsOf(std::string_view line, std::size_t columns);
+
 struct RowColumn {
   std::string_view property;
   // What a list that is too short, or missing, yields.
