@@ -304,6 +304,24 @@ TEST_F(Uncounted, ModulesFromBeforeTheListenerCameAreCountedAtTheirPagesFirstDel
   EXPECT_EQ(Register("Count"), "4");
 }
 
+TEST_F(Uncounted, APageWithoutASheetOfItsOwnGetsOneWithItsFirstRegister) {
+  Open("", "");
+  EXPECT_EQ(Register("Create"), "");
+  Drop("Create");
+  Drop("Create");
+  EXPECT_EQ(Register("Create"), "1;2");
+  EXPECT_EQ(Register("Count"), "2");
+  host().Undo();
+  host().Undo();
+  EXPECT_EQ(Register("Create"), "");
+  host().Redo();
+  host().Redo();
+  const test::TempFolder folder;
+  host().Save(folder / "saved.vsdx");
+  session_.Open(folder / "saved.vsdx");
+  EXPECT_EQ(Register("Create"), "1;2");
+}
+
 TEST_F(Uncounted, AnOrderThatWasChangedIsFoundAtThePagesNextDeletion) {
   const auto row = [](const char* name, const char* value) {
     return "<Row N='" + std::string(name) + "'><Cell N='Value' V='" + value + "' U='STR'/></Row>";
