@@ -171,6 +171,23 @@ TEST_F(EventSink, QueuedPagesGoWithTheEventOfTheirGoingSwitchedOff) {
   EXPECT_EQ(host_.ActivePage().Name(), "Here");
 }
 
+TEST_F(EventSink, TheWindowShowsThePageOfBeforeWhateverTurnedItMeanwhile) {
+  class PageTurner : public IVEventSink {
+   public:
+    void VisEventProc(std::int16_t, const IVApplicationPtr& application, std::int32_t, std::int32_t, const EventSubject&,
+                      std::string_view) override {
+      application->ActiveWindow()->SetPage("Elsewhere");
+    }
+  };
+  AddPage("A"), AddPage("B"), AddPage("Elsewhere"), AddPage("Here");
+  host_.application()->EventList()->AddAdvise(static_cast<std::int16_t>(kEventPageDeleted), std::make_shared<PageTurner>(), "",
+                                              "");
+  PagesToDelete = {"A", "B"};
+  Call(kNoneOfItsOwn);
+  EXPECT_THAT(PageNames(), ElementsAre("Page-1", "Elsewhere", "Here"));
+  EXPECT_EQ(host_.ActivePage().Name(), "Here");
+}
+
 TEST_F(EventSink, AQueuedPageThatIsShownGivesTheWindowToAnother) {
   AddPage("Shown");
   PagesToDelete = {"Shown"};
