@@ -119,7 +119,7 @@ void CEventSink::DrainQueues() {
   if (PagesToDelete.empty() && PagesToInitialise.empty()) return;
   draining_ = true;
   const AtExit done([this] { draining_ = false; });
-  const std::string shownBefore = visApp->ActivePage()->Name();
+  const std::string shownBefore = WithSecondTry([] { return visApp->ActivePage()->Name(); });
   while (!PagesToDelete.empty()) {
     DeleteQueuedPage(TakeFirst(PagesToDelete));
     WithSecondTry([&] {
