@@ -94,7 +94,9 @@ void DrawingHost::DeletePage(int pageId, bool renumber) {
   const bool wasActive = page == &ActivePage();
   const int index = drawing_->IndexOf(*page);
   drawing_->RemovePage(*page, renumber);
-  if (wasActive) ShowPage(drawing_->PageAt(std::max(1, index - 1)).id());
+  if (wasActive) return ShowPage(drawing_->PageAt(std::max(1, index - 1)).id());
+  // Its tab has gone from the window. What a listener has put off until now is done in this step, so that undo takes it back too.
+  Raise(kEventWindowChanged, MakeWindow(*this, serial_));
 }
 
 void DrawingHost::ShowPage(int pageId) {
@@ -143,7 +145,11 @@ IVShapePtr DrawingHost::Announce(const SheetRef& ref) {
   return page && page->FindShape(ref.shape) ? object : nullptr;
 }
 
-std::vector<IVShapePtr> DrawingHost::Paste(const std::vector<SheetRef>& originals, int pageId) {
+std::vector<IVShapePtr> DrawingHost::Paste(const std::vector<SheetRef>& copied, int pageId) {
+  // As in a selection, a shape is there once, however often it is named.
+  std::vector<SheetRef> originals;
+  for (const SheetRef& ref : copied)
+    if (std::find(originals.begin(), originals.end(), ref) == originals.end()) originals.push_back(ref);
   const UndoStep step(drawing().journal(), "Paste");
   ShowPage(pageId);
   DrawingPage& page = ActivePage();
@@ -254,6 +260,7 @@ void DrawingHost::DeleteSelection() {
 void DrawingHost::TypeText(const SheetRef& ref, std::string_view text, bool keepSelection) {
   const UndoStep step(drawing().journal(), "Typing");
   ResolveShape(ref);
+  ShowPage(ref.page);
   const std::vector<int> selected = keepSelection ? selection_ : std::exchange(selection_, {});
   WriteText(ref, text);
   if (keepSelection || activePage_ != ref.page) return;
