@@ -148,8 +148,7 @@ DrawingPage& Drawing::AddPage(DrawingPage& sizedLike) {
   editor_.SetAttribute(list, entry, "ID", std::to_string(++highestPageId_));
   editor_.SetAttribute(list, entry, "NameU", name);
   editor_.SetAttribute(list, entry, "Name", name);
-  const pugi::xml_node sheet = editor_.InsertElement(list, entry, "PageSheet");
-  for (const char* style : {"LineStyle", "FillStyle", "TextStyle"}) editor_.SetAttribute(list, sheet, style, "0");
+  const pugi::xml_node sheet = SheetOfPage::Insert(editor_, list, entry);
   for (const pugi::xml_node cell : sizedLike.PageSheet().element().children("Cell")) editor_.InsertCopy(list, sheet, cell);
   editor_.SetAttribute(list, editor_.InsertElement(list, entry, "Rel"), "r:id", listed.relationship);
 

@@ -69,6 +69,18 @@ class DrawingMaster {
   std::vector<std::unique_ptr<DrawingShape>> shapes_;
 };
 
+// A page's own sheet, which a file may leave out.
+class SheetOfPage : public Sheet {
+ public:
+  SheetOfPage(XmlPart& list, pugi::xml_node page) : Sheet(list, page.child("PageSheet"), nullptr), page_(page) {}
+  // A new one of the page, with the styles it must name and no cells.
+  static pugi::xml_node Insert(TreeEditor& editor, XmlPart& list, pugi::xml_node page);
+
+ private:
+  pugi::xml_node MakeElement(TreeEditor& editor) override { return Insert(editor, part(), page_); }
+  pugi::xml_node page_;
+};
+
 class DrawingPage {
  public:
   DrawingPage(Drawing& drawing, pugi::xml_node entry, std::string partName, XmlPart* contents);

@@ -282,6 +282,7 @@ void DrawingHost::DeleteRow(const SheetRef& ref, short section, short row) {
   const SheetView view = Resolve(ref);
   const bool existed = row >= 0 && static_cast<size_t>(row) < view.sheet->Rows(*info).size();
   view.sheet->DeleteRow(drawing_->editor(), *info, row);
+  if (existed && !info->rowsHaveNames) heldRows_.TakenOut(drawing_->journal(), {ref, info, row});
   if (existed && info == &ConnectionPoints() && ref.shape >= 0) view.page->RenumberPoints(ResolveShape(ref), row, -1);
 }
 
@@ -289,9 +290,16 @@ short DrawingHost::AddRow(const SheetRef& ref, const SectionInfo& section, short
   const UndoStep step(drawing().journal(), "Add Row");
   const SheetView view = Resolve(ref);
   const short added = view.sheet->AddRow(drawing_->editor(), section, position);
+  if (!section.rowsHaveNames) heldRows_.PutIn(drawing_->journal(), {ref, &section, added});
   const bool isLast = static_cast<size_t>(added) + 1 == view.sheet->Rows(section).size();
   if (!isLast && &section == &ConnectionPoints() && ref.shape >= 0) view.page->RenumberPoints(ResolveShape(ref), added, +1);
   return added;
+}
+
+std::shared_ptr<const HeldRow> DrawingHost::HoldRow(const SheetRef& ref, const CellAddress& address) {
+  if (!address.section || address.section->rowsHaveNames) return nullptr;
+  const auto position = Resolve(ref).sheet->PositionOf(address);
+  return heldRows_.Hold(ref, *address.section, position.value());
 }
 
 void DrawingHost::RunCommand(std::string_view label, const std::function<void()>& command) {

@@ -52,8 +52,13 @@ void RenumberFormulas(pugi::xml_node element, const std::unordered_map<int, int>
 
 DrawingPage::DrawingPage(Drawing& drawing, pugi::xml_node entry, std::string partName, XmlPart* contents)
     : drawing_(drawing), entry_(entry), partName_(std::move(partName)), contents_(contents) {
-  pugi::xml_node sheet = entry_.child("PageSheet");
-  sheet_ = std::make_unique<Sheet>(drawing.package().Xml(drawing.pagesPart_), sheet, nullptr);
+  sheet_ = std::make_unique<SheetOfPage>(drawing.package().Xml(drawing.pagesPart_), entry);
+}
+
+pugi::xml_node SheetOfPage::Insert(TreeEditor& editor, XmlPart& list, pugi::xml_node page) {
+  const pugi::xml_node sheet = editor.InsertElement(list, page, "PageSheet", page.first_child());
+  for (const char* style : {"LineStyle", "FillStyle", "TextStyle"}) editor.SetAttribute(list, sheet, style, "0");
+  return sheet;
 }
 
 std::string DrawingPage::Name() const { return Attribute(entry_, "Name", "NameU"); }

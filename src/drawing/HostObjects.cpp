@@ -16,26 +16,23 @@ HostError BadIndex(std::string_view what, const std::string& index) {
 class CellObject : public IVCell {
  public:
   CellObject(DrawingHost& host, const SheetRef& ref, CellAddress address)
-      : host_(host), ref_(ref), address_(std::move(address)) {}
-  std::string Formula() override {
-    Existing();
-    return host_.FormulaOf(ref_, address_);
-  }
-  void SetFormula(std::string_view formula) override {
-    Existing();
-    host_.WriteFormula(ref_, address_, formula);
-  }
+      : host_(host), ref_(ref), address_(std::move(address)), row_(host.HoldRow(ref, address_)) {}
+  std::string Formula() override { return host_.FormulaOf(ref_, Existing()); }
+  void SetFormula(std::string_view formula) override { host_.WriteFormula(ref_, Existing(), formula); }
   void SetResult(double value) override { SetFormula(NumberText(value)); }
 
  private:
-  Sheet& Existing() {
-    Sheet& sheet = *host_.Resolve(ref_).sheet;
-    if (!sheet.Exists(address_)) throw HostError(kHostObjectGone, "The cell " + address_.cell + " has gone with its row.");
-    return sheet;
+  const CellAddress& Existing() {
+    const Sheet& sheet = *host_.Resolve(ref_).sheet;
+    const bool there = row_ ? !row_->gone : sheet.Exists(address_);
+    if (!there) throw HostError(kHostObjectGone, "The cell " + address_.cell + " has gone with its row.");
+    if (row_) address_.row = sheet.Rows(*address_.section)[static_cast<size_t>(row_->position)].key;
+    return address_;
   }
   DrawingHost& host_;
   SheetRef ref_;
   CellAddress address_;
+  std::shared_ptr<const HeldRow> row_;  // null where the address itself stays good
 };
 
 class MasterObject : public IVMaster {

@@ -189,10 +189,15 @@ std::vector<std::string> Sheet::NamesOf(const CellAddress& address) const {
     if (address.cell == address.section->shortName) names.push_back(prefix + address.row);
     return names;
   }
-  const std::vector<Row> rows = Rows(*address.section);
-  const auto row = std::find_if(rows.begin(), rows.end(), [&](const Row& r) { return r.key == address.row; });
-  if (row != rows.end()) names.push_back(prefix + address.cell + std::to_string(row - rows.begin() + 1));
+  if (const auto position = PositionOf(address)) names.push_back(prefix + address.cell + std::to_string(*position + 1));
   return names;
+}
+
+std::optional<size_t> Sheet::PositionOf(const CellAddress& address) const {
+  const std::vector<Row> rows = Rows(*address.section);
+  for (size_t at = 0; at < rows.size(); ++at)
+    if (SameKey(*address.section, rows[at].key, address.row)) return at;
+  return std::nullopt;
 }
 
 std::vector<Sheet::Row> Sheet::Rows(const SectionInfo& section) const {
@@ -328,9 +333,14 @@ bool Sheet::RowExists(const SectionInfo& section, std::string_view key, bool loc
   return !localOnly && base_ && base_->RowExists(section, key, false);
 }
 
+pugi::xml_node Sheet::EnsureElement(TreeEditor& editor) {
+  if (!element_) element_ = MakeElement(editor);
+  return element_;
+}
+
 pugi::xml_node Sheet::EnsureSection(TreeEditor& editor, const SectionInfo& section) {
   if (const pugi::xml_node own = SectionElement(section)) return own;
-  const pugi::xml_node added = editor.InsertElement(*part_, element_, "Section", PlaceOfSection(element_, section));
+  const pugi::xml_node added = editor.InsertElement(*part_, EnsureElement(editor), "Section", PlaceOfSection(element_, section));
   editor.SetAttribute(*part_, added, "N", section.element);
   if (section.index >= 0) editor.SetAttribute(*part_, added, "IX", std::to_string(section.index));
   return added;
@@ -365,7 +375,7 @@ pugi::xml_node Sheet::EnsureCell(TreeEditor& editor, const CellAddress& address)
   if (const pugi::xml_node own = LocalCell(address)) return own;
   if (!Exists(address)) throw HostError(kHostNoSuchCell, "The cell " + address.cell + " does not exist.");
   const pugi::xml_node inherited = NearestCell(address);
-  const pugi::xml_node parent = address.section ? EnsureRow(editor, address) : element_;
+  const pugi::xml_node parent = address.section ? EnsureRow(editor, address) : EnsureElement(editor);
   if (inherited) return editor.InsertCopy(*part_, parent, inherited, FirstBehindCells(parent));
   const pugi::xml_node cell = editor.InsertElement(*part_, parent, "Cell", FirstBehindCells(parent));
   editor.SetAttribute(*part_, cell, "N", address.cell);

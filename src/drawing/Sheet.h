@@ -17,7 +17,8 @@
 
 namespace vardo {
 
-// Names one cell; stays good while its row is there. The row is a name, or an IX for sections whose rows have none.
+// Names one cell. The row is a name, or an IX for sections whose rows have none; one with an IX is good until a row of the
+// section comes or goes.
 struct CellAddress {
   const SectionInfo* section = nullptr;  // null: the object section
   std::string row;
@@ -64,6 +65,8 @@ class Sheet {
   };
   // The rows of a section in order, inherited ones included.
   std::vector<Row> Rows(const SectionInfo& section) const;
+  // Of the cell's row among them; none when it has gone.
+  std::optional<size_t> PositionOf(const CellAddress& address) const;
   bool HasSection(const SectionInfo& section) const;
   // Whether the sheet has end points: only a connector has.
   bool IsOneDimensional() const;
@@ -77,7 +80,12 @@ class Sheet {
   // The element of that name, this sheet's own or the nearest inherited one.
   pugi::xml_node FindChild(const char* name) const;
 
+ protected:
+  // Makes the element of a sheet that has none yet, when something is first written to it.
+  virtual pugi::xml_node MakeElement(TreeEditor&) { return {}; }
+
  private:
+  pugi::xml_node EnsureElement(TreeEditor& editor);
   pugi::xml_node SectionElement(const SectionInfo& section) const;
   pugi::xml_node RowElement(const SectionInfo& section, std::string_view key) const;
   pugi::xml_node LocalCell(const CellAddress& address) const;
