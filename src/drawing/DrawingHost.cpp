@@ -148,11 +148,12 @@ std::vector<IVShapePtr> DrawingHost::Paste(const std::vector<SheetRef>& original
   ShowPage(pageId);
   DrawingPage& page = ActivePage();
   std::unordered_map<int, int> newIds;
-  for (const SheetRef& original : originals) newIds[ResolveShape(original).id()] = page.TakeNewId();
+  std::vector<int> ids;
+  for (const SheetRef& original : originals) newIds[ids.emplace_back(ResolveShape(original).id())] = page.TakeNewId();
   std::vector<int> copies;
   for (const SheetRef& original : originals)
     copies.push_back(page.AddCopy(ResolveShape(original), newIds, newIds.at(original.shape)).id());
-  if (!originals.empty()) page.CopyGlue(ResolvePage(serial_, originals.front().page), newIds);
+  if (!originals.empty()) page.CopyGlue(ResolvePage(serial_, originals.front().page), ids, newIds);
 
   for (const int id : copies) Announce({serial_, pageId, id});
   DrawingPage& now = ResolvePage(serial_, pageId);
@@ -245,9 +246,7 @@ void DrawingHost::DeleteSelection() {
   const std::vector<int> going = selection_;
   if (going.empty()) return;
   Raise(kEventBeforeSelectionDelete, MakeSelection(*this, serial_, pageId, going));
-  DrawingPage* page = drawing_->FindPage(pageId);
-  for (const int id : going)
-    if (page) page->Remove(id);
+  if (DrawingPage* page = drawing_->FindPage(pageId)) page->Remove(going);
   SelectAndTell({});
 }
 
@@ -348,8 +347,7 @@ DrawingPage& DrawingHost::ResolvePage(int drawingSerial, int pageId) {
   return *page;
 }
 
-std::string DrawingHost::FormulaOf(const SheetRef& ref, const CellAddress& address) {
-  const SheetView view = Resolve(ref);
+std::string DrawingHost::FormulaOf(const SheetView& view, const CellAddress& address) {
   const std::string stored = view.sheet->Formula(address);
   if (!view.page || stored.find('!') == std::string::npos) return stored;
   return RewriteReferences(stored, [&](FormulaReference& reference) {
@@ -397,7 +395,7 @@ void DrawingHost::WriteText(const SheetRef& ref, std::string_view text) {
 
 void DrawingHost::DeleteShape(const SheetRef& ref) {
   ResolveShape(ref);
-  ResolvePage(ref.drawing, ref.page).Remove(ref.shape);
+  ResolvePage(ref.drawing, ref.page).Remove({ref.shape});
   if (activePage_ != ref.page) return;
   std::vector<int> left = selection_;
   std::erase(left, ref.shape);

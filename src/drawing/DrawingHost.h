@@ -104,7 +104,8 @@ class DrawingHost {
   int serial() const { return serial_; }
   const std::vector<int>& selection() const { return selection_; }
   // Formulas name shapes by their names here, and by "Sheet." and their IDs in the drawing, so that a shape can be renamed.
-  std::string FormulaOf(const SheetRef& ref, const CellAddress& address);
+  std::string FormulaOf(const SheetView& view, const CellAddress& address);
+  std::string FormulaOf(const SheetRef& ref, const CellAddress& address) { return FormulaOf(Resolve(ref), address); }
   void WriteFormula(const SheetRef& ref, const CellAddress& address, std::string_view formula);
   short AddRow(const SheetRef& ref, const SectionInfo& section, short position);
   // The row of a cell that is going to be held; null for one that is known by its name.

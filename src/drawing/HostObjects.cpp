@@ -17,17 +17,23 @@ class CellObject : public IVCell {
  public:
   CellObject(DrawingHost& host, const SheetRef& ref, CellAddress address)
       : host_(host), ref_(ref), address_(std::move(address)), row_(host.HoldRow(ref, address_)) {}
-  std::string Formula() override { return host_.FormulaOf(ref_, Existing()); }
-  void SetFormula(std::string_view formula) override { host_.WriteFormula(ref_, Existing(), formula); }
+  std::string Formula() override {
+    const DrawingHost::SheetView view = Existing();
+    return host_.FormulaOf(view, address_);
+  }
+  void SetFormula(std::string_view formula) override {
+    Existing();
+    host_.WriteFormula(ref_, address_, formula);
+  }
   void SetResult(double value) override { SetFormula(NumberText(value)); }
 
  private:
-  const CellAddress& Existing() {
-    const Sheet& sheet = *host_.Resolve(ref_).sheet;
-    const bool there = row_ ? !row_->gone : sheet.Exists(address_);
+  DrawingHost::SheetView Existing() {
+    const DrawingHost::SheetView view = host_.Resolve(ref_);
+    const bool there = row_ ? !row_->gone : view.sheet->Exists(address_);
     if (!there) throw HostError(kHostObjectGone, "The cell " + address_.cell + " has gone with its row.");
-    if (row_) address_.row = sheet.Rows(*address_.section)[static_cast<size_t>(row_->position)].key;
-    return address_;
+    if (row_) address_.row = view.sheet->Rows(*address_.section)[static_cast<size_t>(row_->position)].key;
+    return view;
   }
   DrawingHost& host_;
   SheetRef ref_;
