@@ -37,7 +37,7 @@ XmlPart& ExpectRoot(Package& package, const std::string& part, std::string_view 
 }  // namespace
 
 DrawingMaster::DrawingMaster(pugi::xml_node entry, std::string partName, XmlPart& part)
-    : entry_(entry), partName_(std::move(partName)), part_(part) {
+    : entry_(entry), id_(entry.attribute("ID").as_int()), partName_(std::move(partName)), part_(part) {
   struct Pending {
     pugi::xml_node element;
     const DrawingShape* parent;

@@ -52,7 +52,7 @@ class DrawingMaster {
  public:
   DrawingMaster(pugi::xml_node entry, std::string partName, XmlPart& part);
 
-  int id() const { return entry_.attribute("ID").as_int(); }
+  int id() const { return id_; }
   std::string Name() const;
   pugi::xml_node entry() const { return entry_; }
   const std::string& partName() const { return partName_; }
@@ -64,6 +64,7 @@ class DrawingMaster {
 
  private:
   pugi::xml_node entry_;
+  int id_;
   std::string partName_;
   XmlPart& part_;
   std::vector<std::unique_ptr<DrawingShape>> shapes_;
