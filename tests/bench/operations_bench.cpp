@@ -43,7 +43,10 @@ class World {
     session_.New();
     AddModules(modules);
     AddConnectors();
-    drawing().journal().Clear();
+    // Saved and opened, as a person finds it: in memory it is laid out anew then.
+    const test::TempFolder folder;
+    host().Save(folder / "world.vsdx");
+    session_.Open(folder / "world.vsdx");
     LookAround();
   }
 
