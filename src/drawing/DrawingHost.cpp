@@ -154,11 +154,12 @@ std::vector<IVShapePtr> DrawingHost::Paste(const std::vector<SheetRef>& copied, 
   ShowPage(pageId);
   DrawingPage& page = ActivePage();
   std::unordered_map<int, int> newIds;
-  for (const SheetRef& original : originals) newIds[ResolveShape(original).id()] = page.TakeNewId();
+  std::vector<int> ids;
+  for (const SheetRef& original : originals) newIds[ids.emplace_back(ResolveShape(original).id())] = page.TakeNewId();
   std::vector<int> copies;
   for (const SheetRef& original : originals)
     copies.push_back(page.AddCopy(ResolveShape(original), newIds, newIds.at(original.shape)).id());
-  if (!originals.empty()) page.CopyGlue(ResolvePage(serial_, originals.front().page), newIds);
+  if (!originals.empty()) page.CopyGlue(ResolvePage(serial_, originals.front().page), ids, newIds);
 
   for (const int id : copies) Announce({serial_, pageId, id});
   DrawingPage& now = ResolvePage(serial_, pageId);
@@ -251,9 +252,7 @@ void DrawingHost::DeleteSelection() {
   const std::vector<int> going = selection_;
   if (going.empty()) return;
   Raise(kEventBeforeSelectionDelete, MakeSelection(*this, serial_, pageId, going));
-  DrawingPage* page = drawing_->FindPage(pageId);
-  for (const int id : going)
-    if (page) page->Remove(id);
+  if (DrawingPage* page = drawing_->FindPage(pageId)) page->Remove(going);
   SelectAndTell({});
 }
 
@@ -289,6 +288,7 @@ void DrawingHost::DeleteRow(const SheetRef& ref, short section, short row) {
   const SheetView view = Resolve(ref);
   const bool existed = row >= 0 && static_cast<size_t>(row) < view.sheet->Rows(*info).size();
   view.sheet->DeleteRow(drawing_->editor(), *info, row);
+  if (existed && !info->rowsHaveNames) heldRows_.TakenOut(drawing_->journal(), {ref, info, row});
   if (existed && info == &ConnectionPoints() && ref.shape >= 0) view.page->RenumberPoints(ResolveShape(ref), row, -1);
 }
 
@@ -300,6 +300,7 @@ short DrawingHost::AddRow(const SheetRef& ref, const SectionInfo& section, short
     MoveRowsUp(ref, section, position);
     added = position;
   }
+  if (!section.rowsHaveNames) heldRows_.PutIn(drawing_->journal(), {ref, &section, added});
   const bool isLast = static_cast<size_t>(added) + 1 == view.sheet->Rows(section).size();
   if (!isLast && &section == &ConnectionPoints() && ref.shape >= 0) view.page->RenumberPoints(ResolveShape(ref), added, +1);
   return added;
@@ -318,6 +319,12 @@ void DrawingHost::MoveRowsUp(const SheetRef& ref, const SectionInfo& section, sh
     }
     PutFormula(ref, cell(static_cast<size_t>(position)), blank);
   }
+}
+
+std::shared_ptr<const HeldRow> DrawingHost::HoldRow(const SheetRef& ref, const CellAddress& address) {
+  if (!address.section || address.section->rowsHaveNames) return nullptr;
+  const auto position = Resolve(ref).sheet->PositionOf(address);
+  return heldRows_.Hold(ref, *address.section, position.value());
 }
 
 void DrawingHost::RunCommand(std::string_view label, const std::function<void()>& command) {
@@ -366,8 +373,7 @@ DrawingPage& DrawingHost::ResolvePage(int drawingSerial, int pageId) {
   return *page;
 }
 
-std::string DrawingHost::FormulaOf(const SheetRef& ref, const CellAddress& address) {
-  const SheetView view = Resolve(ref);
+std::string DrawingHost::FormulaOf(const SheetView& view, const CellAddress& address) {
   const std::string stored = view.sheet->Formula(address);
   if (!view.page || stored.find('!') == std::string::npos) return stored;
   return RewriteReferences(stored, [&](FormulaReference& reference) {
@@ -415,7 +421,7 @@ void DrawingHost::WriteText(const SheetRef& ref, std::string_view text) {
 
 void DrawingHost::DeleteShape(const SheetRef& ref) {
   ResolveShape(ref);
-  ResolvePage(ref.drawing, ref.page).Remove(ref.shape);
+  ResolvePage(ref.drawing, ref.page).Remove({ref.shape});
   if (activePage_ != ref.page) return;
   std::vector<int> left = selection_;
   std::erase(left, ref.shape);
