@@ -107,16 +107,15 @@ class DialogFiller {
     if (!field)
       throw Refused(fmt::format("The {} dialog has no field {}; its fields are {}.", dialog.Caption(), assignment.field,
                                 FieldNames(dialog)));
-    TextControl& control = field->control();
+    Control& control = field->control();
     if (!control.Shown())
       throw Refused(fmt::format("The field {} is not shown now: choose the type that uses it first.", field->property()));
-    const auto* combo = dynamic_cast<const ComboBox*>(&control);
-    const bool offered =
-        !combo || !combo->PickOnly() || std::count(combo->Items().begin(), combo->Items().end(), assignment.text) > 0;
-    if (!offered)
-      throw Refused(
-          fmt::format("{} takes one of {}, not \"{}\".", field->property(), fmt::join(combo->Items(), ", "), assignment.text));
-    dialog.UserType(control, assignment.text);
+    const std::string text = field->ItemFor(assignment.text);
+    const std::vector<std::string> choices = field->Choices();
+    if (!choices.empty() && std::find(choices.begin(), choices.end(), text) == choices.end())
+      throw Refused(fmt::format("{} takes one of {}, not \"{}\".", field->property(), fmt::join(choices, ", "), text));
+    if (auto* check = dynamic_cast<CheckBox*>(&control)) return dialog.UserCheck(*check, text == choices.front());
+    dialog.UserType(dynamic_cast<TextControl&>(control), text);
   }
   static std::string FieldNames(const ModuleDialog& dialog) {
     std::string names;

@@ -1,106 +1,87 @@
-// The frame of the dialogs that edit one module shape: finding the shape, loading and tidying the fields, checking them, keeping
-// the name unique, writing back.
+// The frame of the dialogs that edit one module shape: finding the shape, loading the fields, checking them, keeping the name
+// unique, writing back.
 //
-// A dialog says only what is its own, in its constructor: its controls, its fields in the order they are read and written, its
-// lists and its layout. Nothing is written to the shape before every check has passed; only filling the drop-downs may give
-// module shapes the (empty, hidden) properties that they lack.
+// A dialog says only what is its own, in its constructor: its fields in the order they are read, its lists, its rows and its
+// layout. Nothing is written to the shape before every check has passed; only filling the drop-downs may give module shapes the
+// (empty, hidden) properties that they lack.
 #pragma once
 
 #include "addin/host/IVShape.h"
-#include "catalog/NameCatalogues.h"
-#include "forms/Form.h"
+#include "dialogs/DialogFrame.h"
+#include "dialogs/RepeatGroup.h"
+#include "dialogs/RowList.h"
+#include "forms/Forms.h"
 
 #include <deque>
+#include <functional>
 #include <initializer_list>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace vardo {
 
-// One box and the property it edits. Field names are without "Prop.".
-class DialogField {
+class ModuleDialog : public DialogFrame {
  public:
-  DialogField(TextControl& control, std::string_view property) : control_(control), property_(property) {}
+  // The field that edits a property (without "Prop.", letter case does not count); null when there is none.
+  const DialogField* FindField(std::string_view property) const;
+  const std::deque<DialogField>& Fields() const { return fields(); }
 
-  // The default on reading; a missing cell shows its first word.
-  DialogField& Default(std::string_view text);
-  // Fixed items of the drop-down.
-  DialogField& Items(std::span<const std::string_view> items);
-  DialogField& Items(std::initializer_list<std::string_view> items) { return Items(std::span(items.begin(), items.size())); }
-  // Names from the drawing, behind the fixed items.
-  DialogField& Offers(NameList names);
-  // The kind that OK checks the text as (kSymbolName, kExpression, ...).
-  DialogField& Check(std::string_view kind);
-  // What an emptied field gets when the focus leaves it.
-  DialogField& WhenEmpty(std::string_view text);
-
-  TextControl& control() const { return control_; }
-  const std::string& property() const { return property_; }
-
- private:
-  friend class ModuleDialog;
-  TextControl& control_;
-  std::string property_;
-  std::string default_;
-  std::vector<std::string> items_;
-  std::optional<NameList> offers_;
-  std::string check_;
-  std::string stored_;  // item 1 of the cell at opening
-};
-
-class ModuleDialog : public Form {
- public:
-  void Form_Load() override;
+ protected:
+  using DialogFrame::DialogFrame;
 
   // Loads the fields of the active window's first selected shape, shows the dialog and returns when it is closed.
   // Throws what the host throws, before anything is shown; the form is unloaded then.
   void Open();
 
-  // The field that edits a property (without "Prop.", letter case does not count); null when there is none.
-  const DialogField* FindField(std::string_view property) const;
-  const std::deque<DialogField>& Fields() const { return fields_; }
-
- protected:
-  ModuleDialog(std::string_view name, std::string_view caption, std::string_view helpTopic);
-
   // The box that holds the module's name; it is checked first and written first.
-  void Name(ComboBox& control, std::string_view property, NameList offered);
-  // The next field in the order of reading, checking and writing.
-  DialogField& Field(TextControl& control, std::string_view property);
+  void Name(ComboBox& control, std::string_view property, DialogField::Filler offered);
+  // The next field in the order of reading.
+  template <class C>
+  DialogField& Field(C& control, std::string_view property) {
+    return Add(control, property);
+  }
+  // OK writes the fields as they were added unless another order is given here, the name first.
+  void WriteInOrder(std::initializer_list<const Control*> controls) { writeOrder_ = controls; }
+  // The rows that the dialog edits, in a list; openRow edits one of them. Without a group the dialog reads and writes them
+  // itself.
+  void Rows(RowList& list, RepeatGroup group, std::function<void(std::string_view)> openRow);
+  void Rows(RowList& list, std::function<void(std::string_view)> openRow);
 
   // What follows from the loaded fields (which boxes are shown), run when all are set.
   virtual void AfterLoad() {}
+  // OK has passed its checks: what goes before the shape's text, and what goes between the name and the other fields.
+  virtual void WriteBeforeName(const IVShapePtr&) {}
+  virtual void WriteAfterName(const IVShapePtr&) {}
+  virtual StringList ReadRows(const IVShapePtr& shape);
+  virtual void WriteRows(const IVShapePtr& shape);
+  // Gives up the row dialog, where there is one.
+  virtual void UnloadRowDialog() {}
 
-  void Show(std::initializer_list<Control*> controls, bool shown);
+  void cmdOK_Click() override;
+  void cmdCancel_Click() override;
+
+  std::string NewName() const { return name_->Text(); }
+  bool IsRenamed() const { return NewName() != nameAtOpening_; }
 
  private:
   void Load();
-  void ReadFields();
-  void FillLists();
-  void SetTexts();
-  bool FieldsAreValid();
   bool NameIsUnique();
-  void WriteFields();
+  void Write();
 
-  void cmdOK_Click();
-  void cmdCancel_Click();
-  void cmdHelp_Click();
-
-  std::string helpTopic_;
   IVShapePtr shape_;
   ComboBox* name_ = nullptr;
   std::string nameAtOpening_;
-  std::deque<DialogField> fields_;  // the name first; references to its elements stay good
-
- protected:
-  // Registered by each dialog behind its own controls, so that they come last in tab order.
-  struct Buttons {
-    explicit Buttons(ModuleDialog& dialog);
-    Button cmdOK, cmdCancel, cmdHelp;
-  };
+  std::vector<const Control*> writeOrder_;
+  RowList* rowList_ = nullptr;
+  std::optional<RepeatGroup> rowGroup_;
 };
+
+// The row dialog of a class, if it is loaded, is given up.
+template <class RowDialogClass>
+void UnloadIfLoaded() {
+  if (RowDialogClass* loaded = LoadedForm<RowDialogClass>()) Unload(*loaded);
+}
 
 }  // namespace vardo

@@ -16,7 +16,8 @@ int CheckedIndex(int index, int lowest, const std::vector<std::string>& items) {
 
 }  // namespace
 
-Control::Control(Form& form, std::string_view name, ControlKind kind) : form_(form), name_(name), kind_(kind) {
+Control::Control(Form& form, std::string_view name, ControlKind kind, std::string_view caption)
+    : form_(form), name_(name), kind_(kind), caption_(caption) {
   form.Register(*this);
 }
 

@@ -56,7 +56,7 @@ class Control {
   Signal LostFocus, Click, DblClick;
 
  protected:
-  Control(Form& form, std::string_view name, ControlKind kind);
+  Control(Form& form, std::string_view name, ControlKind kind, std::string_view caption = {});
   void Changed();
   static void Raise(const Signal& signal);
 
@@ -73,12 +73,12 @@ class Control {
 
 class Label : public Control {
  public:
-  Label(Form& form, std::string_view name) : Control(form, name, ControlKind::Label) {}
+  Label(Form& form, std::string_view name, std::string_view caption = {}) : Control(form, name, ControlKind::Label, caption) {}
 };
 
 class Frame : public Control {
  public:
-  Frame(Form& form, std::string_view name) : Control(form, name, ControlKind::Frame) {}
+  Frame(Form& form, std::string_view name, std::string_view caption = {}) : Control(form, name, ControlKind::Frame, caption) {}
 };
 
 class Line : public Control {
@@ -88,7 +88,7 @@ class Line : public Control {
 
 class Button : public Control {
  public:
-  Button(Form& form, std::string_view name) : Control(form, name, ControlKind::Button) {}
+  Button(Form& form, std::string_view name, std::string_view caption = {}) : Control(form, name, ControlKind::Button, caption) {}
 };
 
 // A box with a text: what fields are checked, tidied and stored through.
@@ -142,7 +142,7 @@ class ComboBox : public TextControl, public ItemList {
 
 class CheckBox : public Control {
  public:
-  CheckBox(Form& form, std::string_view name) : Control(form, name, ControlKind::Check) {}
+  CheckBox(Form& form, std::string_view name, std::string_view caption = {}) : Control(form, name, ControlKind::Check, caption) {}
   bool Checked() const { return checked_; }
   // Raises Click when the state changes.
   void SetChecked(bool checked);

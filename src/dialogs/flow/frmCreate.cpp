@@ -7,36 +7,24 @@
 namespace vardo {
 
 frmCreate::frmCreate() : ModuleDialog("frmCreate", "Create", "Create_.htm") {
-  lblName.SetCaption("&Name:");
-  lblEntityType.SetCaption("&Entity Type:");
-  Frame1.SetCaption("Time Between Arrivals");
-  lblType.SetCaption("&Type:");
-  lblValue.SetCaption("&Value");
-  lblUnits.SetCaption("&Units:");
-  lblExpression.SetCaption("E&xpression:");
-  lblScheduleName.SetCaption("&Schedule Name:");
-  lblBatchSize.SetCaption("Entities per &Arrival:");
-  lblMaxBatches.SetCaption("&Max Arrivals:");
-  lblFirstCreation.SetCaption("&First Creation:");
-
-  Name(cboName, "CreateName", NameList::FlowModules);
+  Name(cboName, "CreateName", NamesOf<NameList::FlowModules>);
   Field(cboEntityType, "CreateEntityType")
       .Default("Entity 1")
-      .Offers(NameList::EntityTypes)
+      .Offers(NamesOf<NameList::EntityTypes>)
       .Check(kSymbolName)
-      .WhenEmpty("Entity 1");
+      .WhenEmpty();
   Field(cboType, "CreateType").Default("Random").Items({"Random", "Schedule", "Constant", "Expression"});
-  Field(txtValue, "CreateValue").Default("1").Check(kExpression).WhenEmpty("1");
-  Field(cboUnits, "CreateUnits").Default("Hours").Items({"Seconds", "Minutes", "Hours", "Days"});
-  Field(txtEntitiesPerArrival, "CreateBatchSize").Default("1").Check(kExpression).WhenEmpty("1");
-  Field(txtMaxArrivals, "CreateMaxBatches").Default("Infinite").Check(kExpression).WhenEmpty("Infinite");
-  Field(txtFirstCreation, "CreateFirstCreation").Default("0.0").Check(kExpression).WhenEmpty("0.0");
-  Field(cboExpression, "CreateExpression").Default("1").Items(kExpressionTemplates).Check(kExpression).WhenEmpty("1");
+  Field(txtValue, "CreateValue").Default("1").Check(kExpression).WhenEmpty();
+  Field(cboUnits, "CreateUnits").Default("Hours").Items(kTimeUnits);
+  Field(txtEntitiesPerArrival, "CreateBatchSize").Default("1").Check(kExpression).WhenEmpty();
+  Field(txtMaxArrivals, "CreateMaxBatches").Default("Infinite").Check(kExpression).WhenEmpty();
+  Field(txtFirstCreation, "CreateFirstCreation").Default("0.0").Check(kExpression).WhenEmpty();
+  Field(cboExpression, "CreateExpression").Default("1").Items(kExpressionTemplates).Check(kExpression).WhenEmpty();
   Field(cboScheduleName, "CreateScheduleName")
       .Default("Schedule 1")
-      .Offers(NameList::Schedules)
+      .Offers(NamesOf<NameList::Schedules>)
       .Check(kSymbolName)
-      .WhenEmpty("Schedule 1");
+      .WhenEmpty();
 
   cboType.Click = [this] { cboType_Click(); };
 
@@ -53,7 +41,7 @@ frmCreate::frmCreate() : ModuleDialog("frmCreate", "Create", "Create_.htm") {
       .Row(lblBatchSize, txtEntitiesPerArrival)
       .Row(lblMaxBatches, txtMaxArrivals)
       .Row(lblFirstCreation, txtFirstCreation)
-      .Buttons({&buttons.cmdOK, &buttons.cmdCancel, &buttons.cmdHelp});
+      .Buttons(buttons.All());
 }
 
 void frmCreate::cboType_Click() {

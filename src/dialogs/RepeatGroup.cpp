@@ -1,0 +1,74 @@
+#include "dialogs/RepeatGroup.h"
+
+#include "platform/Platform.h"
+#include "props/PropertyCells.h"
+
+#include <algorithm>
+#include <limits>
+#include <numeric>
+
+namespace vardo {
+
+int ReadRowCount(const IVShapePtr& shape, std::string_view countProperty) {
+  const double count = ThePlatform().ParseReal(GetPropList(shape, countProperty, "0").front()).value_or(0);
+  return static_cast<int>(std::clamp<double>(count, 0, std::numeric_limits<int>::max()));
+}
+
+RepeatGroup::RepeatGroup(std::string_view countProperty, std::vector<RowColumn> columns, LineColumns lineColumns)
+    : countProperty_(countProperty), columns_(std::move(columns)), lineColumns_(lineColumns) {}
+
+StringList RepeatGroup::ReadLines(const IVShapePtr& shape) const {
+  const auto count = static_cast<std::size_t>(ReadRowCount(shape, countProperty_));
+  StringList lines;
+  if (count == 0) return lines;
+  std::vector<StringList> stored;
+  for (const RowColumn& column : columns_) stored.push_back(GetPropList(shape, column.property, column.readDefault));
+  for (std::size_t i = 0; i < count; ++i) {
+    StringList row;
+    for (std::size_t c = 0; c < columns_.size(); ++c)
+      row.push_back(i < stored[c].size() ? stored[c][i] : std::string(columns_[c].readDefault));
+    if (auto line = LineOf(row)) lines.push_back(std::move(*line));
+  }
+  return lines;
+}
+
+void RepeatGroup::WriteLines(const IVShapePtr& shape, const StringList& lines) const {
+  std::vector<StringList> stored(columns_.size());
+  for (const std::string& line : lines) {
+    StringList row = RowOf(line);
+    for (std::size_t c = 0; c < columns_.size(); ++c) stored[c].push_back(std::move(row[c]));
+  }
+  for (std::size_t c = 0; c < columns_.size(); ++c) {
+    if (lines.empty()) stored[c].emplace_back(columns_[c].filler);
+    SetPropList(shape, columns_[c].property, stored[c]);
+  }
+  SetPropList(shape, countProperty_, std::to_string(lines.size()));
+}
+
+std::optional<std::string> RepeatGroup::LineOf(const StringList& row) const {
+  StringList items;
+  for (const std::size_t c : ColumnsShown(row)) items.push_back(columns_[c].toText ? columns_[c].toText(row[c]) : row[c]);
+  if (items.empty()) return std::nullopt;
+  return JoinList(items);
+}
+
+// The first items say which columns the further ones belong to.
+StringList RepeatGroup::RowOf(std::string_view line) const {
+  StringList row;
+  for (const RowColumn& column : columns_) row.emplace_back(column.filler);
+  const StringList items = SplitList(line, kListDelimiter);
+  for (std::size_t i = 0; i < std::min(items.size(), ColumnsShown(row).size()); ++i) {
+    const std::size_t c = ColumnsShown(row)[i];
+    row[c] = columns_[c].toStored ? columns_[c].toStored(items[i]) : items[i];
+  }
+  return row;
+}
+
+std::vector<std::size_t> RepeatGroup::ColumnsShown(const StringList& row) const {
+  if (lineColumns_) return lineColumns_(row);
+  std::vector<std::size_t> all(columns_.size());
+  std::iota(all.begin(), all.end(), std::size_t{0});
+  return all;
+}
+
+}  // namespace vardo

@@ -1,0 +1,35 @@
+#include "dialogs/data/frmSchedule.h"
+
+#include "dialogs/ItemLists.h"
+#include "dialogs/data/frmSchedule_Durations.h"
+#include "forms/FormLayout.h"
+#include "validate/CheckDataType.h"
+
+namespace vardo {
+
+frmSchedule::frmSchedule() : ModuleDialog("frmSchedule", "Schedule", "Schedule_.htm") {
+  Name(cboName, "ScheduleName", NamesOf<NameList::Schedules>);
+  Field(cboType, "ScheduleType").Default("Capacity").Items({"Capacity", "Arrival", "Other"});
+  Field(cboTimeUnits, "ScheduleTimeUnits")
+      .Default("hours")
+      .Items({"Seconds", "Minutes", "Quarterhours", "Halfhours", "Hours", "Days"});
+  Field(txtScaleFactor, "ScheduleScaleFactor").Default("1.0").Check(kReal).WhenEmpty();
+  Rows(rows, {"Schedule_DCount", {{"Schedule_DurationsValue", "1", "1"}, {"Schedule_DurationsDuration", "", ""}}},
+       [this](std::string_view line) { DefaultForm<frmSchedule_Durations>().Durations(cboType.Text(), line); });
+
+  cboType.Click = [this] { cboType_Click(); };
+
+  FormLayout(*this, 1500, 3200)
+      .Row(lblName, cboName)
+      .Row(lblType, cboType)
+      .Row(lblTimeUnits, cboTimeUnits)
+      .Row(lblScaleFactor, txtScaleFactor)
+      .List(rows.label, rows.list, rows.Buttons(), 6)
+      .Buttons(buttons.All());
+}
+
+void frmSchedule::cboType_Click() { Show({&lblScaleFactor, &txtScaleFactor}, cboType.Text() != "Capacity"); }
+
+void frmSchedule::UnloadRowDialog() { UnloadIfLoaded<frmSchedule_Durations>(); }
+
+}  // namespace vardo

@@ -1,0 +1,184 @@
+#include "dialogs/flow/frmProcess.h"
+
+#include "addin/host/HostConstants.h"
+#include "dialogs/ItemLists.h"
+#include "dialogs/flow/frmProcess_Resource.h"
+#include "events/SubmodelPages.h"
+#include "forms/FormLayout.h"
+#include "validate/CheckDataType.h"
+
+namespace vardo {
+namespace {
+
+constexpr std::string_view kStandard = "Standard";
+
+constexpr std::string_view kDelay = "Delay";
+constexpr std::string_view kDelayRelease = "Delay Release";
+constexpr CodeRow kActions[] = {{"D", kDelay}, {"SD", "Seize Delay"}, {"SDR", "Seize Delay Release"}, {"DR", kDelayRelease}};
+
+constexpr CodeRow kPriorities[] = {{"1", "High(1)"}, {"2", "Medium(2)"}, {"3", "Low(3)"}};
+
+constexpr CodeRow kAllocations[] = {
+    {"VA", "Value Added"}, {"NVA", "Non-Value Added"}, {"Tran", "Transfer"}, {"Wait", "Wait"}, {"Other", "Other"}};
+
+constexpr std::string_view kSpecificMember = "SM";
+constexpr CodeRow kRules[] = {
+    {"CYC", "Cyclical"},
+    {"RAN", "Random"},
+    {"POR", "Preferred Order"},
+    {kSpecificMember, "Specific Member"},
+    {"LRC", "Largest Remaining Capacity"},
+    {"SNB", "Smallest Number Busy"},
+};
+
+// The cell that chooses between the shape's two shortcut menus: 1 standard, 0 submodel.
+constexpr std::string_view kMenuIdRow = "menuid";
+constexpr std::string_view kMenuIdCell = "User.menuid";
+
+constexpr std::string_view kResource = "Resource";
+
+// A row that is not for a resource is for a set.
+std::string RowType(std::string_view stored) { return stored == kResource ? std::string(stored) : "Set"; }
+
+enum Column : std::size_t { kType, kSetName, kRule, kQuantity, kSaveAttribute, kResourceName, kSetIndex };
+
+// In the order of the enumeration.
+const std::vector<RowColumn> kColumns = {
+    {"Process_RType", kResource, kResource, RowType},
+    {"Process_RSetName", "Set 1", "Set 1"},
+    {"Process_RSelectionRule", "CYC", "CYC", RuleCodeToText, RuleTextToCode},
+    {"Process_RQuantity", "1", "1"},
+    {"Process_RSaveAttribute", "", ""},
+    {"Process_RResourceName", "Resource 1", "Resource 1"},
+    {"Process_RInputAttribute", "1", "Attribute 1"},
+};
+
+std::vector<std::size_t> LineColumns(const StringList& row) {
+  if (row[kType] == kResource) return {kType, kResourceName, kQuantity};
+  return {kType, kSetName, kQuantity, kRule, row[kRule] == kSpecificMember ? kSetIndex : kSaveAttribute};
+}
+
+}  // namespace
+
+std::string RuleCodeToText(std::string_view code) { return CodeToText(kRules, code); }
+
+std::string RuleTextToCode(std::string_view text) { return TextToCode(kRules, text); }
+
+frmProcess::frmProcess() : ModuleDialog("frmProcess", "Process", "Process_.htm") {
+  Name(cboName, "ProcessName", NamesOf<NameList::FlowModules>);
+  Field(cboType, "ProcessType").Default(kStandard).Items({kStandard, "Submodel"});
+  Field(cboAction, "ProcessAction").Default("D").Codes(kActions, UnknownCode::ShowsNothing);
+  Field(cboPriority, "ProcessPriority")
+      .Default("2")
+      .Codes(kPriorities, UnknownCode::ShowsItself)
+      .Check(kExpression)
+      .WhenEmpty("Medium(2)");
+  Field(cboDelayType, "ProcessDelayType")
+      .Default("Triangular")
+      .Items({"Constant", "Normal", "Triangular", "Uniform", "Expression"});
+  Field(cboUnits, "ProcessUnits").Default("hours").Items(kTimeUnits);
+  Field(cboAllocation, "ProcessAllocation").Default("VA").Codes(kAllocations, UnknownCode::ShowsLastText);
+  Field(txtMin, "ProcessMin").Default(".5").Check(kExpression).WhenEmpty();
+  Field(txtValue, "ProcessValue").Default("1").Check(kExpression).WhenEmpty();
+  Field(txtMax, "ProcessMax").Default("1.5").Check(kExpression).WhenEmpty();
+  Field(txtStdDev, "ProcessStdDev").Default(".2").Check(kExpression).WhenEmpty();
+  Field(cboExpression, "ProcessExpression").Default("1").Items(kExpressionTemplates).Check(kExpression).WhenEmpty();
+  Field(chkReportStatistics, "ReportStatistics").Default("Yes");
+  CheckInOrder({&cboName, &txtMin, &txtValue, &txtMax, &txtStdDev, &cboExpression, &cboPriority});
+  Rows(rows, {"Process_RCount", kColumns, LineColumns},
+       [](std::string_view line) { DefaultForm<frmProcess_Resource>().Process_Resource(line); });
+
+  cboType.Click = [this] { cboType_Click(); };
+  cboAction.Click = [this] { cboAction_Click(); };
+  cboDelayType.Click = [this] { cboDelayType_Click(); };
+
+  FormLayout(*this, 2100, 3400)
+      .Row(lblName, cboName)
+      .Row(lblType, cboType)
+      .BeginChoice()
+      .BeginFrame(Frame1)
+      .Row(lblAction, cboAction)
+      .Row(lblPriority, cboPriority)
+      .List(rows.label, rows.list, rows.Buttons(), 5)
+      .Separator(DelayLine1)
+      .Row(lblDelayType, cboDelayType)
+      .Row(lblUnits, cboUnits)
+      .Row(lblAllocation, cboAllocation)
+      .Separator(DelayLine2)
+      .Row(lblMin, txtMin)
+      .InPlace(lblExpression, cboExpression)
+      .Row(lblValue, txtValue)
+      .Row(lblMax, txtMax)
+      .InPlace(lblStdDev, txtStdDev)
+      .EndFrame()
+      .Or()
+      .Separator(SubmodelLine)
+      .BeginFrame(EditSubmodelFrame)
+      .Text(EditSubmodelLabel1, 1)
+      .Separator(EditSubmodelLine1)
+      .Text(EditSubmodelLabel2, 3)
+      .EndFrame()
+      .BeginFrame(CloseSubmodelFrame)
+      .Text(CloseSubmodelLabel1, 1)
+      .Separator(CloseSubmodelLine1)
+      .Text(CloseSubmodelLabel2, 3)
+      .EndFrame()
+      .EndChoice()
+      .Row(chkReportStatistics)
+      .Buttons(buttons.All());
+}
+
+void frmProcess::AfterLoad() {
+  DefaultForm<frmProcess_Resource>().FillLists();
+  cboType_Click();
+}
+
+bool frmProcess::IsStandard() const { return cboType.Text() == kStandard; }
+
+void frmProcess::cboType_Click() {
+  Show({&Frame1}, IsStandard());
+  Show({&SubmodelLine, &EditSubmodelFrame, &CloseSubmodelFrame}, !IsStandard());
+  if (!IsStandard()) return;
+  cboAction_Click();
+  cboDelayType_Click();
+}
+
+void frmProcess::cboAction_Click() {
+  const std::string action = cboAction.Text();
+  Show(rows.Controls(), action != kDelay);
+  Show({&lblPriority, &cboPriority}, action != kDelay && action != kDelayRelease);
+}
+
+void frmProcess::cboDelayType_Click() {
+  const std::string type = cboDelayType.Text();
+  // Null leaves the caption as it is.
+  static constexpr struct {
+    std::string_view type;
+    bool value, range, deviation, expression;
+    const char* caption;
+  } kShown[] = {
+      {"Constant", true, false, false, false, "Value:"},
+      {"Normal", true, false, true, false, "Value (Mean):"},
+      {"Triangular", true, true, false, false, "Value (Most Likely):"},
+      {"Uniform", false, true, false, false, nullptr},
+      {"Expression", false, false, false, true, nullptr},
+  };
+  for (const auto& row : kShown) {
+    if (row.type != type) continue;
+    Show({&lblValue, &txtValue}, row.value);
+    Show({&lblMin, &txtMin, &lblMax, &txtMax}, row.range);
+    Show({&lblStdDev, &txtStdDev}, row.deviation);
+    Show({&lblExpression, &cboExpression}, row.expression);
+    if (row.caption) lblValue.SetCaption(row.caption);
+  }
+}
+
+void frmProcess::WriteBeforeName(const IVShapePtr& shape) {
+  if (!shape->CellExists(kMenuIdCell, kExistsAnywhere)) shape->AddNamedRow(kSectionUser, kMenuIdRow, kTagDefault);
+  shape->Cells(kMenuIdCell)->SetResult(IsStandard() ? 1 : 0);
+  if (IsRenamed()) RenameSubmodelPage(shape, NewName());
+}
+
+void frmProcess::UnloadRowDialog() { UnloadIfLoaded<frmProcess_Resource>(); }
+
+}  // namespace vardo

@@ -1,0 +1,77 @@
+#include "dialogs/flow/frmProcess_Resource.h"
+
+#include "dialogs/ItemLists.h"
+#include "dialogs/flow/frmProcess.h"
+#include "forms/FormLayout.h"
+#include "validate/CheckDataType.h"
+
+namespace vardo {
+namespace {
+
+constexpr std::string_view kResource = "Resource";
+constexpr std::string_view kSet = "Set";
+constexpr std::string_view kSpecificMember = "Specific Member";
+
+}  // namespace
+
+frmProcess_Resource::frmProcess_Resource()
+    : RowDialog("frmProcess_Resource", "Resources", "Process_Shape_Prompts.htm", RowsOf<frmProcess>) {
+  Add(cboType).Default(kResource).Items({kResource, kSet});
+  Add(cboResourceName).Default("Resource 1").Offers(NamesOf<NameList::Resources>).Check(kSymbolName).WhenEmpty();
+  Add(cboSetName).Default("Set 1").Offers(NamesOf<NameList::Sets>).Check(kSymbolName).WhenEmpty();
+  Add(cboSaveAttribute).Offers(UserAttributes).Check(kSymbolName);
+  Add(txtQuantity).Default("1").Check(kExpression).WhenEmpty();
+  Add(cboInputAttribute).Default("1").Items(kAssignableAttributes).Offers(UserAttributes).Check(kExpression).WhenEmpty();
+  Add(cboSelectionRule)
+      .Default("Cyclical")
+      .Items({"Cyclical", "Random", "Preferred Order", kSpecificMember, "Largest Remaining Capacity", "Smallest Number Busy"});
+
+  cboType.Click = [this] { cboType_Click(); };
+  cboSelectionRule.Click = [this] { cboSelectionRule_Click(); };
+
+  FormLayout(*this, 1700, 3000)
+      .Row(lblType, cboType)
+      .Row(lblResourceName, cboResourceName)
+      .InPlace(lblSetName, cboSetName)
+      .Row(lblQuantity, txtQuantity)
+      .Row(lblSelectionRule, cboSelectionRule)
+      .Row(lblSaveAttribute, cboSaveAttribute)
+      .InPlace(lblInputAttribute, cboInputAttribute)
+      .Buttons(buttons.All());
+}
+
+bool frmProcess_Resource::IsResource() const { return cboType.Text() == kResource; }
+
+bool frmProcess_Resource::IsSpecificMember() const { return cboSelectionRule.Text() == kSpecificMember; }
+
+void frmProcess_Resource::cboType_Click() {
+  if (!IsResource() && cboType.Text() != kSet) return;
+  Show({&lblResourceName, &cboResourceName}, IsResource());
+  Show({&lblSetName, &cboSetName, &lblSelectionRule, &cboSelectionRule}, !IsResource());
+  if (IsResource())
+    Show({&lblSaveAttribute, &cboSaveAttribute, &lblInputAttribute, &cboInputAttribute}, false);
+  else
+    cboSelectionRule_Click();
+}
+
+void frmProcess_Resource::cboSelectionRule_Click() {
+  Show({&lblSaveAttribute, &cboSaveAttribute}, !IsSpecificMember());
+  Show({&lblInputAttribute, &cboInputAttribute}, IsSpecificMember());
+}
+
+std::vector<TextControl*> frmProcess_Resource::LineBoxes() {
+  if (IsResource()) return {&cboType, &cboResourceName, &txtQuantity};
+  TextControl* const attribute = IsSpecificMember() ? &cboInputAttribute : &cboSaveAttribute;
+  return {&cboType, &cboSetName, &txtQuantity, &cboSelectionRule, attribute};
+}
+
+// The next row can choose the names of this one.
+void frmProcess_Resource::AfterOK() {
+  if (IsResource()) return cboResourceName.AddItem(cboResourceName.Text());
+  const std::string attribute = LineBoxes().back()->Text();
+  if (IsSpecificMember() || !attribute.empty())
+    for (ComboBox* box : {&cboInputAttribute, &cboSaveAttribute}) box->AddItem(attribute);
+  cboSetName.AddItem(cboSetName.Text());
+}
+
+}  // namespace vardo

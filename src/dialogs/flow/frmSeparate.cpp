@@ -1,0 +1,103 @@
+#include "dialogs/flow/frmSeparate.h"
+
+#include "addin/host/HostConstants.h"
+#include "addin/host/HostError.h"
+#include "dialogs/ItemLists.h"
+#include "dialogs/flow/frmSeparate_Attributes.h"
+#include "forms/FormLayout.h"
+#include "validate/CheckDataType.h"
+
+namespace vardo {
+namespace {
+
+constexpr std::string_view kDuplicate = "Duplicate Original";
+constexpr CodeRow kTypes[] = {{"Duplicate", kDuplicate}, {"Split", "Split Existing Batch"}};
+
+constexpr std::string_view kSpecific = "Take Specific Representative Values";
+constexpr CodeRow kMemberAttributes[] = {
+    {"Retain", "Retain Original Entity Values"},
+    {"All", "Take All Representative Values"},
+    {"Specific", kSpecific},
+};
+
+// The connection point that duplicates leave by, on the shape's lower edge.
+constexpr short kDuplicateExit = 2;
+constexpr std::string_view kDuplicateExitX = "Width*0.8912";
+constexpr std::string_view kDuplicateExitY = "Height*0";
+
+bool HasDuplicateExit(IVShape& shape) {
+  return shape.RowExists(kSectionConnectionPts, kDuplicateExit, kExistsAnywhere) &&
+         shape.CellsSRC(kSectionConnectionPts, kDuplicateExit, kCellConnectionX)->Formula() == kDuplicateExitX;
+}
+
+// A point that could not be placed is taken away again, so that the next OK makes it anew.
+void AddDuplicateExit(IVShape& shape) {
+  shape.AddRow(kSectionConnectionPts, kDuplicateExit, kTagDefault);
+  try {
+    shape.CellsSRC(kSectionConnectionPts, kDuplicateExit, kCellConnectionX)->SetFormula(kDuplicateExitX);
+    shape.CellsSRC(kSectionConnectionPts, kDuplicateExit, kCellConnectionY)->SetFormula(kDuplicateExitY);
+  } catch (const AutomationError&) {
+    shape.DeleteRow(kSectionConnectionPts, kDuplicateExit);
+    throw;
+  }
+}
+
+}  // namespace
+
+frmSeparate::frmSeparate() : ModuleDialog("frmSeparate", "Separate", "Separate_.htm") {
+  Name(cboName, "SeparateName", [](ItemList& items) { AddNames(items, "Separate", "SeparateName"); });
+  Field(cboType, "SeparateType").Default("Duplicate").Codes(kTypes, UnknownCode::ShowsLastText);
+  Field(txtCostToDuplicates, "SeparateCostToDuplicates").Default("50").Check(kExpression).WhenEmpty();
+  // Other programs know the cell by this spelling; a cell is found whatever its letter case.
+  Field(txtNumofDuplicates, "SeparateNumberofDuplicates").Default("1").Check(kExpression).WhenEmpty();
+  Field(cboMemberAttributes, "SeparateMemberAttributes").Default("Retain").Codes(kMemberAttributes, UnknownCode::ShowsLastText);
+  Rows(rows, {"Separate_ACount", {{"AttributeName", "Attribute 1", "Attribute 1"}}},
+       [](std::string_view line) { DefaultForm<frmSeparate_Attributes>().Separate_Attribute(line); });
+
+  cboType.Click = [this] { cboType_Click(); };
+  cboMemberAttributes.Click = [this] { cboMemberAttributes_Click(); };
+
+  FormLayout(*this, 2900, 2900)
+      .Row(lblName, cboName)
+      .Row(lblType, cboType)
+      .BeginChoice()
+      .Row(lblCostToDuplicates, txtCostToDuplicates)
+      .Behind(txtCostToDuplicates, lblPercentSign)
+      .Row(lblNumofDuplicates, txtNumofDuplicates)
+      .Or()
+      .Row(lblMemberAttributes, cboMemberAttributes)
+      .List(rows.label, rows.list, rows.Buttons(), 6)
+      .EndChoice()
+      .Buttons(buttons.All());
+}
+
+void frmSeparate::AfterLoad() {
+  DefaultForm<frmSeparate_Attributes>().FillLists();
+  cboType_Click();
+}
+
+bool frmSeparate::Duplicates() const { return cboType.Text() == kDuplicate; }
+
+void frmSeparate::cboType_Click() {
+  Show({&lblCostToDuplicates, &txtCostToDuplicates, &lblPercentSign, &lblNumofDuplicates, &txtNumofDuplicates}, Duplicates());
+  Show({&lblMemberAttributes, &cboMemberAttributes}, !Duplicates());
+  if (Duplicates())
+    Show(rows.Controls(), false);
+  else
+    cboMemberAttributes_Click();
+}
+
+void frmSeparate::cboMemberAttributes_Click() { Show(rows.Controls(), cboMemberAttributes.Text() == kSpecific); }
+
+// Duplicates leave by an exit of their own, members of a batch do not.
+void frmSeparate::WriteAfterName(const IVShapePtr& shape) {
+  if (Duplicates() == HasDuplicateExit(*shape)) return;
+  if (Duplicates())
+    AddDuplicateExit(*shape);
+  else
+    shape->DeleteRow(kSectionConnectionPts, kDuplicateExit);
+}
+
+void frmSeparate::UnloadRowDialog() { UnloadIfLoaded<frmSeparate_Attributes>(); }
+
+}  // namespace vardo

@@ -1,0 +1,17 @@
+#include "dialogs/flow/frmSeparate_Attributes.h"
+
+#include "dialogs/ItemLists.h"
+#include "dialogs/flow/frmSeparate.h"
+#include "forms/FormLayout.h"
+#include "validate/CheckDataType.h"
+
+namespace vardo {
+
+frmSeparate_Attributes::frmSeparate_Attributes()
+    : RowDialog("frmSeparate_Attributes", "Attributes", "Separate_Shape_Prompts.htm", RowsOf<frmSeparate>) {
+  Add(cboAttributeName).Default("Attribute 1").Items(kAssignableAttributes).Offers(UserAttributes).Check(kSymbolName).WhenEmpty();
+
+  FormLayout(*this, 1700, 2600).Row(lblAttributeName, cboAttributeName).Buttons(buttons.All());
+}
+
+}  // namespace vardo
