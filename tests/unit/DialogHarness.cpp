@@ -228,4 +228,18 @@ void DialogHarness::Put(const Form& form, std::string_view control, std::string_
   if (box.kind() == ControlKind::Text && box.LostFocus) box.LostFocus();
 }
 
+void DialogHarness::ChangeEverything(const DialogTable& table, const Form& form) {
+  int number = 700;
+  for (const FieldRow& field : table.fields) {
+    Control& control = At(form, field.control);
+    const std::string text = std::to_string(++number);
+    if (auto* combo = dynamic_cast<ComboBox*>(&control); combo && combo->PickOnly())
+      combo->SetListIndex(0);
+    else if (auto* box = dynamic_cast<TextControl*>(&control))
+      box->SetText(CheckOf(table, field.control) == "symbol name" ? "New " + text : text);
+    else
+      Put(form, field.control, TextOf(form, field.control) == "Yes" ? "No" : "Yes");
+  }
+}
+
 }  // namespace vardo::test

@@ -33,6 +33,20 @@ struct BadText {
 };
 const BadText& BadTextOf(std::string_view kind);
 
+// Fails a call on purpose and remembers what was called.
+class RefusingHost : public FailingHost {
+ public:
+  void Start(int call) {
+    members.clear();
+    FailAt(call, Mode::Once);
+  }
+  void BeforeCall(std::string_view member) override {
+    members.emplace_back(member);
+    FailingHost::BeforeCall(member);
+  }
+  std::vector<std::string> members;
+};
+
 class DialogHarness : public testing::Test {
  protected:
   using Act = std::function<void(Form&)>;
@@ -79,10 +93,12 @@ class DialogHarness : public testing::Test {
   static void Put(const Form& form, const Settings& settings) {
     for (const auto& [control, text] : settings) Put(form, control, text);
   }
+  // Puts every field to another text than a shape has that was just dropped or filled.
+  static void ChangeEverything(const DialogTable& table, const Form& form);
   void Click(const Form& form, std::string_view control) { presenter_.Click(At(form, control)); }
 
   TestPlatform platform_;
-  FailingHost faults_;
+  RefusingHost faults_;
   DrawingHost host_;
   IVApplicationPtr app_ = ObserveHost(host_.application(), faults_);
   Application addin_;

@@ -464,7 +464,9 @@ DialogTable Assign() {
       .helpTopic = "Assign_.htm",
       .kind = "Assign",
       .name = "cboName",
-      .controls = Controls({{"cboName", Kind::Combo, "&Name:", "lblName"}, {"lstAssignments", Kind::List}}, true),
+      .controls = Controls(
+          {{"cboName", Kind::Combo, "&Name:", "lblName"}, {"lstAssignments", Kind::List, "A&ssignments:", "lblAssignments"}},
+          true),
       .fields = {{"cboName", "AssignName", kShapeText, kShapeText}},
       .checks = {{"cboName", "symbol name"}},
       .lists = {{"cboName", {}, kFlowModules}},
