@@ -94,7 +94,9 @@ void DrawingHost::DeletePage(int pageId, bool renumber) {
   const bool wasActive = page == &ActivePage();
   const int index = drawing_->IndexOf(*page);
   drawing_->RemovePage(*page, renumber);
-  if (wasActive) ShowPage(drawing_->PageAt(std::max(1, index - 1)).id());
+  if (wasActive) return ShowPage(drawing_->PageAt(std::max(1, index - 1)).id());
+  // Its tab has gone from the window. What a listener has put off until now is done in this step, so that undo takes it back too.
+  Raise(kEventWindowChanged, MakeWindow(*this, serial_));
 }
 
 void DrawingHost::ShowPage(int pageId) {
@@ -254,6 +256,7 @@ void DrawingHost::DeleteSelection() {
 void DrawingHost::TypeText(const SheetRef& ref, std::string_view text, bool keepSelection) {
   const UndoStep step(drawing().journal(), "Typing");
   ResolveShape(ref);
+  ShowPage(ref.page);
   const std::vector<int> selected = keepSelection ? selection_ : std::exchange(selection_, {});
   WriteText(ref, text);
   if (keepSelection || activePage_ != ref.page) return;

@@ -53,6 +53,8 @@ void RenumberFormulas(pugi::xml_node element, const std::unordered_map<int, int>
 DrawingPage::DrawingPage(Drawing& drawing, pugi::xml_node entry, std::string partName, XmlPart* contents)
     : drawing_(drawing), entry_(entry), partName_(std::move(partName)), contents_(contents) {
   pugi::xml_node sheet = entry_.child("PageSheet");
+  // A page may do without. The empty sheet for what is to come says nothing, so it is no edit: alone it is never saved.
+  if (!sheet) sheet = entry_.prepend_child("PageSheet");
   sheet_ = std::make_unique<Sheet>(drawing.package().Xml(drawing.pagesPart_), sheet, nullptr);
 }
 

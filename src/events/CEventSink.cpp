@@ -82,7 +82,7 @@ void CEventSink::VisEventProc(std::int16_t eventCode, const IVApplicationPtr&, s
       case kEventPageDeleted:
         return PageDeleted(std::get<IVPagePtr>(subject));
       case kEventTextChanged:
-        if (visApp->ActiveWindow()->Selection()->Count() == 0) ShapeTextEdited(moreInfo);
+        if (!puttingText_ && visApp->ActiveWindow()->Selection()->Count() == 0) ShapeTextEdited(moreInfo);
         return;
       default:
         return;
@@ -180,14 +180,20 @@ void CEventSink::ShapeTextEdited(std::string_view moreInfo) {
   const std::string stored = GetPropList(shape, nameField, "").front();
   const std::string typed = shape->Text();
   const std::string text(TrimBlanks(typed));
-  if (text.empty()) return shape->SetText(stored);
+  if (text.empty()) return PutText(shape, stored);
+  if (text != typed) PutText(shape, text);
   if (NameOccursAtLeast(AllModuleNames(), text, text == stored ? 2 : 1)) {
     ShowFieldError(kDuplicateName);
-    return shape->SetText(stored);
+    return PutText(shape, stored);
   }
   SetPropList(shape, nameField, text);
   if (kind == "Process") RenameSubmodelPage(shape, text);
-  if (text != typed) shape->SetText(text);
+}
+
+void CEventSink::PutText(const IVShapePtr& shape, std::string_view text) {
+  puttingText_ = true;
+  const AtExit done([this] { puttingText_ = false; });
+  shape->SetText(text);
 }
 
 }  // namespace vardo

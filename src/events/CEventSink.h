@@ -42,9 +42,12 @@ class CEventSink : public IVEventSink {
  private:
   void DrainQueues();
   void DeleteQueuedPage(const std::string& name);
+  // Writes a text without hearing of it: a name that is refused as well would be put back without end.
+  void PutText(const IVShapePtr& shape, std::string_view text);
 
   IVEventPtr pageDeletedEvent_;
   bool draining_ = false;
+  bool puttingText_ = false;
 };
 
 }  // namespace vardo

@@ -80,7 +80,7 @@ void OpenSubmodelPage(const IVShapePtr& process) {
 }
 
 void ShowParentPage(const IVPagePtr& page) {
-  const std::string parent = GetPagePropList(page, kParentPage, "").front();
+  const std::string parent = JoinList(GetPagePropList(page, kParentPage, ""));
   if (PageExists(parent)) ShowPage(parent);
 }
 
@@ -104,7 +104,7 @@ std::vector<std::string> SubmodelPagesOf(const IVPagePtr& page) {
   return existing;
 }
 
-std::string SubmodelPageOf(const IVShapePtr& process) { return GetPropList(process, kSubPage, "").front(); }
+std::string SubmodelPageOf(const IVShapePtr& process) { return JoinList(GetPropList(process, kSubPage, "")); }
 
 void RenameSubmodelPage(const IVShapePtr& process, std::string_view newName) {
   const std::string oldPage = SubmodelPageOf(process);

@@ -34,7 +34,8 @@ void DeleteSubmodelPages(const IVPagePtr& page);
 // The submodel pages, of those that exist, of the Process shapes on a page.
 std::vector<std::string> SubmodelPagesOf(const IVPagePtr& page);
 
-// The page that a Process names as its submodel's; empty for none, also when it has no such property.
+// The page that a Process names as its submodel's, in full: a page's name may have the list's delimiter in it. Empty for none,
+// also when the Process has no such property.
 std::string SubmodelPageOf(const IVShapePtr& process);
 
 // Gives a renamed Process's submodel page the new name, and the Process the link to it.

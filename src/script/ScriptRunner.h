@@ -64,7 +64,7 @@ class ScriptRunner {
   DrawingHost::End EndArgument(const Json& arguments, DrawingPage& page, const char* shape, const char* point);
   SheetRef SheetArgument(const Json& arguments);
   Json DescribeShape(const SheetRef& ref);
-  void RunAddon(const std::string& statement);
+  void RunAddon(const std::string& caption, const std::string& statement);
 
   LineSource nextLine_;
   std::ostream& output_;

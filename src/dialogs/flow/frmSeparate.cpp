@@ -57,7 +57,7 @@ frmSeparate::frmSeparate() : ModuleDialog("frmSeparate", "Separate", "Separate_.
   cboType.Click = [this] { cboType_Click(); };
   cboMemberAttributes.Click = [this] { cboMemberAttributes_Click(); };
 
-  FormLayout(*this, 2900, 2900)
+  FormLayout(*this, 3600, 3500)
       .Row(lblName, cboName)
       .Row(lblType, cboType)
       .BeginChoice()
