@@ -24,6 +24,9 @@ struct RowColumn {
   std::string (*toStored)(std::string_view text) = nullptr;
 };
 
+// The fields of a line that has that many. One alone is the whole line: nothing in it is a separator.
+StringList LineFields(std::string_view line, std::size_t fields);
+
 class RepeatGroup {
  public:
   // The columns that a line shows, in its order; the row is by column, as stored, and known as far as those columns that say
