@@ -69,11 +69,14 @@ class DialogFaults : public TableTest {
   }
 
  private:
-  void ExpectStart(const std::vector<CellWrite>& writes, const std::vector<CellWrite>& whole, bool beforeFirst) {
+  void ExpectStart(std::vector<CellWrite> writes, std::vector<CellWrite> whole, bool beforeFirst) {
     const bool completed = platform_->messages.empty();
     if (beforeFirst && !completed) {
       EXPECT_THAT(writes, IsEmpty()) << "nothing before all is checked";
     }
+    // The link to a page that could not be renamed is put back.
+    for (auto* log : {&writes, &whole})
+      std::erase_if(*log, [](const CellWrite& write) { return write.cell == "Prop.VardoSubPage"; });
     ASSERT_LE(writes.size(), whole.size());
     EXPECT_TRUE(std::equal(writes.begin(), writes.end(), whole.begin())) << "what is written is written in order";
   }

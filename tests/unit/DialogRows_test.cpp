@@ -109,7 +109,7 @@ TEST_P(RowLists, RowsAreWrittenLastColumnByColumnAndThenTheirCount) {
 }
 
 TEST_P(RowLists, CountsThatAreNoNumberOfRows) {
-  for (const char* count : {"abc", "", "-1", "0", " "}) {
+  for (const char* count : {"abc", "", "-1", "0", " ", "NaN"}) {
     SCOPED_TRACE(count);
     host_.New();
     Open(table(), DropWith({rows().examples[0]}, count),
