@@ -145,7 +145,11 @@ IVShapePtr DrawingHost::Announce(const SheetRef& ref) {
   return page && page->FindShape(ref.shape) ? object : nullptr;
 }
 
-std::vector<IVShapePtr> DrawingHost::Paste(const std::vector<SheetRef>& originals, int pageId) {
+std::vector<IVShapePtr> DrawingHost::Paste(const std::vector<SheetRef>& copied, int pageId) {
+  // As in a selection, a shape is there once, however often it is named.
+  std::vector<SheetRef> originals;
+  for (const SheetRef& ref : copied)
+    if (std::find(originals.begin(), originals.end(), ref) == originals.end()) originals.push_back(ref);
   const UndoStep step(drawing().journal(), "Paste");
   ShowPage(pageId);
   DrawingPage& page = ActivePage();

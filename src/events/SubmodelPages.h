@@ -22,7 +22,8 @@ bool PageExists(std::string_view name);
 // page that is the Process's already keeps its name.
 std::string SubmodelPageName(std::string_view name, std::string_view currentPage);
 
-// Shows the submodel page of a Process shape; makes and links it first when there is none.
+// Shows the submodel page of a Process shape; makes and links it first when there is none. A page that cannot be finished is
+// deleted again.
 void OpenSubmodelPage(const IVShapePtr& process);
 
 // Shows the page that a submodel's Process stands on; nothing happens on any other page.
@@ -38,7 +39,8 @@ std::vector<std::string> SubmodelPagesOf(const IVPagePtr& page);
 // also when the Process has no such property.
 std::string SubmodelPageOf(const IVShapePtr& process);
 
-// Gives a renamed Process's submodel page the new name, and the Process the link to it.
+// Gives a renamed Process's submodel page the new name, and the Process the link to it. When the page cannot be renamed the link
+// stays too.
 void RenameSubmodelPage(const IVShapePtr& process, std::string_view newName);
 
 }  // namespace vardo

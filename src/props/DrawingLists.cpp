@@ -45,7 +45,7 @@ StringList FillComboFromDrawing(const StringList& registers, const StringList& f
 
 void CollectPageValues(const IVPagePtr& page, std::string_view registerName, std::string_view cellName,
                        std::string& accumulator) {
-  const auto registered = GetPagePropList(page, registerName, "");
+  const auto registered = SplitList(PropText(page->PageSheet(), registerName), kListDelimiter);
   if (registered.front().empty()) return;
   const auto shapes = page->Shapes();
   const std::string cell(cellName);

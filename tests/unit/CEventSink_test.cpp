@@ -161,7 +161,7 @@ TEST_F(EventSink, QueuedPagesGoWithTheEventOfTheirGoingSwitchedOff) {
   Log log;
   host_.application()->EventList()->AddAdvise(static_cast<std::int16_t>(kEventPageDeleted), std::make_shared<Bystander>(log), "",
                                               "");
-  sink_.SetPageDeletedEvent(std::make_shared<Switch>(log));
+  sink_.Advised(std::make_shared<Switch>(log), true);
   PagesToDelete = {"A", "Nowhere", "b", "B"};
   Call(kNoneOfItsOwn);
   EXPECT_THAT(log, ElementsAre("off", "delete A", "on", "off", "on", "off", "on", "off", "delete B", "on"))
