@@ -228,6 +228,16 @@ void DialogHarness::Put(const Form& form, std::string_view control, std::string_
   if (box.kind() == ControlKind::Text && box.LostFocus) box.LostFocus();
 }
 
+void DialogHarness::ExpectRules(const DialogTable& table, const Form& form) {
+  for (const RuleRow& rule : table.rules) {
+    for (const std::string& name : rule.controls) {
+      const Control& control = At(form, name);
+      if (control.parent() && !control.parent()->Shown()) continue;
+      EXPECT_EQ(control.IsVisible(), rule.when(form)) << name;
+    }
+  }
+}
+
 void DialogHarness::ChangeEverything(const DialogTable& table, const Form& form) {
   int number = 700;
   for (const FieldRow& field : table.fields) {

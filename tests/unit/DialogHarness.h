@@ -93,6 +93,8 @@ class DialogHarness : public testing::Test {
   static void Put(const Form& form, const Settings& settings) {
     for (const auto& [control, text] : settings) Put(form, control, text);
   }
+  // What is visible follows from the form's texts, in frames that are shown.
+  static void ExpectRules(const DialogTable& table, const Form& form);
   // Puts every field to another text than a shape has that was just dropped or filled.
   static void ChangeEverything(const DialogTable& table, const Form& form);
   void Click(const Form& form, std::string_view control) { presenter_.Click(At(form, control)); }

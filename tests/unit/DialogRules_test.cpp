@@ -167,7 +167,8 @@ TEST_F(DialogRules, AThirdPointElsewhereIsSomebodyElses) {
     SCOPED_TRACE(other);
     host_.New();
     const IVShapePtr shape = Drop("Separate");
-    Save(table, shape, {{"cboType", "Duplicate Original"}});
+    Save(table, shape, {{"cboType", "Split Existing Batch"}});
+    ASSERT_EQ(shape->AddRow(kSectionConnectionPts, kThirdPoint, kTagDefault), kThirdPoint);
     shape->CellsSRC(kSectionConnectionPts, kThirdPoint, kCellConnectionX)->SetFormula(other);
     const int points = shape->RowCount(kSectionConnectionPts);
     Save(table, shape, {{"cboType", "Split Existing Batch"}});
@@ -175,7 +176,9 @@ TEST_F(DialogRules, AThirdPointElsewhereIsSomebodyElses) {
     EXPECT_EQ(shape->RowCount(kSectionConnectionPts), points);
     Save(table, shape, {{"cboType", "Duplicate Original"}});
     EXPECT_EQ(PointX(shape, kThirdPoint), "Width*0.8912");
-    EXPECT_EQ(PointX(shape, kThirdPoint + 1), other) << "moved up";
+    EXPECT_EQ(shape->RowCount(kSectionConnectionPts), points + 1);
+    Save(table, shape, {});
+    EXPECT_EQ(shape->RowCount(kSectionConnectionPts), points + 1);
   }
 }
 

@@ -112,8 +112,7 @@ TEST_P(ModuleDialogs, EveryItemOfEveryFixedListIsStoredAsItsCodeAndShownAgain) {
         else
           combo.SetListIndex(static_cast<int>(i));
         EXPECT_EQ(combo.Text(), list.items[i]);
-        for (const RuleRow& rule : table().rules)
-          for (const std::string& control : rule.controls) EXPECT_EQ(At(form, control).IsVisible(), rule.when(form)) << control;
+        ExpectRules(table(), form);
         OK(form);
       });
       EXPECT_EQ(Property(shape, field->property), CodeOf(table(), list.control, list.items[i]));
@@ -150,8 +149,7 @@ TEST_P(ModuleDialogs, StoredTextsThatNoTableKnows) {
     SetProperty(shape, field->property, odd.stored);
     Open(table(), shape, [&](Form& form) {
       EXPECT_EQ(TextOf(form, odd.control), Shows(odd.shown, shape->Text()));
-      for (const RuleRow& rule : table().rules)
-        for (const std::string& control : rule.controls) EXPECT_EQ(At(form, control).IsVisible(), rule.when(form)) << control;
+      ExpectRules(table(), form);
       OK(form);
     });
     EXPECT_EQ(Property(shape, field->property), Shows(odd.written, shape->Text())) << "left alone";
