@@ -13,6 +13,9 @@
 
 namespace vardo {
 
+// The fields of a line. The line of a group of one column is its only field, separators and all.
+StringList FieldsOf(std::string_view line, std::size_t columns);
+
 struct RowColumn {
   std::string_view property;
   // What a list that is too short, or missing, yields.
@@ -23,9 +26,6 @@ struct RowColumn {
   std::string (*toText)(std::string_view stored) = nullptr;
   std::string (*toStored)(std::string_view text) = nullptr;
 };
-
-// The fields of a line that has that many. One alone is the whole line: nothing in it is a separator.
-StringList LineFields(std::string_view line, std::size_t fields);
 
 class RepeatGroup {
  public:

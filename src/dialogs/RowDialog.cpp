@@ -24,7 +24,7 @@ void RowDialog::Open(std::string_view line) {
 
 // The first items choose the type, and with it the boxes that the further ones go into.
 void RowDialog::SetLine(std::string_view line) {
-  const StringList items = LineFields(line, LineBoxes().size());
+  const StringList items = FieldsOf(line, LineBoxes().size());
   for (size_t i = 0; i < LineBoxes().size(); ++i) LineBoxes()[i]->SetText(i < items.size() ? items[i] : "");
 }
 

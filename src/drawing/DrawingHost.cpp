@@ -295,10 +295,29 @@ void DrawingHost::DeleteRow(const SheetRef& ref, short section, short row) {
 short DrawingHost::AddRow(const SheetRef& ref, const SectionInfo& section, short position) {
   const UndoStep step(drawing().journal(), "Add Row");
   const SheetView view = Resolve(ref);
-  const short added = view.sheet->AddRow(drawing_->editor(), section, position);
+  short added = view.sheet->AddRow(drawing_->editor(), section, position);
+  if (!section.rowsHaveNames && position >= 0 && added > position) {
+    MoveRowsUp(ref, section, position);
+    added = position;
+  }
   const bool isLast = static_cast<size_t>(added) + 1 == view.sheet->Rows(section).size();
   if (!isLast && &section == &ConnectionPoints() && ref.shape >= 0) view.page->RenumberPoints(ResolveShape(ref), added, +1);
   return added;
+}
+
+// Rows that come from a master keep their places. For a new row to stand before one of them, what the rows hold moves up to the
+// next, and into the new one at the end; its own blank cells come to stand at the position.
+void DrawingHost::MoveRowsUp(const SheetRef& ref, const SectionInfo& section, short position) {
+  const std::vector<Sheet::Row> rows = Resolve(ref).sheet->Rows(section);
+  for (const ColumnInfo& column : section.columns) {
+    const auto cell = [&](size_t row) { return CellAddress{&section, rows[row].key, std::string(column.name)}; };
+    const std::string blank = FormulaOf(ref, cell(rows.size() - 1));
+    for (size_t row = rows.size() - 1; row > static_cast<size_t>(position); --row) {
+      const std::string below = FormulaOf(ref, cell(row - 1));
+      PutFormula(ref, cell(row), below.empty() ? blank : below);
+    }
+    PutFormula(ref, cell(static_cast<size_t>(position)), blank);
+  }
 }
 
 void DrawingHost::RunCommand(std::string_view label, const std::function<void()>& command) {

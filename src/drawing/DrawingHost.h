@@ -131,6 +131,7 @@ class DrawingHost {
   void PutFormula(const SheetRef& ref, const CellAddress& address, std::string_view formula);
   void Glue(const SheetRef& connector, const ConnectorEnd& cells, const End& end, Point otherEnd);
   int AddOutlinePoint(const SheetRef& ref, Point towards);
+  void MoveRowsUp(const SheetRef& ref, const SectionInfo& section, short position);
   std::string SheetName(const SheetRef& ref);
 
   IVApplicationPtr application_;

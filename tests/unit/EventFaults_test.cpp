@@ -253,7 +253,8 @@ TEST_F(EventFaults, ListenersEndSilentlyAndTheRegistersAndLinksAreRight) {
        [&] { Delete({2}); },
        [&] { EXPECT_THAT(PageNames(), ElementsAre("Page-1")); },
        {},
-       {"no Process of Process 1 (Submodel)"}},
+       // The inner pages go first, and the outer ones may then be refused.
+       {"no Process of Process 1 (Submodel)", "no page Process2 (Submodel)", "no page Process3 (Submodel)"}},
       {"a Process with submodels within its submodel is deleted",
        [&] {
          Drop("Process");
@@ -267,7 +268,8 @@ TEST_F(EventFaults, ListenersEndSilentlyAndTheRegistersAndLinksAreRight) {
        [&] { Delete({1}); },
        [&] { EXPECT_THAT(PageNames(), ElementsAre("Page-1")); },
        {},
-       {"no Process of Process 1 (Submodel)"}},
+       // The inner pages go first, and the outer ones may then be refused.
+       {"no Process of Process 1 (Submodel)", "no page Process2 (Submodel)", "no page Process3 (Submodel)"}},
       {"a page with two submodels is deleted",
        [&] {
          host_->AddPage("Model");

@@ -562,6 +562,21 @@ TEST_P(HostConformance, NumberedRowsAreInsertedAtTheirPositionAndShift) {
   EXPECT_EQ(sheet->AddRow(kSectionConnectionPts, 7, kTagDefault), 2) << "behind the end is the end";
 }
 
+TEST_P(HostConformance, ANumberedRowStandsBeforeThoseOfTheMasterToo) {
+  const IVShapePtr shape = Drop();
+  const int before = shape->RowCount(kSectionConnectionPts);
+  ASSERT_GT(before, 0);
+  shape->Cells("Connections.X1")->SetFormula("Width*0.7");
+  const std::string y = Formula(shape, "Connections.Y1");
+  EXPECT_EQ(shape->AddRow(kSectionConnectionPts, 0, kTagDefault), 0);
+  EXPECT_EQ(shape->RowCount(kSectionConnectionPts), before + 1);
+  EXPECT_EQ(Formula(shape, "Connections.X1"), "0") << "a new point";
+  EXPECT_EQ(Formula(shape, "Connections.X2"), "Width*0.7") << "the one that was the first";
+  EXPECT_EQ(Formula(shape, "Connections.Y2"), y);
+  shape->DeleteRow(kSectionConnectionPts, 0);
+  EXPECT_EQ(Formula(shape, "Connections.X1"), "Width*0.7");
+}
+
 TEST_P(HostConformance, ARowThatIsNotThereIsDeletedQuietly) {
   const IVShapePtr shape = Drop();
   const int before = shape->RowCount(kSectionProp);
