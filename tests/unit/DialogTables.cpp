@@ -244,7 +244,7 @@ DialogTable Process() {
                 {{"lblStdDev", "txtStdDev"}, Normal},
                 {{"lblExpression", "cboExpression"}, [](const Form& f) { return Is(f, "cboDelayType", "Expression"); }}},
       .choices = {{"cboAction", {"Delay", "Seize Delay", "Seize Delay Release", "Delay Release", ""}},
-                  {"cboDelayType", {"Constant", "Normal", "Triangular", "Uniform", "Expression"}},
+                  {"cboDelayType", {"Constant", "Normal", "Triangular", "Uniform", "Expression", "Odd"}},
                   {"cboType", {"Standard", "Submodel", "standard"}}},
       .writes = {{"User.menuid", "", "", MenuNumber},
                  {"", "cboName"},
