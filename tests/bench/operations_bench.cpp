@@ -8,6 +8,7 @@
 #include "forms/Forms.h"
 #include "forms/headless/HeadlessPresenter.h"
 #include "props/DrawingLists.h"
+#include "props/ModuleKinds.h"
 #include "props/PropertyCells.h"
 #include "script/AddinSession.h"
 
@@ -17,8 +18,11 @@
 #include <algorithm>
 #include <ctime>
 #include <functional>
+#include <map>
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vardo {
@@ -35,13 +39,16 @@ double SecondsOf(const std::function<void()>& work) {
 
 // ------------------------------------------------------------------------------------------------------ the drawing
 
-// Create modules on one page, entered in its register as if each had been dropped, and a connector from each to the next. The
-// add-in listens.
+using Kinds = std::span<const std::string_view>;
+constexpr std::string_view kCreateAlone[] = {"Create"};
+
+// Modules of those kinds by turns on one page, entered in its registers as if each had been dropped, and a connector from each to
+// the next. The add-in listens.
 class World {
  public:
-  explicit World(int modules) : session_(true) {
+  World(int modules, Kinds kinds) : session_(true) {
     session_.New();
-    AddModules(modules);
+    AddModules(modules, kinds);
     AddConnectors();
     // Saved and opened, as a person finds it: in memory it is laid out anew then.
     const test::TempFolder folder;
@@ -71,19 +78,20 @@ class World {
  private:
   Drawing& drawing() { return session_.host().drawing(); }
 
-  void AddModules(int count) {
-    const DrawingMaster& master = *drawing().BringMaster("Create");
-    StringList positions;
+  void AddModules(int count, Kinds kinds) {
+    std::map<std::string_view, StringList> positions;
     for (int i = 1; i <= count; ++i) {
-      DrawingShape& shape = host().ActivePage().AddInstance(master, i % 100 * 2, i / 100);
-      const std::string name = fmt::format("Create {}", i);
+      const std::string_view kind = kinds[static_cast<size_t>(i - 1) % kinds.size()];
+      DrawingShape& shape = host().ActivePage().AddInstance(*drawing().BringMaster(kind), i % 100 * 2, i / 100);
+      const std::string name = fmt::format("{} {}", kind, i);
       shape.SetText(drawing().editor(), name);
-      test::SetCell(drawing(), shape, "Prop.CreateName", QuoteText(name));
-      positions.push_back(std::to_string(i));
+      test::SetCell(drawing(), shape, fmt::format("Prop.{}Name", kind), QuoteText(name));
+      positions[kind].push_back(std::to_string(i));
       modules_.push_back(shape.id());
     }
-    SetPagePropList(host().application()->ActivePage(), "Create", positions);
-    SetPagePropList(host().application()->ActivePage(), "Count", std::to_string(count));
+    const IVPagePtr page = host().application()->ActivePage();
+    for (const auto& [kind, registered] : positions) SetPagePropList(page, kind, registered);
+    SetPagePropList(page, "Count", std::to_string(count));
   }
 
   void AddConnectors() {
@@ -119,9 +127,10 @@ class World {
 
 // An operation's time in seconds, of which the best of so many rounds is reported.
 struct Operation {
-  const char* name;
+  std::string name;
   int rounds;
   std::function<double(World&)> run;
+  Kinds kinds = kCreateAlone;
 };
 
 double Paste(World& world) {
@@ -146,12 +155,13 @@ double Delete(World& world, const std::vector<int>& shapes) {
   return seconds;
 }
 
-double OpenDialog(World& world) {
+// Of the module of that number.
+double OpenDialog(World& world, size_t module) {
   double shown = 0;
   HeadlessPresenter presenter([&](Form&) { shown = Now(); });
   FormPresenter* const before = SetFormPresenter(&presenter);
   const double start = Now();
-  world.session().ShowEditor(world.Module(0), true);
+  world.session().ShowEditor(world.Module(module), true);
   SetFormPresenter(before);
   return shown - start;
 }
@@ -164,20 +174,26 @@ double Gather(World&) {
   return SecondsOf([] { FillComboFromDrawing({"Create"}, {"CreateName"}, true); });
 }
 
-const Operation kOperations[] = {
+const Operation kCommands[] = {
     {"paste one", 5, Paste},
     {"paste 1000, one by one", 1, PasteThousand},
     {"rename one", 5, Rename},
     {"delete one", 5, [](World& world) { return Delete(world, {world.MiddleModule().shape}); }},
     {"delete half with connectors", 3, [](World& world) { return Delete(world, world.Half()); }},
-    {"open Create", 5, OpenDialog},
     {"drop one", 5, Drop},
     {"gather names", 9, Gather},
 };
 constexpr int kSizes[] = {100, 1'000, 10'000};
 
+std::vector<Operation> AllOperations() {
+  std::vector<Operation> all(std::begin(kCommands), std::end(kCommands));
+  for (size_t i = 0; i < std::size(kModuleKinds); ++i)
+    all.push_back({fmt::format("open {}", kModuleKinds[i]), 5, [i](World& world) { return OpenDialog(world, i); }, kModuleKinds});
+  return all;
+}
+
 void Measure(benchmark::State& state, const Operation& operation) {
-  World world(static_cast<int>(state.range(0)));
+  World world(static_cast<int>(state.range(0)), operation.kinds);
   if (operation.rounds > 1) operation.run(world);
   for (auto _ : state) {
     double best = operation.run(world);
@@ -226,8 +242,10 @@ class GrowthReporter : public benchmark::BenchmarkReporter {
 }  // namespace
 
 void MeasureOperations() {
-  for (const Operation& operation : kOperations) {
-    auto* registered = benchmark::RegisterBenchmark(operation.name, [&](benchmark::State& state) { Measure(state, operation); });
+  const std::vector<Operation> operations = AllOperations();
+  for (const Operation& operation : operations) {
+    auto* registered =
+        benchmark::RegisterBenchmark(operation.name.c_str(), [&](benchmark::State& state) { Measure(state, operation); });
     for (const int size : kSizes) registered->Arg(size);
     registered->Iterations(1)->UseManualTime();
   }
