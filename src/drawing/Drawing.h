@@ -103,7 +103,8 @@ class DrawingPage {
   DrawingShape* FindShape(std::string_view name);
   // As a formula names it: by name, or as "Sheet.12". Null for what is no shape of the page.
   DrawingShape* FindSheet(std::string_view nameInFormula);
-  // The IDs of the shapes whose own formulas name that shape, and maybe of some that no longer do.
+  // The IDs of the shapes whose own formulas name that shape, or the page's sheet, and maybe of some that no longer do.
+  static constexpr int kPageSheet = 0;
   const std::vector<int>& ReadersOf(int shapeId);
   // A shape's formulas have been written.
   void NoteReferences(const DrawingShape& reader);

@@ -132,8 +132,8 @@ void DrawingPage::NoteReferences(const DrawingShape& reader) {
     if (own.formula.find('!') == std::string_view::npos) continue;
     for (const FormulaReference& reference : ReferencesIn(own.formula)) {
       const DrawingShape* named = reference.onOtherPage ? nullptr : FindSheet(reference.sheet);
-      if (!named) continue;
-      std::vector<int>& readers = readers_[named->id()];
+      if (!named && !NamesPageSheet(reference)) continue;
+      std::vector<int>& readers = readers_[named ? named->id() : kPageSheet];
       if (std::find(readers.begin(), readers.end(), reader.id()) == readers.end()) readers.push_back(reader.id());
     }
   }
