@@ -3,6 +3,7 @@
 #include "forms/qt/QtPresenter.h"
 #include "forms/qt/QtSession.h"
 #include "platform/NativePlatform.h"
+#include "script/ModelDesktop.h"
 #include "script/ScriptRunner.h"
 
 #include <chrono>
@@ -72,11 +73,14 @@ class LineReader {
 template <class Presenter>
 int RunWith(const ScriptOptions& options, ScriptRunner::LineSource lines) {
   const std::unique_ptr<Platform> machine = MakeNativePlatform();
-  ScriptRunner runner(!options.withoutAddin, std::move(lines), std::cout, *machine);
-  Presenter presenter([&runner](Form& form) { runner.Pump(form); });
-  runner.UseForms(presenter, presenter);
-  if (!options.file.empty()) runner.Open(options.file);
-  return runner.Run();
+  AddinSession session(!options.withoutAddin);
+  ModelDesktop desktop(*machine);
+  ScriptRunner runner(session, desktop, std::move(lines), std::cout);
+  Presenter presenter([&runner](Form&) { runner.Serve(); });
+  desktop.UseForms(presenter, presenter);
+  if (!options.file.empty()) session.Open(options.file);
+  runner.Serve();
+  return runner.Status();
 }
 
 }  // namespace

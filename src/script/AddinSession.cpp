@@ -1,6 +1,5 @@
 #include "script/AddinSession.h"
 
-#include "addin/Global_Variables.h"
 #include "addin/host/HostError.h"
 #include "drawing/CellText.h"
 #include "drawing/HostObjects.h"
@@ -34,11 +33,6 @@ std::string NotInstalled(std::string_view caption, std::string_view statement) {
 
 }  // namespace
 
-AddinSession::~AddinSession() {
-  visApp.reset();
-  eventSink.reset();
-}
-
 void AddinSession::New() {
   host_.New();
   StartAddin();
@@ -51,8 +45,8 @@ void AddinSession::Open(const std::filesystem::path& file) {
 
 void AddinSession::StartAddin() {
   if (!withAddin_) return;
-  addin_.SetupEventSink(host_.application());
-  addin_.AddVardoMenu();
+  addin_->SetupEventSink(host_.application());
+  addin_->AddVardoMenu();
 }
 
 void AddinSession::ShowEditor(const SheetRef& shape, bool select) {
@@ -60,15 +54,16 @@ void AddinSession::ShowEditor(const SheetRef& shape, bool select) {
     host_.ShowPage(shape.page);
     host_.Select({shape.shape});
   }
-  host_.RunCommand("Edit Module", [&] { addin_.ShowEditor(host_.application(), MakeShape(host_, shape)); });
+  host_.RunCommand("Edit Module", [&] { addin_->ShowEditor(host_.application(), MakeShape(host_, shape)); });
 }
 
 void AddinSession::Submodel(const SheetRef& shape) {
-  host_.RunCommand("Edit Submodel", [&] { addin_.Submodel(host_.application(), MakeShape(host_, shape)); });
+  host_.RunCommand("Edit Submodel", [&] { addin_->Submodel(host_.application(), MakeShape(host_, shape)); });
 }
 
 void AddinSession::CloseSubmodel(int pageId) {
-  host_.RunCommand("Close Submodel", [&] { addin_.CloseSubmodel(host_.application(), MakePage(host_, host_.serial(), pageId)); });
+  host_.RunCommand("Close Submodel",
+                   [&] { addin_->CloseSubmodel(host_.application(), MakePage(host_, host_.serial(), pageId)); });
 }
 
 void AddinSession::RunAddOn(std::string_view caption, std::string_view statement) {

@@ -1,23 +1,25 @@
 // The add-in at work in the in-memory drawing host: the two joined as they are when the drawing program loads the add-in.
 #pragma once
 
-#include "addin/Application.h"
 #include "drawing/DrawingHost.h"
+#include "script/HostedAddin.h"
 
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace vardo {
 
 class AddinSession {
  public:
   // withAddin: opening or creating a drawing starts the add-in, as a drawing that uses it does.
-  explicit AddinSession(bool withAddin) : withAddin_(withAddin) {}
-  ~AddinSession();
+  explicit AddinSession(bool withAddin, std::unique_ptr<HostedAddin> addin = MakeBuiltInAddin())
+      : addin_(std::move(addin)), withAddin_(withAddin) {}
 
   DrawingHost& host() { return host_; }
-  Application& addin() { return addin_; }
+  HostedAddin& addin() { return *addin_; }
 
   void New();
   void Open(const std::filesystem::path& file);
@@ -39,7 +41,7 @@ class AddinSession {
   void StartAddin();
 
   DrawingHost host_;
-  Application addin_;
+  std::unique_ptr<HostedAddin> addin_;
   bool withAddin_;
 };
 

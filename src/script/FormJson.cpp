@@ -27,39 +27,31 @@ const char* KindName(ControlKind kind) {
   return "";
 }
 
-Json ControlToJson(const Control& control) {
-  Json json = {{"name", control.name()}, {"kind", KindName(control.kind())}};
-  if (!control.Caption().empty()) json["caption"] = control.Caption();
-  if (const auto* text = dynamic_cast<const TextControl*>(&control)) json["text"] = text->Text();
-  if (const auto* items = ItemsOf(control)) json["items"] = *items;
-  if (const auto* combo = dynamic_cast<const ComboBox*>(&control)) json["index"] = combo->ListIndex();
-  if (const auto* list = dynamic_cast<const ListBox*>(&control)) json["index"] = list->ListIndex();
-  if (const auto* check = dynamic_cast<const CheckBox*>(&control)) json["checked"] = check->Checked();
-  json["visible"] = control.IsVisible();
-  json["shown"] = control.Shown();
+Json ControlToJson(const ControlSeen& control) {
+  Json json = {{"name", control.name}, {"kind", KindName(control.kind)}};
+  if (!control.caption.empty()) json["caption"] = control.caption;
+  if (control.text) json["text"] = *control.text;
+  if (control.items) json["items"] = *control.items;
+  if (control.index) json["index"] = *control.index;
+  if (control.checked) json["checked"] = *control.checked;
+  json["visible"] = control.visible;
+  json["shown"] = control.shown;
   return json;
 }
 
 }  // namespace
 
-Json FormToJson(const Form& form) {
-  const TwipsRect& place = form.Place();
-  Json json = {{"name", form.name()},
-               {"caption", form.Caption()},
-               {"left", place.left},
-               {"top", place.top},
-               {"width", place.width},
-               {"height", place.height},
-               {"focus", form.Focus() ? Json(form.Focus()->name()) : Json()},
+Json FormToJson(const FormSeen& form) {
+  Json json = {{"name", form.name},
+               {"caption", form.caption},
+               {"left", form.place.left},
+               {"top", form.place.top},
+               {"width", form.place.width},
+               {"height", form.place.height},
+               {"focus", form.focus.empty() ? Json() : Json(form.focus)},
                {"controls", Json::array()}};
-  for (const Control* control : form.Controls()) json["controls"].push_back(ControlToJson(*control));
+  for (const ControlSeen& control : form.controls) json["controls"].push_back(ControlToJson(control));
   return json;
-}
-
-const std::vector<std::string>* ItemsOf(const Control& control) {
-  if (const auto* combo = dynamic_cast<const ComboBox*>(&control)) return &combo->Items();
-  if (const auto* list = dynamic_cast<const ListBox*>(&control)) return &list->Items();
-  return nullptr;
 }
 
 }  // namespace vardo

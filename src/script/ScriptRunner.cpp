@@ -5,7 +5,6 @@
 #include "addin/host/IVShape.h"
 #include "drawing/HostObjects.h"
 #include "drawing/vsdx/FileError.h"
-#include "forms/Forms.h"
 #include "script/FormJson.h"
 
 #include <algorithm>
@@ -72,42 +71,6 @@ bool IsTrue(const CellValue& value) { return std::holds_alternative<double>(valu
 
 }  // namespace
 
-// Messages and help become events; the screen is the script's own.
-class ScriptRunner::ScriptPlatform : public ForwardingPlatform {
- public:
-  ScriptPlatform(ScriptRunner& runner, Platform& machine) : ForwardingPlatform(machine), runner_(runner) {}
-  void ShowMessage(std::string_view text, std::string_view title, int style) override {
-    runner_.Event("message", {{"text", text}, {"title", title}, {"style", style}});
-  }
-  void ShowHelp(std::string_view file, std::string_view topic) override {
-    runner_.Event("help", {{"file", file}, {"topic", topic}});
-  }
-  TwipsSize ScreenSize() override { return screen; }
-
-  TwipsSize screen{1280 * 15.0, 1024 * 15.0};
-
- private:
-  ScriptRunner& runner_;
-};
-
-// Tells of forms that come and go; the toolkit does the rest.
-class ScriptRunner::ScriptPresenter : public FormPresenter {
- public:
-  ScriptPresenter(ScriptRunner& runner, FormPresenter& toolkit) : runner_(runner), toolkit_(toolkit) {}
-  void RunModal(Form& form) override {
-    runner_.Event("form", {{"name", form.name()}, {"caption", form.Caption()}});
-    toolkit_.RunModal(form);
-  }
-  void Closed(Form& form) override {
-    runner_.Event("formClosed", {{"name", form.name()}});
-    toolkit_.Closed(form);
-  }
-
- private:
-  ScriptRunner& runner_;
-  FormPresenter& toolkit_;
-};
-
 // Which commands go on while a form is shown.
 enum class When { Always, NoForm, FormOnly };
 
@@ -165,37 +128,37 @@ const ScriptRunner::Command ScriptRunner::kCommands[] = {
     {"key", When::FormOnly, &ScriptRunner::FormKey},
 };
 
-ScriptRunner::ScriptRunner(bool withAddin, LineSource nextLine, std::ostream& output, Platform& machine)
-    : nextLine_(std::move(nextLine)),
-      output_(output),
-      session_(withAddin),
-      platform_(std::make_unique<ScriptPlatform>(*this, machine)) {
-  SetPlatform(platform_.get());
+ScriptRunner::ScriptRunner(AddinSession& session, Desktop& desktop, LineSource nextLine, std::ostream& output)
+    : session_(session), desktop_(desktop), nextLine_(std::move(nextLine)), output_(output) {
+  desktop_.SetListener(*this);
 }
 
-ScriptRunner::~ScriptRunner() {
-  UnloadAllForms();
-  SetFormPresenter(nullptr);
-  SetPlatform(nullptr);
-}
-
-void ScriptRunner::UseForms(FormPresenter& presenter, FormDriver& driver) {
-  presenter_ = std::make_unique<ScriptPresenter>(*this, presenter);
-  driver_ = &driver;
-  SetFormPresenter(presenter_.get());
-}
-
-void ScriptRunner::Pump(Form& form) {
-  while (form.IsShown()) {
+void ScriptRunner::Serve() {
+  while (IsReady()) {
     const std::optional<std::string> line = nextLine_();
     if (!line) return;
+    ++commandsUnderWay_;
     Handle(*line);
+    --commandsUnderWay_;
   }
 }
 
-int ScriptRunner::Run() {
-  while (const std::optional<std::string> line = nextLine_()) Handle(*line);
-  return lastFailed_ ? 1 : 0;
+void ScriptRunner::FormShown(const std::string& name, const std::string& caption) {
+  ++formsShown_;
+  Event("form", {{"name", name}, {"caption", caption}});
+}
+
+void ScriptRunner::FormClosed(const std::string& name) {
+  --formsShown_;
+  Event("formClosed", {{"name", name}});
+}
+
+void ScriptRunner::MessageShown(const std::string& text, const std::string& title, int style) {
+  Event("message", {{"text", text}, {"title", title}, {"style", style}});
+}
+
+void ScriptRunner::HelpShown(const std::string& file, const std::string& topic) {
+  Event("help", {{"file", file}, {"topic", topic}});
 }
 
 void ScriptRunner::Handle(const std::string& line) {
@@ -231,9 +194,10 @@ void ScriptRunner::Handle(const std::string& line) {
 Json ScriptRunner::Execute(const std::string& name, const Json& arguments) {
   const auto command = std::find_if(std::begin(kCommands), std::end(kCommands), [&](const Command& c) { return c.name == name; });
   if (command == std::end(kCommands)) Refuse("there is no such command");
-  if (command->when == When::NoForm && TopForm())
-    Refuse("this changes the drawing and has to wait until " + TopForm()->name() + " is closed");
-  if (command->when == When::FormOnly && !TopForm()) Refuse("no form is shown");
+  const std::string form = desktop_.TopForm();
+  if (command->when == When::NoForm && !form.empty())
+    Refuse("this changes the drawing and has to wait until " + form + " is closed");
+  if (command->when == When::FormOnly && form.empty()) Refuse("no form is shown");
   return (this->*command->run)(arguments);
 }
 
@@ -481,17 +445,19 @@ Json ScriptRunner::Undo(const Json&) { return {{"label", session_.host().Undo()}
 Json ScriptRunner::Redo(const Json&) { return {{"label", session_.host().Redo()}}; }
 
 Json ScriptRunner::Screen(const Json& arguments) {
-  TwipsSize& screen = platform_->screen;
-  screen.width = Optional<double>(arguments, "width").value_or(screen.width);
-  screen.height = Optional<double>(arguments, "height").value_or(screen.height);
+  const TwipsSize now = desktop_.ScreenSize();
+  const TwipsSize wanted{Optional<double>(arguments, "width").value_or(now.width),
+                         Optional<double>(arguments, "height").value_or(now.height)};
+  desktop_.SetScreenSize(wanted);
+  const TwipsSize screen = desktop_.ScreenSize();
   return {{"width", screen.width}, {"height", screen.height}};
 }
 
 Json ScriptRunner::Screenshot(const Json& arguments) {
   const std::string file = Text(arguments, "file");
   if (Optional<std::string>(arguments, "of").value_or("form") != "form") Refuse("only a form can be pictured");
-  if (!TopForm()) Refuse("no form is shown");
-  driver_->Screenshot(*TopForm(), file);
+  if (desktop_.TopForm().empty()) Refuse("no form is shown");
+  desktop_.Screenshot(file);
   return nullptr;
 }
 
@@ -529,78 +495,79 @@ Json ScriptRunner::CloseSubmodel(const Json& arguments) {
 }
 
 Json ScriptRunner::CopyAndPaste(const Json&) {
-  session_.addin().CopyAndPaste({});
+  session_.addin().CopyAndPaste();
   return nullptr;
 }
 
-Json ScriptRunner::LoadedFormNames(const Json&) { return LoadedForms(); }
+Json ScriptRunner::LoadedFormNames(const Json&) { return desktop_.LoadedForms(); }
 
 // --- The form on top.
 
 namespace {
 
-Control& ControlArgument(const Json& arguments) {
-  const std::string name = Text(arguments, "control");
-  Control* control = TopForm()->Find(name);
-  if (!control) Refuse("there is no control \"" + name + "\" on " + TopForm()->name());
-  return *control;
-}
-
-template <class C>
-C& ControlOf(const Json& arguments, const char* action) {
-  Control& control = ControlArgument(arguments);
-  auto* wanted = dynamic_cast<C*>(&control);
-  if (!wanted) Refuse(control.name() + " cannot be " + action);
-  return *wanted;
-}
-
-int ItemArgument(const Json& arguments, const Control& control) {
+int ItemArgument(const Json& arguments, const ControlSeen& control) {
   const Json& item = Required(arguments, "item");
-  if (item.is_number_integer()) return As<int>(item, "item");
+  const int count = control.items ? static_cast<int>(control.items->size()) : 0;
+  if (item.is_number_integer()) {
+    const int index = As<int>(item, "item");
+    if (index < 0 || index >= count) Refuse(control.name + " has no item " + std::to_string(index));
+    return index;
+  }
   const std::string text = As<std::string>(item, "item");
-  const std::vector<std::string>* items = ItemsOf(control);
-  const auto found = items ? std::find(items->begin(), items->end(), text) : std::vector<std::string>::const_iterator();
-  if (!items || found == items->end()) Refuse(control.name() + " has no item \"" + text + "\"");
-  return static_cast<int>(found - items->begin());
+  for (int index = 0; index < count; ++index)
+    if ((*control.items)[static_cast<size_t>(index)] == text) return index;
+  Refuse(control.name + " has no item \"" + text + "\"");
 }
 
 }  // namespace
 
-Json ScriptRunner::DescribeForm(const Json&) { return FormToJson(*TopForm()); }
+ControlSeen ScriptRunner::ControlArgument(const Json& arguments) {
+  const std::string name = Text(arguments, "control");
+  FormSeen form = desktop_.SeeForm();
+  for (ControlSeen& control : form.controls)
+    if (control.name == name) return std::move(control);
+  Refuse("there is no control \"" + name + "\" on " + form.name);
+}
+
+Json ScriptRunner::DescribeForm(const Json&) { return FormToJson(desktop_.SeeForm()); }
 
 Json ScriptRunner::FormType(const Json& arguments) {
-  driver_->Type(ControlOf<TextControl>(arguments, "typed into"), Text(arguments, "text"));
+  const ControlSeen control = ControlArgument(arguments);
+  if (!control.text) Refuse(control.name + " cannot be typed into");
+  desktop_.Type(control.name, Text(arguments, "text"));
   return nullptr;
 }
 
 Json ScriptRunner::FormPick(const Json& arguments) {
-  Control& control = ControlArgument(arguments);
-  driver_->Pick(control, ItemArgument(arguments, control));
+  const ControlSeen control = ControlArgument(arguments);
+  desktop_.Pick(control.name, ItemArgument(arguments, control));
   return nullptr;
 }
 
 Json ScriptRunner::FormCheck(const Json& arguments) {
-  driver_->Check(ControlOf<CheckBox>(arguments, "checked"), As<bool>(Required(arguments, "checked"), "checked"));
+  const ControlSeen control = ControlArgument(arguments);
+  if (!control.checked) Refuse(control.name + " cannot be checked");
+  desktop_.Check(control.name, As<bool>(Required(arguments, "checked"), "checked"));
   return nullptr;
 }
 
 Json ScriptRunner::FormFocus(const Json& arguments) {
-  driver_->Focus(ControlArgument(arguments));
+  desktop_.Focus(ControlArgument(arguments).name);
   return nullptr;
 }
 
 Json ScriptRunner::FormClick(const Json& arguments) {
-  driver_->Click(ControlArgument(arguments));
+  desktop_.Click(ControlArgument(arguments).name);
   return nullptr;
 }
 
 Json ScriptRunner::FormDblClick(const Json& arguments) {
-  driver_->DblClick(ControlArgument(arguments));
+  desktop_.DblClick(ControlArgument(arguments).name);
   return nullptr;
 }
 
 Json ScriptRunner::FormKey(const Json& arguments) {
-  driver_->Key(*TopForm(), Text(arguments, "key"));
+  desktop_.Key(Text(arguments, "key"));
   return nullptr;
 }
 

@@ -1,14 +1,12 @@
 // `vardo script`: a drawing and its dialogs driven by JSON lines; docs/script-protocol.md describes the language.
 #pragma once
 
-#include "forms/FormPresenter.h"
-#include "platform/Platform.h"
 #include "script/AddinSession.h"
+#include "script/Desktop.h"
 
 #include <nlohmann/json.hpp>
 
 #include <functional>
-#include <memory>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -17,29 +15,29 @@ namespace vardo {
 
 using Json = nlohmann::ordered_json;
 
-class ScriptRunner {
+class ScriptRunner : private DesktopListener {
  public:
-  // The next line of input, without its end; none when there are no more.
+  // The next line of input, without its end; none when there are no more, or none yet.
   using LineSource = std::function<std::optional<std::string>()>;
 
-  ScriptRunner(bool withAddin, LineSource nextLine, std::ostream& output, Platform& machine);
-  ~ScriptRunner();
+  // The session and the desktop that its add-in works on must outlive the runner.
+  ScriptRunner(AddinSession& session, Desktop& desktop, LineSource nextLine, std::ostream& output);
 
-  // The toolkit that shows the forms; both must outlive the runner. Its RunModal is to call Pump.
-  void UseForms(FormPresenter& presenter, FormDriver& driver);
-  // Runs commands until the form is closed or there are no more.
-  void Pump(Form& form);
-
-  // Throws FileError.
-  void Open(const std::filesystem::path& file) { session_.Open(file); }
-  // Runs commands until there are no more. Returns 0, or 1 when the last reply was a failure.
-  int Run();
+  // Runs the lines there are, as long as every command under way waits for a form of its own: to be called at first, and by
+  // whatever runs while a form is shown. Lines behind one that closes a form are left until the commands below have ended.
+  void Serve();
+  bool IsReady() const { return commandsUnderWay_ == formsShown_; }
+  // The exit status: 0, or 1 when the last reply was a failure.
+  int Status() const { return lastFailed_ ? 1 : 0; }
 
  private:
-  class ScriptPlatform;
-  class ScriptPresenter;
   struct Command;
   static const Command kCommands[];
+
+  void FormShown(const std::string& name, const std::string& caption) override;
+  void FormClosed(const std::string& name) override;
+  void MessageShown(const std::string& text, const std::string& title, int style) override;
+  void HelpShown(const std::string& file, const std::string& topic) override;
 
   void Handle(const std::string& line);
   Json Execute(const std::string& name, const Json& arguments);
@@ -66,12 +64,14 @@ class ScriptRunner {
   Json DescribeShape(const SheetRef& ref);
   void RunAddon(const std::string& caption, const std::string& statement);
 
+  ControlSeen ControlArgument(const Json& arguments);
+
+  AddinSession& session_;
+  Desktop& desktop_;
   LineSource nextLine_;
   std::ostream& output_;
-  AddinSession session_;
-  std::unique_ptr<ScriptPlatform> platform_;
-  std::unique_ptr<ScriptPresenter> presenter_;
-  FormDriver* driver_ = nullptr;
+  int commandsUnderWay_ = 0;
+  int formsShown_ = 0;
   bool lastFailed_ = false;
 };
 

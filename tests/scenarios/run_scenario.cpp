@@ -2,6 +2,7 @@
 // expected. Exit status 0 when nothing did. Built once for every forms toolkit.
 #include "Scenario.h"
 #include "platform/NativePlatform.h"
+#include "script/ModelDesktop.h"
 #include "script/ScriptRunner.h"
 
 #include <algorithm>
@@ -12,6 +13,10 @@
 #ifdef VARDO_SCENARIO_QT
 #include "forms/qt/QtPresenter.h"
 #include "forms/qt/QtSession.h"
+#elif defined VARDO_SCENARIO_WIN32
+#include "forms/win32/Win32Presenter.h"
+
+#include <objbase.h>
 #else
 #include "forms/headless/HeadlessPresenter.h"
 #endif
@@ -22,6 +27,20 @@ namespace {
 #ifdef VARDO_SCENARIO_QT
 using Presenter = QtPresenter;
 using Session = QtSession;
+#elif defined VARDO_SCENARIO_WIN32
+struct Presenter : Win32Presenter {
+  explicit Presenter(std::function<void(Form&)> pump) : Win32Presenter(GetActiveWindow, std::move(pump)) {}
+};
+// As the thread of a drawing program is.
+struct Session {
+  Session(int, char**) {
+    SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+  }
+  ~Session() { CoUninitialize(); }
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+};
 #else
 using Presenter = HeadlessPresenter;
 struct Session {
@@ -113,11 +132,14 @@ bool Succeeds(const Scenario& scenario) {
   const std::unique_ptr<Platform> native = MakeNativePlatform();
   ScenarioMachine machine(*native, scenario);
   Play play(scenario);
+  AddinSession session(scenario.withAddin);
+  ModelDesktop desktop(machine);
   ScriptRunner runner(
-      scenario.withAddin, [&play] { return play.NextRequest(); }, play.output(), machine);
-  Presenter presenter([&runner](Form& form) { runner.Pump(form); });
-  runner.UseForms(presenter, presenter);
-  play.End(runner.Run());
+      session, desktop, [&play] { return play.NextRequest(); }, play.output());
+  Presenter presenter([&runner](Form&) { runner.Serve(); });
+  desktop.UseForms(presenter, presenter);
+  runner.Serve();
+  play.End(runner.Status());
   return !play.Failed();
 }
 

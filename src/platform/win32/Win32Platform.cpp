@@ -2,7 +2,9 @@
 
 #include "platform/Characters.h"
 #include "platform/NativePlatform.h"
-#include "platform/Utf16.h"
+#include "platform/win32/Screen.h"
+#include "platform/win32/VisualStyles.h"
+#include "platform/win32/WideText.h"
 
 #include <windows.h>
 // After windows.h, which it needs.
@@ -18,17 +20,9 @@
 namespace vardo {
 namespace {
 
-constexpr double kTwipsPerInch = 1440;
 constexpr REGSAM kQueryAccess = 1;
 constexpr std::size_t kRegistryBufferSize = 256;
 constexpr UINT kDisplayTopic = 0;
-
-std::wstring ToWide(std::string_view text) {
-  const auto units = ToUtf16(text);
-  return {units.begin(), units.end()};
-}
-
-std::string FromWide(std::wstring_view text) { return ToUtf8(std::u16string(text.begin(), text.end())); }
 
 // In the ANSI code page; *replaced tells whether it lacks a character. UTF-8 as code page takes neither flag nor question.
 std::string ToAnsi(std::string_view text, BOOL* replaced = nullptr) {
@@ -78,9 +72,9 @@ std::filesystem::path AddOnFolder() {
 
 using HtmlHelpFunction = HWND(WINAPI*)(HWND caller, LPCSTR file, UINT command, DWORD_PTR data);
 
-// Stays loaded: the viewer's window lives in this process.
+// Stays loaded: the viewer's window lives in this process. The current folder, which may be a stranger's, is not searched.
 HtmlHelpFunction HtmlHelp() {
-  static const HMODULE library = LoadLibraryW(L"hhctrl.ocx");
+  static const HMODULE library = LoadLibraryExW(L"hhctrl.ocx", nullptr, LOAD_LIBRARY_SEARCH_DEFAULT_DIRS);
   if (!library) return nullptr;
   return reinterpret_cast<HtmlHelpFunction>(reinterpret_cast<void*>(GetProcAddress(library, "HtmlHelpA")));
 }
@@ -88,22 +82,21 @@ HtmlHelpFunction HtmlHelp() {
 }  // namespace
 
 void Win32Platform::ShowMessage(std::string_view text, std::string_view title, int style) {
-  MessageBoxW(GetActiveWindow(), ToWide(text).c_str(), ToWide(title).c_str(), static_cast<UINT>(style));
+  const VisualStyles styled;
+  MessageBoxW(owner_(), ToWide(text).c_str(), ToWide(title).c_str(), static_cast<UINT>(style));
 }
 
 TwipsSize Win32Platform::ScreenSize() {
-  const HDC screen = GetDC(nullptr);
-  const TwipsSize size = {GetSystemMetrics(SM_CXSCREEN) * kTwipsPerInch / GetDeviceCaps(screen, LOGPIXELSX),
-                          GetSystemMetrics(SM_CYSCREEN) * kTwipsPerInch / GetDeviceCaps(screen, LOGPIXELSY)};
-  ReleaseDC(nullptr, screen);
-  return size;
+  const Screen screen = ScreenOf(owner_());
+  const double twipsPerPixel = kTwipsPerInch / screen.dotsPerInch;
+  return {(screen.pixels.right - screen.pixels.left) * twipsPerPixel, (screen.pixels.bottom - screen.pixels.top) * twipsPerPixel};
 }
 
 void Win32Platform::ShowHelp(std::string_view file, std::string_view topic) {
   const auto htmlHelp = HtmlHelp();
   if (!htmlHelp) return;
   const auto topicName = ToAnsi(topic);
-  htmlHelp(GetActiveWindow(), ToAnsi(file).c_str(), kDisplayTopic, reinterpret_cast<DWORD_PTR>(topicName.c_str()));
+  htmlHelp(owner_(), ToAnsi(file).c_str(), kDisplayTopic, reinterpret_cast<DWORD_PTR>(topicName.c_str()));
 }
 
 bool Win32Platform::RunAddOn(std::string_view name) {

@@ -3,11 +3,18 @@
 
 #include "platform/Platform.h"
 
+#include <windows.h>
+
+#include <functional>
+
 namespace vardo {
 
 class Win32Platform : public Platform {
  public:
-  // Modal to the active window of the calling thread, as the form is that asks.
+  // The window that messages and the help stand over and whose screen is the forms'; by default the thread's active one.
+  explicit Win32Platform(std::function<HWND()> owner = GetActiveWindow) : owner_(std::move(owner)) {}
+
+  // Modal to the owner.
   void ShowMessage(std::string_view text, std::string_view title, int style) override;
   TwipsSize ScreenSize() override;
   void ShowHelp(std::string_view file, std::string_view topic) override;
@@ -20,6 +27,9 @@ class Win32Platform : public Platform {
   bool IsAnsiAlpha(std::string_view character) override;
   bool IsAnsiAlphaNumeric(std::string_view character) override;
   std::optional<double> ParseReal(std::string_view text) override;
+
+ private:
+  std::function<HWND()> owner_;
 };
 
 }  // namespace vardo

@@ -1,0 +1,14 @@
+// Pictures of windows as PNG files.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace vardo {
+
+// The client area of a window as it stands on the screen, with whatever stands before it. False when not all of it is
+// on a screen, or the file cannot be written.
+bool SavePicture(HWND window, const std::string& file);
+
+}  // namespace vardo

@@ -1,0 +1,161 @@
+#include "forms/win32/Win32Presenter.h"
+
+#include "addin/host/HostError.h"
+#include "forms/Forms.h"
+#include "forms/win32/Keys.h"
+#include "forms/win32/Picture.h"
+#include "platform/win32/WideText.h"
+
+#include <algorithm>
+#include <string>
+
+namespace vardo {
+namespace {
+
+class OnTop {
+ public:
+  OnTop(std::vector<FormWindow*>& windows, FormWindow& window) : windows_(windows) { windows_.push_back(&window); }
+  ~OnTop() { windows_.pop_back(); }
+  OnTop(const OnTop&) = delete;
+  OnTop& operator=(const OnTop&) = delete;
+
+ private:
+  std::vector<FormWindow*>& windows_;
+};
+
+// Passes on what ends a loop of messages to the loop below.
+class QuitWish {
+ public:
+  QuitWish() = default;
+  ~QuitWish() {
+    if (wished_) PostQuitMessage(code_);
+  }
+  QuitWish(const QuitWish&) = delete;
+  QuitWish& operator=(const QuitWish&) = delete;
+
+  void Note(const MSG& quit) {
+    wished_ = true;
+    code_ = static_cast<int>(quit.wParam);
+  }
+  bool IsWished() const { return wished_; }
+
+ private:
+  bool wished_ = false;
+  int code_ = 0;
+};
+
+// A window that was just shown may not have been drawn yet, wherever the screen is another program's.
+void AwaitQuietScreen() {
+  constexpr DWORD kQuiet = 50;  // milliseconds
+  do Win32Presenter::ProcessEvents();
+  while (MsgWaitForMultipleObjects(0, nullptr, FALSE, kQuiet, QS_ALLINPUT) == WAIT_OBJECT_0);
+}
+
+void Dispatch(const MSG& message) {
+  TranslateMessage(&message);
+  DispatchMessageW(&message);
+}
+
+}  // namespace
+
+void Win32Presenter::RunModal(Form& form) {
+  FormWindow window(form, TopWindow());
+  const OnTop onTop(windows_, window);
+  window.Open();
+  Serve(window);
+}
+
+void Win32Presenter::Serve(FormWindow& window) {
+  Form& form = window.form();
+  QuitWish quit;
+  if (pump_) {
+    pump_(form);
+  } else {
+    MSG message;
+    while (form.IsShown() && window.window() && !quit.IsWished()) {
+      if (GetMessageW(&message, nullptr, 0, 0) > 0)
+        Dispatch(message);
+      else
+        quit.Note(message);
+    }
+  }
+  if (form.IsShown()) form.UserKey("Escape");
+  if (form.IsShown()) Hide(form);
+}
+
+void Win32Presenter::Closed(Form& form) { Window(form).Close(); }
+
+void Win32Presenter::ProcessEvents() {
+  QuitWish quit;
+  MSG message;
+  while (!quit.IsWished() && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+    if (message.message == WM_QUIT)
+      quit.Note(message);
+    else
+      Dispatch(message);
+  }
+}
+
+void Win32Presenter::Focus(Control& control) {
+  control.form().RequireFocusable(control);
+  View(control).GoTo();
+}
+
+void Win32Presenter::Type(TextControl& control, std::string_view text) {
+  const auto* combo = dynamic_cast<const ComboBox*>(&control);
+  if (combo && combo->PickOnly()) return Pick(control, control.form().RequireOffered(*combo, text));
+  control.form().RequireFocusable(control);
+  View(control).Type(ToWide(text));
+}
+
+void Win32Presenter::Pick(Control& control, int index) {
+  control.form().RequireItem(control, index);
+  View(control).Pick(index);
+}
+
+void Win32Presenter::Check(CheckBox& control, bool checked) {
+  Focus(control);
+  if (control.Checked() != checked && control.Shown()) View(control).Click();
+}
+
+void Win32Presenter::Click(Control& control) {
+  control.form().RequireFocusable(control);
+  View(control).Click();
+}
+
+void Win32Presenter::DblClick(Control& control) {
+  control.form().RequireFocusable(control);
+  View(control).DblClick();
+}
+
+void Win32Presenter::Key(Form& form, std::string_view name) {
+  FormWindow& window = Window(form);
+  const HWND focus = form.Focus() ? window.View(*form.Focus()).FocusWindow() : window.window();
+  if (!SendNamedKey(focus, name)) form.UserKey(name);
+}
+
+void Win32Presenter::Screenshot(Form& form, const std::string& file) {
+  FormWindow& window = Window(form);
+  AwaitQuietScreen();
+  if (!SavePicture(window.window(), file))
+    throw RuntimeError(5, "No picture of " + form.name() + " could be written to " + file + ".");
+}
+
+FormWindow* Win32Presenter::Find(const Form& form) const {
+  const auto found = std::find_if(windows_.begin(), windows_.end(), [&](const FormWindow* w) { return &w->form() == &form; });
+  return found == windows_.end() ? nullptr : *found;
+}
+
+HWND Win32Presenter::WindowOf(const Form& form) const {
+  const FormWindow* window = Find(form);
+  return window ? window->window() : nullptr;
+}
+
+FormWindow& Win32Presenter::Window(const Form& form) const {
+  if (FormWindow* window = Find(form)) return *window;
+  throw RuntimeError(5, form.name() + " is not shown.");
+}
+
+ControlView& Win32Presenter::View(const Control& control) const { return Window(control.form()).View(control); }
+
+}  // namespace vardo

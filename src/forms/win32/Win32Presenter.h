@@ -1,0 +1,58 @@
+// Forms as windows of Windows: shown to a person, or driven by a program through window messages.
+//   All calls come from the thread that made it, the one whose windows the forms stand over. The windows are as aware of the
+//   screen's resolution as their host is, and follow it from screen to screen.
+#pragma once
+
+#include "forms/FormPresenter.h"
+#include "forms/win32/FormWindow.h"
+
+#include <windows.h>
+
+#include <functional>
+#include <vector>
+
+namespace vardo {
+
+class Win32Presenter : public FormPresenter, public FormDriver {
+ public:
+  // owner says which window a form stands over when no other form is shown; it may say null.
+  // Without a pump the person at the screen is served. With one, it acts on the shown form until that is closed and calls
+  // ProcessEvents while it waits; a form still open when it returns is cancelled with Escape.
+  explicit Win32Presenter(std::function<HWND()> owner = GetActiveWindow, std::function<void(Form&)> pump = nullptr)
+      : owner_(std::move(owner)), pump_(std::move(pump)) {}
+
+  // The window of the form on top, else the owner: what a message stands over.
+  HWND TopWindow() const { return windows_.empty() ? owner_() : windows_.back()->window(); }
+  // Null when the form is not shown.
+  HWND WindowOf(const Form& form) const;
+
+  // FormPresenter. When the program is to quit meanwhile, the form is cancelled and the wish passed on.
+  void RunModal(Form& form) override;
+  void Closed(Form& form) override;
+
+  // FormDriver.
+  void Focus(Control& control) override;
+  void Type(TextControl& control, std::string_view text) override;
+  void Pick(Control& control, int index) override;
+  void Check(CheckBox& control, bool checked) override;
+  void Click(Control& control) override;
+  void DblClick(Control& control) override;
+  void Key(Form& form, std::string_view key) override;
+  void Screenshot(Form& form, const std::string& file) override;
+
+  // Handles the messages that wait.
+  static void ProcessEvents();
+
+ private:
+  FormWindow* Find(const Form& form) const;
+  FormWindow& Window(const Form& form) const;
+  ControlView& View(const Control& control) const;
+  void Serve(FormWindow& window);
+
+  std::function<HWND()> owner_;
+  std::function<void(Form&)> pump_;
+  FormWindowClass windowClass_;
+  std::vector<FormWindow*> windows_;  // the topmost last
+};
+
+}  // namespace vardo

@@ -1,0 +1,30 @@
+#include "forms/win32/WindowNames.h"
+
+#include "platform/win32/WideText.h"
+
+#include <array>
+
+namespace vardo {
+namespace {
+
+ATOM AtomOf(HANDLE property) { return static_cast<ATOM>(reinterpret_cast<ULONG_PTR>(property)); }
+
+}  // namespace
+
+void NameWindow(HWND window, const wchar_t* property, std::string_view name) {
+  const ATOM atom = GlobalAddAtomW(ToWide(name).c_str());
+  SetPropW(window, property, reinterpret_cast<HANDLE>(static_cast<ULONG_PTR>(atom)));
+}
+
+void UnnameWindow(HWND window, const wchar_t* property) {
+  if (const ATOM atom = AtomOf(RemovePropW(window, property))) GlobalDeleteAtom(atom);
+}
+
+std::string NameOfWindow(HWND window, const wchar_t* property) {
+  std::array<wchar_t, 256> name;  // the longest that an atom can have
+  const ATOM atom = AtomOf(GetPropW(window, property));
+  const UINT length = atom ? GlobalGetAtomNameW(atom, name.data(), static_cast<int>(name.size())) : 0;
+  return FromWide({name.data(), length});
+}
+
+}  // namespace vardo

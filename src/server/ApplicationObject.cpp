@@ -1,0 +1,165 @@
+#include "server/ApplicationObject.h"
+
+#include "server/Addin.h"
+#include "server/Module.h"
+#include "visio/Visio.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string>
+#include <utility>
+
+namespace vardo {
+namespace {
+
+// Of Windows' own calls, which say no more than the number.
+void Check(HRESULT result, const char* what) {
+  if (FAILED(result)) throw AutomationError(result, what);
+}
+
+ComPtr<ITypeInfo> LoadApplicationTypeInfo() {
+  ComPtr<ITypeLib> library;
+  Check(LoadTypeLibEx(ModuleFile().c_str(), REGKIND_NONE, library.Receive()),
+        "The type library in VardoBasic.dll cannot be read.");
+  ComPtr<ITypeInfo> info;
+  Check(library->GetTypeInfoOfGuid(IID__Application, info.Receive()), "The type library in VardoBasic.dll lacks the class.");
+  return info;
+}
+
+// What Windows says about a number of its own; empty when it has no words for it.
+std::string SystemText(HRESULT code) {
+  constexpr DWORD kFlags = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK;
+  wchar_t text[256];
+  const DWORD length = FormatMessageW(kFlags, nullptr, static_cast<DWORD>(code), 0, text, std::size(text), nullptr);
+  return FromWide({text, length});
+}
+
+// A call that automation itself refuses, for its name, its arguments or their types, gets a description, too.
+HRESULT ReportRefusal(HRESULT result) noexcept {
+  if (SUCCEEDED(result) || result == DISP_E_EXCEPTION) return result;
+  return ToHresult([&] { throw AutomationError(result, SystemText(result)); });
+}
+
+// Windows itself would follow such a reference.
+bool RefersToNothing(const VARIANT& argument) { return (argument.vt & VT_BYREF) && !argument.byref; }
+
+bool AreReadable(const DISPPARAMS* arguments) {
+  if (!arguments || (arguments->cArgs != 0 && !arguments->rgvarg)) return false;
+  return std::none_of(arguments->rgvarg, arguments->rgvarg + arguments->cArgs, RefersToNothing);
+}
+
+IDispatch* Required(IDispatch* object, const char* name) {
+  if (!object) throw RuntimeError::InvalidArgument(std::string(name) + " is no object");
+  return object;
+}
+
+class ApplicationObject final : public ComObject<_Application>, public ISupportErrorInfo {
+ public:
+  explicit ApplicationObject(ComPtr<ITypeInfo> typeInfo) : typeInfo_(std::move(typeInfo)) {}
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) noexcept override {
+    if (!object || id != __uuidof(ISupportErrorInfo)) return ComObject::QueryInterface(id, object);
+    *object = static_cast<ISupportErrorInfo*>(this);
+    AddRef();
+    return S_OK;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() noexcept override { return ComObject::AddRef(); }
+  ULONG STDMETHODCALLTYPE Release() noexcept override { return ComObject::Release(); }
+
+  HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID id) noexcept override {
+    return id == IID__Application || id == __uuidof(IDispatch) ? S_OK : S_FALSE;
+  }
+
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) noexcept override {
+    if (!count) return ReportRefusal(E_POINTER);
+    *count = 1;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID, ITypeInfo** info) noexcept override {
+    if (!info) return ReportRefusal(E_POINTER);
+    *info = nullptr;
+    if (index != 0) return ReportRefusal(DISP_E_BADINDEX);
+    *info = ComPtr<ITypeInfo>(typeInfo_).Detach();
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID id, LPOLESTR* names, UINT count, LCID, DISPID* ids) noexcept override {
+    if (id != IID_NULL) return ReportRefusal(DISP_E_UNKNOWNINTERFACE);
+    if (!names || !ids || count == 0 || std::find(names, names + count, nullptr) != names + count)
+      return ReportRefusal(E_INVALIDARG);
+    return ReportRefusal(typeInfo_->GetIDsOfNames(names, count, ids));
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID id, LCID, WORD flags, DISPPARAMS* arguments, VARIANT* result,
+                                   EXCEPINFO* exception, UINT* wrongArgument) noexcept override {
+    if (id != IID_NULL) return ReportRefusal(DISP_E_UNKNOWNINTERFACE);
+    if (!AreReadable(arguments)) return ReportRefusal(E_INVALIDARG);
+    _Application* const self = this;
+    return ReportRefusal(typeInfo_->Invoke(self, member, flags, arguments, result, exception, wrongArgument));
+  }
+
+  HRESULT STDMETHODCALLTYPE AddVardoMenu() noexcept override {
+    return ToHresult([] { TheAddin().AddVardoMenu(); });
+  }
+  HRESULT STDMETHODCALLTYPE InitializePage() noexcept override {
+    return ToHresult([] { TheAddin().InitializePage(); });
+  }
+  HRESULT STDMETHODCALLTYPE SetupEventSink(IDispatch* application) noexcept override {
+    return ToHresult([&] { TheAddin().SetupEventSink(WrapApplication(Required(application, "application"))); });
+  }
+  HRESULT STDMETHODCALLTYPE ShowEditor(IDispatch* application, IDispatch* shape) noexcept override {
+    return ToHresult([&] {
+      TheAddin().ShowEditor(WrapApplication(Required(application, "application")), WrapShape(Required(shape, "shape")));
+    });
+  }
+  HRESULT STDMETHODCALLTYPE Submodel(IDispatch* application, IDispatch* shape) noexcept override {
+    return ToHresult(
+        [&] { TheAddin().Submodel(WrapApplication(Required(application, "application")), WrapShape(Required(shape, "shape"))); });
+  }
+  HRESULT STDMETHODCALLTYPE CloseSubmodel(IDispatch* application, IDispatch* page) noexcept override {
+    return ToHresult([&] {
+      TheAddin().CloseSubmodel(WrapApplication(Required(application, "application")), WrapPage(Required(page, "page")));
+    });
+  }
+  // Any object will do, so it is not looked at.
+  HRESULT STDMETHODCALLTYPE CopyAndPaste(IDispatch*) noexcept override {
+    return ToHresult([] { TheAddin().CopyAndPaste({}); });
+  }
+
+ protected:
+  bool Answers(REFIID id) const noexcept override { return id == __uuidof(IDispatch) || ComObject::Answers(id); }
+
+ private:
+  ModuleLock lock_;
+  ComPtr<ITypeInfo> typeInfo_;
+};
+
+class ApplicationFactory final : public ComObject<IClassFactory> {
+ public:
+  HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID id, void** object) noexcept override {
+    if (!object) return ReportRefusal(E_POINTER);
+    *object = nullptr;
+    if (outer) return ReportRefusal(CLASS_E_NOAGGREGATION);
+    return ToHresult([&] {
+      const auto made = MakeCom<ApplicationObject>(LoadApplicationTypeInfo());
+      Check(made->QueryInterface(id, object), "Application does not offer the interface asked for.");
+    });
+  }
+  HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) noexcept override {
+    ModuleLock::Add(lock);
+    return S_OK;
+  }
+
+ private:
+  ModuleLock lock_;
+};
+
+}  // namespace
+
+HRESULT GetApplicationFactory(REFIID id, void** object) noexcept {
+  if (!object) return ReportRefusal(E_POINTER);
+  *object = nullptr;
+  return ToHresult([&] {
+    Check(MakeCom<ApplicationFactory>()->QueryInterface(id, object), "The class factory does not offer the interface asked for.");
+  });
+}
+
+}  // namespace vardo
