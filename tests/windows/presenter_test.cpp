@@ -199,6 +199,22 @@ void ClickOnWindow(HWND window) {
   ClickAt(window, {area.right / 2, area.bottom / 2});
 }
 
+// The name that a window says to assistive tools.
+std::string SpokenName(HWND window) {
+  void* found = nullptr;
+  AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible, &found);
+  if (!found) return "no object";
+  auto* const object = static_cast<IAccessible*>(found);
+  VARIANT self = {};
+  self.vt = VT_I4;
+  BSTR name = nullptr;
+  object->get_accName(self, &name);
+  std::string spoken = name ? FromWide({name, SysStringLen(name)}) : "";
+  SysFreeString(name);
+  object->Release();
+  return spoken;
+}
+
 POINT LineOf(HWND list, int index) {
   RECT line = {};
   Ask(list, LB_GETITEMRECT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&line));
@@ -260,6 +276,9 @@ TEST_F(Win32PresenterTest, ScreenReadersFindEachBoxByItsLabel) {
       const HWND before = GetWindow(Find(window, c.control), GW_HWNDPREV);
       EXPECT_EQ(NameOfWindow(before, kControlProperty), c.label) << c.control;
     }
+    EXPECT_EQ(SpokenName(Find(window, "txtValue")), "Value:");
+    EXPECT_EQ(SpokenName(Find(window, "chkStatistics")), "Report Statistics");
+    EXPECT_EQ(SpokenName(Find(window, "cmdAdd")), "Add...");
   });
 }
 

@@ -61,7 +61,7 @@ frmSeparate::frmSeparate() : ModuleDialog("frmSeparate", "Separate", "Separate_.
   cboType.Click = [this] { cboType_Click(); };
   cboMemberAttributes.Click = [this] { cboMemberAttributes_Click(); };
 
-  FormLayout(*this, 3600, 3500)
+  FormLayout(*this, 3600, 3900)
       .Row(lblName, cboName)
       .Row(lblType, cboType)
       .BeginChoice()

@@ -382,9 +382,9 @@ class PickOnlyComboView : public ComboView {
 
   // Selecting a text that is longer than the box would scroll to its end.
   void Entered() override {
-    RECT area = {};
-    GetClientRect(edit_, &area);
-    if (WidestOf(edit_, {combo_.Text()}) < area.right) return ComboView::Entered();
+    RECT room = {};
+    SendMessageW(edit_, EM_GETRECT, 0, reinterpret_cast<LPARAM>(&room));
+    if (WidestOf(edit_, {combo_.Text()}) < room.right - room.left) return ComboView::Entered();
     Left();
   }
 
