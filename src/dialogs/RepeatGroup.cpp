@@ -4,7 +4,6 @@
 #include "props/PropertyCells.h"
 
 #include <algorithm>
-#include <limits>
 #include <numeric>
 
 namespace vardo {
@@ -13,9 +12,12 @@ StringList FieldsOf(std::string_view line, std::size_t columns) {
   return columns == 1 ? StringList{std::string(line)} : SplitList(line, kListDelimiter);
 }
 
+// A count beyond that is damage, and would fill the memory with rows of defaults.
+constexpr double kMostRows = 100'000;
+
 int ReadRowCount(const IVShapePtr& shape, std::string_view countProperty) {
   const double count = ThePlatform().ParseReal(GetPropList(shape, countProperty, "0").front()).value_or(0);
-  return static_cast<int>(std::clamp<double>(count, 0, std::numeric_limits<int>::max()));
+  return static_cast<int>(std::clamp<double>(count, 0, kMostRows));
 }
 
 RepeatGroup::RepeatGroup(std::string_view countProperty, std::vector<RowColumn> columns, LineColumns lineColumns)

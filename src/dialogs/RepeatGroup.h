@@ -50,7 +50,7 @@ class RepeatGroup {
   LineColumns lineColumns_;
 };
 
-// The number of rows that a shape says it has; 0 when the cell is missing or holds no number.
+// The number of rows that a shape says it has, 100 000 at most; 0 when the cell is missing or holds no number.
 int ReadRowCount(const IVShapePtr& shape, std::string_view countProperty);
 
 }  // namespace vardo

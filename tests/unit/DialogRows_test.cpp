@@ -122,6 +122,11 @@ TEST_P(RowLists, RowsBeyondTheColumnsShowTheDefaults) {
        [&](Form& form) { EXPECT_THAT(List(form).Items(), ElementsAre(a(), rows().shortLine, rows().shortLine, kEndOfList)); });
 }
 
+TEST_P(RowLists, ADamagedCountDoesNotFillTheMemory) {
+  Open(table(), DropWith({rows().examples[0]}, "2000000000"),
+       [&](Form& form) { EXPECT_EQ(List(form).Items().size(), 100'001u); });
+}
+
 TEST_P(RowLists, FewerThanTheColumnsHoldAreShown) {
   Open(table(), DropWith({rows().examples[0], rows().examples[1]}, "1"),
        [&](Form& form) { EXPECT_THAT(List(form).Items(), ElementsAre(a(), kEndOfList)); });
