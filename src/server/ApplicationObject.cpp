@@ -26,12 +26,12 @@ ComPtr<ITypeInfo> LoadApplicationTypeInfo() {
   return info;
 }
 
-// What Windows says about a number of its own; empty when it has no words for it.
+// What Windows says about a number of its own, or where it has no words for it, the number.
 std::string SystemText(HRESULT code) {
   constexpr DWORD kFlags = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK;
   wchar_t text[256];
   const DWORD length = FormatMessageW(kFlags, nullptr, static_cast<DWORD>(code), 0, text, std::size(text), nullptr);
-  return FromWide({text, length});
+  return length ? FromWide({text, length}) : "The call was refused with the number " + std::to_string(code) + ".";
 }
 
 // A call that automation itself refuses, for its name, its arguments or their types, gets a description, too.
@@ -46,6 +46,18 @@ bool RefersToNothing(const VARIANT& argument) { return (argument.vt & VT_BYREF) 
 bool AreReadable(const DISPPARAMS* arguments) {
   if (!arguments || (arguments->cArgs != 0 && !arguments->rgvarg)) return false;
   return std::none_of(arguments->rgvarg, arguments->rgvarg + arguments->cArgs, RefersToNothing);
+}
+
+// Wine drops the arguments that are too many, where Windows refuses the call.
+bool HasTooManyArguments(ITypeInfo& typeInfo, DISPID member, UINT count) {
+  FUNCDESC* method = nullptr;
+  for (UINT index = 0; SUCCEEDED(typeInfo.GetFuncDesc(index, &method)); ++index) {
+    const bool isCalled = method->memid == member;
+    const auto most = static_cast<UINT>(method->cParams);
+    typeInfo.ReleaseFuncDesc(method);
+    if (isCalled) return count > most;
+  }
+  return false;
 }
 
 IDispatch* Required(IDispatch* object, const char* name) {
@@ -92,6 +104,7 @@ class ApplicationObject final : public ComObject<_Application>, public ISupportE
                                    EXCEPINFO* exception, UINT* wrongArgument) noexcept override {
     if (id != IID_NULL) return ReportRefusal(DISP_E_UNKNOWNINTERFACE);
     if (!AreReadable(arguments)) return ReportRefusal(E_INVALIDARG);
+    if (HasTooManyArguments(*typeInfo_, member, arguments->cArgs)) return ReportRefusal(DISP_E_BADPARAMCOUNT);
     _Application* const self = this;
     return ReportRefusal(typeInfo_->Invoke(self, member, flags, arguments, result, exception, wrongArgument));
   }

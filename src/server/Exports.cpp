@@ -20,10 +20,23 @@ void Abandon(Holder& holder) noexcept {
   new (forever) Holder(std::move(holder));
 }
 
+// The compiler's runtime takes memory for the first exception and the first static variable, and ends the process when there is
+// none. So it gets it while the server is loaded, not in the middle of a command.
+void PrepareRuntime() noexcept {
+  static const DWORD first = GetTickCount();
+  try {
+    throw first;
+  } catch (DWORD) {
+  }
+}
+
 }  // namespace
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* processEnds) {
-  if (reason == DLL_PROCESS_ATTACH) DisableThreadLibraryCalls(module);
+  if (reason == DLL_PROCESS_ATTACH) {
+    DisableThreadLibraryCalls(module);
+    PrepareRuntime();
+  }
   // When the process ends the host's objects may be gone already, so their references are not given back.
   if (reason == DLL_PROCESS_DETACH && processEnds) {
     Abandon(eventSink);
