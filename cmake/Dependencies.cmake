@@ -22,4 +22,5 @@ else()
   find_package(CLI11 REQUIRED)
   find_package(fmt REQUIRED)
   find_package(Qt6 REQUIRED COMPONENTS Widgets Test)
+  find_package(benchmark QUIET) # for vardo-bench alone
 endif()

@@ -14,6 +14,7 @@
 #include "events/CEventSink.h"
 #include "platform/Platform.h"
 
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -107,12 +108,12 @@ void Application::InitializePage() {
 void Application::SetupEventSink(const IVApplicationPtr& application) {
   visApp = application;
   const IVEventListPtr events = application->EventList();
-  if (eventSink) return;
-  const auto sink = std::make_shared<CEventSink>();
-  eventSink = sink;
-  for (const auto& event : kAdvisedEvents) {
-    const IVEventPtr advised = events->AddAdvise(static_cast<std::int16_t>(event.code), sink, "", event.description);
-    if (event.code == kEventPageDeleted) sink->SetPageDeletedEvent(advised);
+  if (!eventSink) eventSink = std::make_shared<CEventSink>();
+  // Goes on where an earlier call was refused; nothing is registered twice.
+  while (eventSink->AdvisedEvents() < std::size(kAdvisedEvents)) {
+    const auto& event = kAdvisedEvents[eventSink->AdvisedEvents()];
+    eventSink->Advised(events->AddAdvise(static_cast<std::int16_t>(event.code), eventSink, "", event.description),
+                       event.code == kEventPageDeleted);
   }
 }
 

@@ -16,13 +16,15 @@ class Application {
   // failure is shown in a message box. Does nothing when no host is known.
   void InitializePage();
 
-  // Remembers the host; the first time, also listens to its events.
+  // Remembers the host; the first time, also listens to its events. Throws what the host throws; the next call then goes on with
+  // the events that are not listened to yet.
   void SetupEventSink(const IVApplicationPtr& application);
 
   // Remembers the host and opens the dialog for the shape's module kind. Returns when it is closed.
   void ShowEditor(const IVApplicationPtr& application, const IVShapePtr& shape);
 
-  // Shows the submodel page of a Process shape, made first when it has none. Throws what the host throws.
+  // Shows the submodel page of a Process shape, made first when it has none. Throws what the host throws; a page
+  // that could not be finished is taken away again.
   void Submodel(const IVApplicationPtr& application, const IVShapePtr& shape);
 
   // Shows the page on which a submodel page's Process stands; does nothing on any other page.

@@ -3,6 +3,6 @@
 namespace vardo {
 
 IVApplicationPtr visApp;
-IVEventSinkPtr eventSink;
+std::shared_ptr<CEventSink> eventSink;
 
 }  // namespace vardo

@@ -3,12 +3,16 @@
 
 #include "addin/host/HostFwd.h"
 
+#include <memory>
+
 namespace vardo {
+
+class CEventSink;
 
 // The host the add-in serves; null until SetupEventSink or ShowEditor has been called.
 extern IVApplicationPtr visApp;
 
 // The one listener for the host's events; null until SetupEventSink first runs.
-extern IVEventSinkPtr eventSink;
+extern std::shared_ptr<CEventSink> eventSink;
 
 }  // namespace vardo

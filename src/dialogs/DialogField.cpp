@@ -47,13 +47,22 @@ std::string TextToCode(std::span<const CodeRow> table, std::string_view text) {
 }
 
 DialogField::DialogField(TextControl& control, std::string_view property)
-    : control_(control), text_(&control), property_(property) {}
+    : control_(control), text_(&control), property_(property), readProperty_(property) {}
 
 DialogField::DialogField(CheckBox& control, std::string_view property)
-    : control_(control), text_(nullptr), property_(property), items_({std::string(kYes), std::string(kNo)}) {}
+    : control_(control),
+      text_(nullptr),
+      property_(property),
+      readProperty_(property),
+      items_({std::string(kYes), std::string(kNo)}) {}
 
 DialogField& DialogField::Default(std::string_view text) {
   default_ = text;
+  return *this;
+}
+
+DialogField& DialogField::ReadAs(std::string_view property) {
+  readProperty_ = property;
   return *this;
 }
 

@@ -40,6 +40,8 @@ class DialogField {
 
   // The default on reading; a missing cell shows its first word.
   DialogField& Default(std::string_view text);
+  // The spelling of the property's name that reading uses, where it is not the one that OK writes.
+  DialogField& ReadAs(std::string_view property);
   // Fixed items of the drop-down.
   DialogField& Items(Texts items);
   DialogField& Items(std::initializer_list<std::string_view> items) { return Items(Texts(items.begin(), items.size())); }
@@ -56,6 +58,7 @@ class DialogField {
 
   Control& control() const { return control_; }
   const std::string& property() const { return property_; }
+  const std::string& readProperty() const { return readProperty_; }
   const std::string& defaultText() const { return default_; }
 
   // --- For a program that fills the dialog in a person's place.
@@ -77,7 +80,7 @@ class DialogField {
  private:
   Control& control_;
   TextControl* const text_;  // null for a check box
-  std::string property_;
+  std::string property_, readProperty_;
   std::string default_;
   std::vector<std::string> items_;
   std::span<const CodeRow> codes_;

@@ -48,7 +48,7 @@ void ModuleDialog::Load() try {
   nameAtOpening_ = shape_->Text();
   for (DialogField& field : fields())
     field.SetStored(&field.control() == name_ ? nameAtOpening_
-                                              : GetPropList(shape_, field.property(), field.defaultText()).front());
+                                              : GetPropList(shape_, field.readProperty(), field.defaultText()).front());
   const StringList rows = ReadRows(shape_);
   for (DialogField& field : fields()) field.FillList();
   for (DialogField& field : fields()) field.ShowStored();

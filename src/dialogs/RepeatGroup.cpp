@@ -4,14 +4,20 @@
 #include "props/PropertyCells.h"
 
 #include <algorithm>
-#include <limits>
 #include <numeric>
 
 namespace vardo {
 
+StringList FieldsOf(std::string_view line, std::size_t columns) {
+  return columns == 1 ? StringList{std::string(line)} : SplitList(line, kListDelimiter);
+}
+
+// A count beyond that is damage, and would fill the memory with rows of defaults.
+constexpr double kMostRows = 100'000;
+
 int ReadRowCount(const IVShapePtr& shape, std::string_view countProperty) {
   const double count = ThePlatform().ParseReal(GetPropList(shape, countProperty, "0").front()).value_or(0);
-  return static_cast<int>(std::clamp<double>(count, 0, std::numeric_limits<int>::max()));
+  return static_cast<int>(std::clamp<double>(count, 0, kMostRows));
 }
 
 RepeatGroup::RepeatGroup(std::string_view countProperty, std::vector<RowColumn> columns, LineColumns lineColumns)
@@ -56,7 +62,7 @@ std::optional<std::string> RepeatGroup::LineOf(const StringList& row) const {
 StringList RepeatGroup::RowOf(std::string_view line) const {
   StringList row;
   for (const RowColumn& column : columns_) row.emplace_back(column.filler);
-  const StringList items = SplitList(line, kListDelimiter);
+  const StringList items = FieldsOf(line, columns_.size());
   for (std::size_t i = 0; i < std::min(items.size(), ColumnsShown(row).size()); ++i) {
     const std::size_t c = ColumnsShown(row)[i];
     row[c] = columns_[c].toStored ? columns_[c].toStored(items[i]) : items[i];

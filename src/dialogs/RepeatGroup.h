@@ -13,6 +13,9 @@
 
 namespace vardo {
 
+// The fields of a line. The line of a group of one column is its only field, separators and all.
+StringList FieldsOf(std::string_view line, std::size_t columns);
+
 struct RowColumn {
   std::string_view property;
   // What a list that is too short, or missing, yields.
@@ -47,7 +50,7 @@ class RepeatGroup {
   LineColumns lineColumns_;
 };
 
-// The number of rows that a shape says it has; 0 when the cell is missing or holds no number.
+// The number of rows that a shape says it has, 100 000 at most; 0 when the cell is missing or holds no number.
 int ReadRowCount(const IVShapePtr& shape, std::string_view countProperty);
 
 }  // namespace vardo

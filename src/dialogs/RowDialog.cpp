@@ -1,5 +1,7 @@
 #include "dialogs/RowDialog.h"
 
+#include "dialogs/RepeatGroup.h"
+
 namespace vardo {
 
 RowDialog::RowDialog(std::string_view name, std::string_view caption, std::string_view helpTopic, RowList& (*rows)())
@@ -22,7 +24,7 @@ void RowDialog::Open(std::string_view line) {
 
 // The first items choose the type, and with it the boxes that the further ones go into.
 void RowDialog::SetLine(std::string_view line) {
-  const StringList items = SplitList(line, kListDelimiter);
+  const StringList items = FieldsOf(line, LineBoxes().size());
   for (size_t i = 0; i < LineBoxes().size(); ++i) LineBoxes()[i]->SetText(i < items.size() ? items[i] : "");
 }
 

@@ -34,22 +34,20 @@ void RowList::Insert(std::string_view row) {
 
 void RowList::Replace(std::string_view row) { list.SetItem(list.ListIndex(), row); }
 
-bool RowList::RowIsSelected() const {
-  return list.ListIndex() >= 0 && list.ListIndex() + 1 < static_cast<int>(list.Items().size());
+std::string_view RowList::SelectedLine() const {
+  return list.ListIndex() < 0 ? kEndOfList : std::string_view(list.Items()[static_cast<size_t>(list.ListIndex())]);
 }
 
 void RowList::EditSelected() {
-  if (RowIsSelected()) openRow(list.Items()[static_cast<size_t>(list.ListIndex())]);
+  if (SelectedLine() != kEndOfList) openRow(SelectedLine());
 }
 
-void RowList::AddOrEdit() {
-  if (RowIsSelected()) return EditSelected();
-  openRow(kAddRow);
-}
+void RowList::AddOrEdit() { openRow(SelectedLine() == kEndOfList ? kAddRow : SelectedLine()); }
 
+// A row that reads like the end line can be deleted, the end line cannot.
 void RowList::DeleteSelected() {
-  if (!RowIsSelected()) return;
   const int index = list.ListIndex();
+  if (index < 0 || index + 1 == static_cast<int>(list.Items().size())) return;
   list.RemoveItem(index);
   list.SetListIndex(index);
 }

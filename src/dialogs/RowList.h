@@ -38,7 +38,8 @@ class RowList {
   Button cmdAdd, cmdEdit, cmdDelete;
 
  private:
-  bool RowIsSelected() const;
+  // The end line when none is selected.
+  std::string_view SelectedLine() const;
   void EditSelected();
   void AddOrEdit();
   void DeleteSelected();

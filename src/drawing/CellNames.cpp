@@ -83,8 +83,8 @@ std::optional<ParsedCellName> ParseNumberedRow(const SectionInfo& section, std::
 }  // namespace
 
 bool EqualAsciiIgnoringCase(std::string_view a, std::string_view b) {
-  return a.size() == b.size() &&
-         std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return LowerAscii(x) == LowerAscii(y); });
+  if (a.size() != b.size()) return false;
+  return a == b || std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return LowerAscii(x) == LowerAscii(y); });
 }
 
 const SectionInfo* FindSection(short section) {

@@ -37,7 +37,7 @@ XmlPart& ExpectRoot(Package& package, const std::string& part, std::string_view 
 }  // namespace
 
 DrawingMaster::DrawingMaster(pugi::xml_node entry, std::string partName, XmlPart& part)
-    : entry_(entry), partName_(std::move(partName)), part_(part) {
+    : entry_(entry), id_(entry.attribute("ID").as_int()), partName_(std::move(partName)), part_(part) {
   struct Pending {
     pugi::xml_node element;
     const DrawingShape* parent;
@@ -76,18 +76,19 @@ Drawing::Drawing(std::unique_ptr<Package> package) : package_(std::move(package)
 
 void Drawing::ReadDocument() {
   const std::string document = package_->MainPart();
-  XmlPart& part = ExpectRoot(*package_, document, "VisioDocument");
+  ExpectRoot(*package_, document, "VisioDocument");
   pagesPart_ = RelatedPart(document, "/pages");
   mastersPart_ = RelatedPart(document, "/masters");
   if (pagesPart_.empty()) throw FileError::Damaged(package_->displayName(), "it has no list of pages");
-  if (const pugi::xml_node sheet = part.root().child("DocumentSheet"))
-    documentSheet_ = std::make_unique<Sheet>(part, sheet, nullptr);
 }
 
 void Drawing::Reread() {
   pages_.clear();
   masters_.clear();
   masterFormulas_.clear();
+  XmlPart& document = package_->Xml(package_->MainPart());
+  const pugi::xml_node sheet = document.root().child("DocumentSheet");
+  documentSheet_ = sheet ? std::make_unique<Sheet>(document, sheet, nullptr) : nullptr;
   ReadMasters();
   ReadPages();
 }
@@ -116,11 +117,18 @@ void Drawing::ReadPages() {
     highestPageId_ = std::max(highestPageId_, pages_.back()->id());
   }
   if (pages_.empty()) throw FileError::Damaged(package_->displayName(), "it has no page");
+  IndexPages();
+}
+
+// Of two pages with one ID the first counts.
+void Drawing::IndexPages() {
+  pagesById_.clear();
+  for (const auto& page : pages_) pagesById_.emplace(page->id(), page.get());
 }
 
 DrawingPage* Drawing::FindPage(int id) {
-  const auto found = std::find_if(pages_.begin(), pages_.end(), [&](const auto& page) { return page->id() == id; });
-  return found == pages_.end() ? nullptr : found->get();
+  const auto found = pagesById_.find(id);
+  return found == pagesById_.end() ? nullptr : found->second;
 }
 
 DrawingPage* Drawing::FindPage(std::string_view name) {
@@ -148,12 +156,12 @@ DrawingPage& Drawing::AddPage(DrawingPage& sizedLike) {
   editor_.SetAttribute(list, entry, "ID", std::to_string(++highestPageId_));
   editor_.SetAttribute(list, entry, "NameU", name);
   editor_.SetAttribute(list, entry, "Name", name);
-  const pugi::xml_node sheet = editor_.InsertElement(list, entry, "PageSheet");
-  for (const char* style : {"LineStyle", "FillStyle", "TextStyle"}) editor_.SetAttribute(list, sheet, style, "0");
+  const pugi::xml_node sheet = SheetOfPage::Insert(editor_, list, entry);
   for (const pugi::xml_node cell : sizedLike.PageSheet().element().children("Cell")) editor_.InsertCopy(list, sheet, cell);
   editor_.SetAttribute(list, editor_.InsertElement(list, entry, "Rel"), "r:id", listed.relationship);
 
   pages_.push_back(std::make_unique<DrawingPage>(*this, entry, partName, &contents));
+  IndexPages();
   return *pages_.back();
 }
 
@@ -162,6 +170,7 @@ void Drawing::RemovePage(DrawingPage& page, bool renumber) {
   const ListedPart listed{pagesPart_, kPageRelationship, page.partName(), RelId(page.entry()).value()};
   editor_.Remove(package_->Xml(pagesPart_), page.entry());
   pages_.erase(pages_.begin() + (index - 1));
+  IndexPages();
   if (!listed.part.empty()) Unlist(listed);
   if (!renumber) return;
   for (int at = index; at <= PageCount(); ++at) {

@@ -9,13 +9,12 @@
 #include "drawing/vsdx/Package.h"
 
 #include <filesystem>
-#include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 namespace vardo {
@@ -32,9 +31,9 @@ FormulaIndex IndexFormulas(const Sheet& sheet, DrawingPage* page);
 class DrawingShape : public Sheet {
  public:
   DrawingShape(XmlPart& part, pugi::xml_node element, const Sheet* base, const DrawingShape* parent)
-      : Sheet(part, element, base), parent_(parent) {}
+      : Sheet(part, element, base), id_(element.attribute("ID").as_int()), parent_(parent) {}
 
-  int id() const { return element().attribute("ID").as_int(); }
+  int id() const { return id_; }
   const DrawingShape* parent() const { return parent_; }
   // kShapeType...
   short Type() const;
@@ -45,6 +44,7 @@ class DrawingShape : public Sheet {
   void SetText(TreeEditor& editor, std::string_view text);
 
  private:
+  int id_;
   const DrawingShape* parent_;
 };
 
@@ -52,7 +52,7 @@ class DrawingMaster {
  public:
   DrawingMaster(pugi::xml_node entry, std::string partName, XmlPart& part);
 
-  int id() const { return entry_.attribute("ID").as_int(); }
+  int id() const { return id_; }
   std::string Name() const;
   pugi::xml_node entry() const { return entry_; }
   const std::string& partName() const { return partName_; }
@@ -64,16 +64,29 @@ class DrawingMaster {
 
  private:
   pugi::xml_node entry_;
+  int id_;
   std::string partName_;
   XmlPart& part_;
   std::vector<std::unique_ptr<DrawingShape>> shapes_;
+};
+
+// A page's own sheet, which a file may leave out.
+class SheetOfPage : public Sheet {
+ public:
+  SheetOfPage(XmlPart& list, pugi::xml_node page) : Sheet(list, page.child("PageSheet"), nullptr), page_(page) {}
+  // A new one of the page, with the styles it must name and no cells.
+  static pugi::xml_node Insert(TreeEditor& editor, XmlPart& list, pugi::xml_node page);
+
+ private:
+  pugi::xml_node MakeElement(TreeEditor& editor) override { return Insert(editor, part(), page_); }
+  pugi::xml_node page_;
 };
 
 class DrawingPage {
  public:
   DrawingPage(Drawing& drawing, pugi::xml_node entry, std::string partName, XmlPart* contents);
 
-  int id() const { return entry_.attribute("ID").as_int(); }
+  int id() const { return id_; }
   std::string Name() const;
   void SetName(std::string_view name);
   pugi::xml_node entry() const { return entry_; }
@@ -90,7 +103,8 @@ class DrawingPage {
   DrawingShape* FindShape(std::string_view name);
   // As a formula names it: by name, or as "Sheet.12". Null for what is no shape of the page.
   DrawingShape* FindSheet(std::string_view nameInFormula);
-  // The IDs of the shapes whose own formulas name that shape, and maybe of some that no longer do.
+  // The IDs of the shapes whose own formulas name that shape, or the page's sheet, and maybe of some that no longer do.
+  static constexpr int kPageSheet = 0;
   const std::vector<int>& ReadersOf(int shapeId);
   // A shape's formulas have been written.
   void NoteReferences(const DrawingShape& reader);
@@ -107,10 +121,11 @@ class DrawingPage {
   DrawingShape& AddInstance(const DrawingMaster& master, double x, double y);
   // Appends a copy of a shape of any page of the drawing. Glue to shapes that were not copied is loosened.
   DrawingShape& AddCopy(const DrawingShape& original, const std::unordered_map<int, int>& newIds, int newId);
-  // The copied connectors' glue to shapes that were copied with them, from the page of the originals.
-  void CopyGlue(const DrawingPage& from, const std::unordered_map<int, int>& newIds);
+  // The glue of the originals that are connectors to others of them, for the copies. from is the originals' page.
+  void CopyGlue(DrawingPage& from, const std::vector<int>& originals, const std::unordered_map<int, int>& newIds);
   int TakeNewId();
-  void Remove(int shapeId);
+  // Those that the page has, with all shapes inside them.
+  void Remove(const std::vector<int>& shapeIds);
   // The shapes made from a master that is about to go get all they had from it as their own.
   void LetGoOf(const DrawingMaster& master);
 
@@ -122,23 +137,27 @@ class DrawingPage {
   void EnsureShapes();
   void EnsureIndexes();
   void EnsureNames();
+  void EnsureReaders();
+  void EnsureConnects();
   DrawingShape* AddView(pugi::xml_node element, const DrawingShape* parent);
   const Sheet* BaseOf(pugi::xml_node element, const DrawingShape* parent) const;
   pugi::xml_node ShapesElement();
   pugi::xml_node ConnectsElement();
-  // By connector and FromPart.
-  std::map<std::pair<int, int>, pugi::xml_node>& Connects();
+  // The Connect elements that name the shape at either end.
+  std::vector<pugi::xml_node> ConnectsOf(int shapeId);
+  void NoteConnect(pugi::xml_node connect);
   DrawingShape& Adopt(pugi::xml_node element, const std::string& name);
   void AdoptInnerShapes(const DrawingShape& group);
   std::string FreeName(std::string_view wanted, int id);
   void InsertInnerShapes(pugi::xml_node instance, pugi::xml_node original);
   void TellOfLoss(int shapeId);
-  void LoosenGlueTo(const std::vector<int>& shapeIds);
+  void LoosenGlueTo(const std::set<int>& shapeIds);
   void LoosenEnd(DrawingShape& connector, const ConnectorEnd& end);
   void EnsureMasterRelationship(const DrawingMaster& master);
 
   Drawing& drawing_;
   pugi::xml_node entry_;
+  int id_;
   std::string partName_;
   XmlPart* contents_;
   std::unique_ptr<Sheet> sheet_;
@@ -147,9 +166,8 @@ class DrawingPage {
   std::unordered_map<int, std::string> names_;
   std::unordered_map<std::string, int> idsByName_;
   std::unordered_map<int, std::vector<int>> readers_;
-  std::map<std::pair<int, int>, pugi::xml_node> connects_;
-  bool connectsKnown_ = false;
-  bool shapesKnown_ = false, indexesKnown_ = false, namesKnown_ = false, readersKnown_ = false;
+  std::unordered_map<int, std::vector<pugi::xml_node>> connects_;  // by both their shapes; maybe some that have gone
+  bool shapesKnown_ = false, indexesKnown_ = false, namesKnown_ = false, readersKnown_ = false, connectsKnown_ = false;
   int highestId_ = 0;
 };
 
@@ -198,6 +216,7 @@ class Drawing {
   void ReadDocument();
   void ReadMasters();
   void ReadPages();
+  void IndexPages();
   // Makes all views anew from the trees.
   void Reread();
   std::string RelatedPart(std::string_view from, std::string_view typeEnding) const;
@@ -216,6 +235,7 @@ class Drawing {
   std::string pagesPart_, mastersPart_;
   std::vector<std::unique_ptr<DrawingMaster>> masters_;
   std::vector<std::unique_ptr<DrawingPage>> pages_;
+  std::unordered_map<int, DrawingPage*> pagesById_;
   std::unordered_map<const Sheet*, FormulaIndex> masterFormulas_;
   std::unordered_map<int, int> highestIds_;  // by page: IDs of deleted shapes are not used again
   int highestPageId_ = -1;

@@ -94,7 +94,9 @@ void DrawingHost::DeletePage(int pageId, bool renumber) {
   const bool wasActive = page == &ActivePage();
   const int index = drawing_->IndexOf(*page);
   drawing_->RemovePage(*page, renumber);
-  if (wasActive) ShowPage(drawing_->PageAt(std::max(1, index - 1)).id());
+  if (wasActive) return ShowPage(drawing_->PageAt(std::max(1, index - 1)).id());
+  // Its tab has gone from the window. What a listener has put off until now is done in this step, so that undo takes it back too.
+  Raise(kEventWindowChanged, MakeWindow(*this, serial_));
 }
 
 void DrawingHost::ShowPage(int pageId) {
@@ -143,16 +145,21 @@ IVShapePtr DrawingHost::Announce(const SheetRef& ref) {
   return page && page->FindShape(ref.shape) ? object : nullptr;
 }
 
-std::vector<IVShapePtr> DrawingHost::Paste(const std::vector<SheetRef>& originals, int pageId) {
+std::vector<IVShapePtr> DrawingHost::Paste(const std::vector<SheetRef>& copied, int pageId) {
+  // As in a selection, a shape is there once, however often it is named.
+  std::vector<SheetRef> originals;
+  for (const SheetRef& ref : copied)
+    if (std::find(originals.begin(), originals.end(), ref) == originals.end()) originals.push_back(ref);
   const UndoStep step(drawing().journal(), "Paste");
   ShowPage(pageId);
   DrawingPage& page = ActivePage();
   std::unordered_map<int, int> newIds;
-  for (const SheetRef& original : originals) newIds[ResolveShape(original).id()] = page.TakeNewId();
+  std::vector<int> ids;
+  for (const SheetRef& original : originals) newIds[ids.emplace_back(ResolveShape(original).id())] = page.TakeNewId();
   std::vector<int> copies;
   for (const SheetRef& original : originals)
     copies.push_back(page.AddCopy(ResolveShape(original), newIds, newIds.at(original.shape)).id());
-  if (!originals.empty()) page.CopyGlue(ResolvePage(serial_, originals.front().page), newIds);
+  if (!originals.empty()) page.CopyGlue(ResolvePage(serial_, originals.front().page), ids, newIds);
 
   for (const int id : copies) Announce({serial_, pageId, id});
   DrawingPage& now = ResolvePage(serial_, pageId);
@@ -245,15 +252,14 @@ void DrawingHost::DeleteSelection() {
   const std::vector<int> going = selection_;
   if (going.empty()) return;
   Raise(kEventBeforeSelectionDelete, MakeSelection(*this, serial_, pageId, going));
-  DrawingPage* page = drawing_->FindPage(pageId);
-  for (const int id : going)
-    if (page) page->Remove(id);
+  if (DrawingPage* page = drawing_->FindPage(pageId)) page->Remove(going);
   SelectAndTell({});
 }
 
 void DrawingHost::TypeText(const SheetRef& ref, std::string_view text, bool keepSelection) {
   const UndoStep step(drawing().journal(), "Typing");
   ResolveShape(ref);
+  ShowPage(ref.page);
   const std::vector<int> selected = keepSelection ? selection_ : std::exchange(selection_, {});
   WriteText(ref, text);
   if (keepSelection || activePage_ != ref.page) return;
@@ -282,16 +288,43 @@ void DrawingHost::DeleteRow(const SheetRef& ref, short section, short row) {
   const SheetView view = Resolve(ref);
   const bool existed = row >= 0 && static_cast<size_t>(row) < view.sheet->Rows(*info).size();
   view.sheet->DeleteRow(drawing_->editor(), *info, row);
+  if (existed && !info->rowsHaveNames) heldRows_.TakenOut(drawing_->journal(), {ref, info, row});
   if (existed && info == &ConnectionPoints() && ref.shape >= 0) view.page->RenumberPoints(ResolveShape(ref), row, -1);
 }
 
 short DrawingHost::AddRow(const SheetRef& ref, const SectionInfo& section, short position) {
   const UndoStep step(drawing().journal(), "Add Row");
   const SheetView view = Resolve(ref);
-  const short added = view.sheet->AddRow(drawing_->editor(), section, position);
+  short added = view.sheet->AddRow(drawing_->editor(), section, position);
+  if (!section.rowsHaveNames && position >= 0 && added > position) {
+    MoveRowsUp(ref, section, position);
+    added = position;
+  }
+  if (!section.rowsHaveNames) heldRows_.PutIn(drawing_->journal(), {ref, &section, added});
   const bool isLast = static_cast<size_t>(added) + 1 == view.sheet->Rows(section).size();
   if (!isLast && &section == &ConnectionPoints() && ref.shape >= 0) view.page->RenumberPoints(ResolveShape(ref), added, +1);
   return added;
+}
+
+// Rows that come from a master keep their places. For a new row to stand before one of them, what the rows hold moves up to the
+// next, and into the new one at the end; its own blank cells come to stand at the position.
+void DrawingHost::MoveRowsUp(const SheetRef& ref, const SectionInfo& section, short position) {
+  const std::vector<Sheet::Row> rows = Resolve(ref).sheet->Rows(section);
+  for (const ColumnInfo& column : section.columns) {
+    const auto cell = [&](size_t row) { return CellAddress{&section, rows[row].key, std::string(column.name)}; };
+    const std::string blank = FormulaOf(ref, cell(rows.size() - 1));
+    for (size_t row = rows.size() - 1; row > static_cast<size_t>(position); --row) {
+      const std::string below = FormulaOf(ref, cell(row - 1));
+      PutFormula(ref, cell(row), below.empty() ? blank : below);
+    }
+    PutFormula(ref, cell(static_cast<size_t>(position)), blank);
+  }
+}
+
+std::shared_ptr<const HeldRow> DrawingHost::HoldRow(const SheetRef& ref, const CellAddress& address) {
+  if (!address.section || address.section->rowsHaveNames) return nullptr;
+  const auto position = Resolve(ref).sheet->PositionOf(address);
+  return heldRows_.Hold(ref, *address.section, position.value());
 }
 
 void DrawingHost::RunCommand(std::string_view label, const std::function<void()>& command) {
@@ -340,8 +373,7 @@ DrawingPage& DrawingHost::ResolvePage(int drawingSerial, int pageId) {
   return *page;
 }
 
-std::string DrawingHost::FormulaOf(const SheetRef& ref, const CellAddress& address) {
-  const SheetView view = Resolve(ref);
+std::string DrawingHost::FormulaOf(const SheetView& view, const CellAddress& address) {
   const std::string stored = view.sheet->Formula(address);
   if (!view.page || stored.find('!') == std::string::npos) return stored;
   return RewriteReferences(stored, [&](FormulaReference& reference) {
@@ -389,7 +421,7 @@ void DrawingHost::WriteText(const SheetRef& ref, std::string_view text) {
 
 void DrawingHost::DeleteShape(const SheetRef& ref) {
   ResolveShape(ref);
-  ResolvePage(ref.drawing, ref.page).Remove(ref.shape);
+  ResolvePage(ref.drawing, ref.page).Remove({ref.shape});
   if (activePage_ != ref.page) return;
   std::vector<int> left = selection_;
   std::erase(left, ref.shape);

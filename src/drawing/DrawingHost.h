@@ -7,7 +7,9 @@
 #include "addin/host/HostFwd.h"
 #include "addin/host/IVEventList.h"
 #include "drawing/Drawing.h"
+#include "drawing/HeldRows.h"
 #include "drawing/HostMenus.h"
+#include "drawing/SheetRef.h"
 
 #include <filesystem>
 #include <functional>
@@ -18,16 +20,6 @@
 #include <vector>
 
 namespace vardo {
-
-// Names a sheet of the open drawing, whatever has been undone meanwhile.
-struct SheetRef {
-  int drawing = 0;  // which of the drawings that the host has had
-  int page = 0;
-  int shape = kPageSheet;
-  static constexpr int kPageSheet = -1;
-  static constexpr int kDocumentSheet = -2;
-  bool operator==(const SheetRef&) const = default;
-};
 
 // One write of the add-in or a person to a cell or, with an empty cell name, to a shape's text.
 struct CellWrite {
@@ -112,9 +104,12 @@ class DrawingHost {
   int serial() const { return serial_; }
   const std::vector<int>& selection() const { return selection_; }
   // Formulas name shapes by their names here, and by "Sheet." and their IDs in the drawing, so that a shape can be renamed.
-  std::string FormulaOf(const SheetRef& ref, const CellAddress& address);
+  std::string FormulaOf(const SheetView& view, const CellAddress& address);
+  std::string FormulaOf(const SheetRef& ref, const CellAddress& address) { return FormulaOf(Resolve(ref), address); }
   void WriteFormula(const SheetRef& ref, const CellAddress& address, std::string_view formula);
   short AddRow(const SheetRef& ref, const SectionInfo& section, short position);
+  // The row of a cell that is going to be held; null for one that is known by its name.
+  std::shared_ptr<const HeldRow> HoldRow(const SheetRef& ref, const CellAddress& address);
   void WriteText(const SheetRef& ref, std::string_view text);
   void DeleteShape(const SheetRef& ref);
   IVEventPtr Advise(std::int16_t code, const IVEventSinkPtr& sink, std::string_view targetArgs);
@@ -131,9 +126,11 @@ class DrawingHost {
   void PutFormula(const SheetRef& ref, const CellAddress& address, std::string_view formula);
   void Glue(const SheetRef& connector, const ConnectorEnd& cells, const End& end, Point otherEnd);
   int AddOutlinePoint(const SheetRef& ref, Point towards);
+  void MoveRowsUp(const SheetRef& ref, const SectionInfo& section, short position);
   std::string SheetName(const SheetRef& ref);
 
   IVApplicationPtr application_;
+  HeldRows heldRows_;
   std::unique_ptr<Drawing> drawing_;
   std::filesystem::path file_;
   int serial_ = 0;

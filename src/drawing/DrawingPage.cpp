@@ -48,12 +48,31 @@ void RenumberFormulas(pugi::xml_node element, const std::unordered_map<int, int>
   }
 }
 
+// The shapes inside a group, at any depth.
+void AddInnerShapes(pugi::xml_node group, std::vector<pugi::xml_node>& found) {
+  for (const pugi::xml_node shape : group.child("Shapes").children("Shape")) {
+    if (!IsDeletedMarker(shape)) found.push_back(shape);
+    AddInnerShapes(shape, found);
+  }
+}
+
+std::vector<pugi::xml_node> InnerShapes(pugi::xml_node group) {
+  std::vector<pugi::xml_node> shapes;
+  AddInnerShapes(group, shapes);
+  return shapes;
+}
+
 }  // namespace
 
 DrawingPage::DrawingPage(Drawing& drawing, pugi::xml_node entry, std::string partName, XmlPart* contents)
-    : drawing_(drawing), entry_(entry), partName_(std::move(partName)), contents_(contents) {
-  pugi::xml_node sheet = entry_.child("PageSheet");
-  sheet_ = std::make_unique<Sheet>(drawing.package().Xml(drawing.pagesPart_), sheet, nullptr);
+    : drawing_(drawing), entry_(entry), id_(entry.attribute("ID").as_int()), partName_(std::move(partName)), contents_(contents) {
+  sheet_ = std::make_unique<SheetOfPage>(drawing.package().Xml(drawing.pagesPart_), entry);
+}
+
+pugi::xml_node SheetOfPage::Insert(TreeEditor& editor, XmlPart& list, pugi::xml_node page) {
+  const pugi::xml_node sheet = editor.InsertElement(list, page, "PageSheet", page.first_child());
+  for (const char* style : {"LineStyle", "FillStyle", "TextStyle"}) editor.SetAttribute(list, sheet, style, "0");
+  return sheet;
 }
 
 std::string DrawingPage::Name() const { return Attribute(entry_, "Name", "NameU"); }
@@ -96,12 +115,15 @@ DrawingShape* DrawingPage::FindSheet(std::string_view name) {
 }
 
 const std::vector<int>& DrawingPage::ReadersOf(int shapeId) {
-  EnsureShapes();
-  if (!readersKnown_) {
-    readersKnown_ = true;
-    for (const auto& [id, entry] : shapes_) NoteReferences(*entry.shape);
-  }
+  EnsureReaders();
   return readers_[shapeId];
+}
+
+void DrawingPage::EnsureReaders() {
+  EnsureShapes();
+  if (readersKnown_) return;
+  readersKnown_ = true;
+  for (const auto& [id, entry] : shapes_) NoteReferences(*entry.shape);
 }
 
 void DrawingPage::NoteReferences(const DrawingShape& reader) {
@@ -110,8 +132,8 @@ void DrawingPage::NoteReferences(const DrawingShape& reader) {
     if (own.formula.find('!') == std::string_view::npos) continue;
     for (const FormulaReference& reference : ReferencesIn(own.formula)) {
       const DrawingShape* named = reference.onOtherPage ? nullptr : FindSheet(reference.sheet);
-      if (!named) continue;
-      std::vector<int>& readers = readers_[named->id()];
+      if (!named && !NamesPageSheet(reference)) continue;
+      std::vector<int>& readers = readers_[named ? named->id() : kPageSheet];
       if (std::find(readers.begin(), readers.end(), reader.id()) == readers.end()) readers.push_back(reader.id());
     }
   }
@@ -200,13 +222,13 @@ DrawingShape& DrawingPage::AddCopy(const DrawingShape& original, const std::unor
     for (const char* attribute : {"NameU", "Name", "IsCustomNameU", "IsCustomName"})
       editor.RemoveAttribute(*contents_, element, attribute);
   }
-  const pugi::xpath_node_set inner = element.select_nodes(".//Shape[not(@Del)]");
+  const std::vector<pugi::xml_node> inner = InnerShapes(element);
   std::unordered_map<int, int> ids;
   if (!inner.empty()) ids = newIds;
-  for (const pugi::xpath_node& sub : inner) {
+  for (const pugi::xml_node shape : inner) {
     const int innerId = TakeNewId();
-    ids[sub.node().attribute("ID").as_int()] = innerId;
-    editor.SetAttribute(*contents_, sub.node(), "ID", std::to_string(innerId));
+    ids[shape.attribute("ID").as_int()] = innerId;
+    editor.SetAttribute(*contents_, shape, "ID", std::to_string(innerId));
   }
   for (const pugi::xpath_node& found : element.select_nodes(".//Cell[@F]")) {
     if (const auto formula = Renumbered(found.node().attribute("F").value(), inner.empty() ? newIds : ids))
@@ -217,18 +239,16 @@ DrawingShape& DrawingPage::AddCopy(const DrawingShape& original, const std::unor
   return Adopt(element, name);
 }
 
-void DrawingPage::CopyGlue(const DrawingPage& from, const std::unordered_map<int, int>& newIds) {
-  std::vector<pugi::xml_node> glue;
-  for (const pugi::xml_node connect : from.contents_->root().child("Connects").children("Connect"))
-    if (newIds.contains(NumberOr(connect, "FromSheet")) && newIds.contains(NumberOr(connect, "ToSheet"))) glue.push_back(connect);
-  if (glue.empty()) return;
-  connectsKnown_ = false;
+void DrawingPage::CopyGlue(DrawingPage& from, const std::vector<int>& originals, const std::unordered_map<int, int>& newIds) {
   TreeEditor& editor = drawing_.editor();
-  const pugi::xml_node connects = ConnectsElement();
-  for (const pugi::xml_node connect : glue) {
-    const pugi::xml_node copy = editor.InsertCopy(*contents_, connects, connect);
-    for (const char* end : {"FromSheet", "ToSheet"})
-      editor.SetAttribute(*contents_, copy, end, std::to_string(newIds.at(NumberOr(connect, end))));
+  for (const int connector : originals) {
+    for (const pugi::xml_node connect : from.ConnectsOf(connector)) {
+      if (NumberOr(connect, "FromSheet") != connector || !newIds.contains(NumberOr(connect, "ToSheet"))) continue;
+      const pugi::xml_node copy = editor.InsertCopy(*contents_, ConnectsElement(), connect);
+      for (const char* end : {"FromSheet", "ToSheet"})
+        editor.SetAttribute(*contents_, copy, end, std::to_string(newIds.at(NumberOr(connect, end))));
+      NoteConnect(copy);
+    }
   }
 }
 
@@ -241,22 +261,26 @@ int DrawingPage::TakeNewId() {
   return ++highest;
 }
 
-void DrawingPage::Remove(int shapeId) {
-  DrawingShape* shape = FindShape(shapeId);
-  if (!shape) return;
-  // Shapes inside a deleted group go with it.
-  std::vector<int> going{shapeId};
-  for (const pugi::xpath_node& inner : shape->element().select_nodes(".//Shape[not(@Del)]"))
-    going.push_back(inner.node().attribute("ID").as_int());
-  LoosenGlueTo(going);
-  ReadersOf(shapeId);
-  drawing_.editor().Remove(*contents_, shape->element());
+void DrawingPage::Remove(const std::vector<int>& shapeIds) {
   EnsureNames();
-  const auto place = std::find(topLevel_.begin(), topLevel_.end(), shape);
-  if (place != topLevel_.end()) {
-    indexesKnown_ = indexesKnown_ && place + 1 == topLevel_.end();
-    topLevel_.erase(place);
+  EnsureReaders();
+  std::vector<const DrawingShape*> removed;
+  std::set<int> going;
+  for (const int id : shapeIds) {
+    const DrawingShape* shape = FindShape(id);
+    if (!shape || !going.insert(id).second) continue;
+    removed.push_back(shape);
+    // Shapes inside a deleted group go with it.
+    for (const pugi::xml_node inner : InnerShapes(shape->element())) going.insert(inner.attribute("ID").as_int());
   }
+  LoosenGlueTo(going);
+  for (const DrawingShape* shape : removed) drawing_.editor().Remove(*contents_, shape->element());
+
+  const auto isGoing = [&](const DrawingShape* shape) { return going.contains(shape->id()); };
+  const auto first = std::find_if(topLevel_.begin(), topLevel_.end(), isGoing);
+  const auto left = std::remove_if(first, topLevel_.end(), isGoing);
+  indexesKnown_ = indexesKnown_ && left == first;
+  topLevel_.erase(left, topLevel_.end());
   for (const int id : going) {
     const auto name = names_.find(id);
     if (name == names_.end()) continue;
@@ -265,7 +289,10 @@ void DrawingPage::Remove(int shapeId) {
     names_.erase(name);
     shapes_.erase(id);
   }
-  for (const int id : going) TellOfLoss(id);
+  for (const int id : going) {
+    TellOfLoss(id);
+    readers_.erase(id);
+  }
 }
 
 // Formulas that named a shape which has gone have lost their reference.
@@ -427,32 +454,50 @@ pugi::xml_node DrawingPage::ConnectsElement() {
                   : drawing_.editor().InsertElement(*contents_, contents_->root(), "Connects", ShapesElement().next_sibling());
 }
 
-std::map<std::pair<int, int>, pugi::xml_node>& DrawingPage::Connects() {
-  if (connectsKnown_) return connects_;
+void DrawingPage::EnsureConnects() {
+  if (connectsKnown_) return;
   connectsKnown_ = true;
-  connects_.clear();
-  for (const pugi::xml_node connect : contents_->root().child("Connects").children("Connect"))
-    connects_.emplace(std::pair(NumberOr(connect, "FromSheet"), NumberOr(connect, "FromPart")), connect);
-  return connects_;
+  for (const pugi::xml_node connect : contents_->root().child("Connects").children("Connect")) NoteConnect(connect);
+}
+
+void DrawingPage::NoteConnect(pugi::xml_node connect) {
+  if (!connectsKnown_) return;
+  const int from = NumberOr(connect, "FromSheet"), to = NumberOr(connect, "ToSheet");
+  connects_[from].push_back(connect);
+  if (to != from) connects_[to].push_back(connect);
+}
+
+std::vector<pugi::xml_node> DrawingPage::ConnectsOf(int shapeId) {
+  EnsureConnects();
+  std::vector<pugi::xml_node>& known = connects_[shapeId];
+  const pugi::xml_node connects = contents_->root().child("Connects");
+  std::erase_if(known, [&](pugi::xml_node connect) {
+    const bool names = NumberOr(connect, "FromSheet") == shapeId || NumberOr(connect, "ToSheet") == shapeId;
+    return connect.parent() != connects || !names;
+  });
+  return known;
 }
 
 void DrawingPage::KeepConnect(const DrawingShape& connector, const ConnectorEnd& end) {
   TreeEditor& editor = drawing_.editor();
   const auto target = GlueTargetOf(*this, connector, end);
-  const auto known = Connects().find({connector.id(), end.fromPart});
+  pugi::xml_node connect;
+  for (const pugi::xml_node known : ConnectsOf(connector.id()))
+    if (!connect && NumberOr(known, "FromSheet") == connector.id() && NumberOr(known, "FromPart") == end.fromPart)
+      connect = known;
   if (!target) {
-    if (known == connects_.end()) return;
-    editor.Remove(*contents_, known->second);
-    connects_.erase(known);
+    if (connect) editor.Remove(*contents_, connect);
     return;
   }
-  const pugi::xml_node connect =
-      known != connects_.end() ? known->second : editor.InsertElement(*contents_, ConnectsElement(), "Connect");
-  connects_[{connector.id(), end.fromPart}] = connect;
+  if (connect)
+    std::erase(connects_[NumberOr(connect, "ToSheet")], connect);
+  else
+    connects_[connector.id()].push_back(connect = editor.InsertElement(*contents_, ConnectsElement(), "Connect"));
   const std::pair<const char*, std::string> attributes[] = {
       {"FromSheet", std::to_string(connector.id())}, {"FromCell", end.x},      {"FromPart", std::to_string(end.fromPart)},
       {"ToSheet", std::to_string(target->shape)},    {"ToCell", target->cell}, {"ToPart", std::to_string(target->part)}};
   for (const auto& [name, value] : attributes) editor.SetAttribute(*contents_, connect, name, value);
+  if (target->shape != connector.id()) connects_[target->shape].push_back(connect);
 }
 
 void DrawingPage::RenumberPoints(DrawingShape& moved, int position, int by) {
@@ -488,20 +533,15 @@ void DrawingPage::RenumberPoints(DrawingShape& moved, int position, int by) {
 }
 
 // Connects whose formulas say something else, as other programs leave them, go with their shapes too.
-void DrawingPage::LoosenGlueTo(const std::vector<int>& shapeIds) {
-  const auto isGoing = [&](int id) { return std::find(shapeIds.begin(), shapeIds.end(), id) != shapeIds.end(); };
-  const pugi::xml_node connects = contents_->root().child("Connects");
-  for (pugi::xml_node connect = connects.child("Connect"); connect;) {
-    const pugi::xml_node next = connect.next_sibling("Connect");
-    const int from = NumberOr(connect, "FromSheet"), to = NumberOr(connect, "ToSheet");
-    const ConnectorEnd* end = FindConnectorEnd(connect.attribute("FromCell").value());
-    DrawingShape* connector = FindShape(from);
-    if (connector && end && isGoing(to) && !isGoing(from)) LoosenEnd(*connector, *end);
-    if (isGoing(from) || isGoing(to)) {
+void DrawingPage::LoosenGlueTo(const std::set<int>& shapeIds) {
+  for (const int id : shapeIds) {
+    for (const pugi::xml_node connect : ConnectsOf(id)) {
+      const int from = NumberOr(connect, "FromSheet");
+      const ConnectorEnd* end = FindConnectorEnd(connect.attribute("FromCell").value());
+      DrawingShape* connector = FindShape(from);
+      if (connector && end && !shapeIds.contains(from)) LoosenEnd(*connector, *end);
       drawing_.editor().Remove(*contents_, connect);
-      if (connectsKnown_) connects_.erase({from, NumberOr(connect, "FromPart")});
     }
-    connect = next;
   }
 }
 

@@ -14,6 +14,8 @@ struct FormulaReference {
   bool onOtherPage = false;  // more stands before the sheet's name: Pages[Page-2]!Sheet.3!PinX
 };
 
+inline bool NamesPageSheet(const FormulaReference& reference) { return !reference.onOtherPage && reference.sheet == "ThePage"; }
+
 // In the order of the text. Names in strings do not count, nor do functions.
 std::vector<FormulaReference> ReferencesIn(std::string_view formula);
 

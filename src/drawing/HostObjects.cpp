@@ -16,10 +16,10 @@ HostError BadIndex(std::string_view what, const std::string& index) {
 class CellObject : public IVCell {
  public:
   CellObject(DrawingHost& host, const SheetRef& ref, CellAddress address)
-      : host_(host), ref_(ref), address_(std::move(address)) {}
+      : host_(host), ref_(ref), address_(std::move(address)), row_(host.HoldRow(ref, address_)) {}
   std::string Formula() override {
-    Existing();
-    return host_.FormulaOf(ref_, address_);
+    const DrawingHost::SheetView view = Existing();
+    return host_.FormulaOf(view, address_);
   }
   void SetFormula(std::string_view formula) override {
     Existing();
@@ -28,14 +28,17 @@ class CellObject : public IVCell {
   void SetResult(double value) override { SetFormula(NumberText(value)); }
 
  private:
-  Sheet& Existing() {
-    Sheet& sheet = *host_.Resolve(ref_).sheet;
-    if (!sheet.Exists(address_)) throw HostError(kHostObjectGone, "The cell " + address_.cell + " has gone with its row.");
-    return sheet;
+  DrawingHost::SheetView Existing() {
+    const DrawingHost::SheetView view = host_.Resolve(ref_);
+    const bool there = row_ ? !row_->gone : view.sheet->Exists(address_);
+    if (!there) throw HostError(kHostObjectGone, "The cell " + address_.cell + " has gone with its row.");
+    if (row_) address_.row = view.sheet->Rows(*address_.section)[static_cast<size_t>(row_->position)].key;
+    return view;
   }
   DrawingHost& host_;
   SheetRef ref_;
   CellAddress address_;
+  std::shared_ptr<const HeldRow> row_;  // null where the address itself stays good
 };
 
 class MasterObject : public IVMaster {

@@ -33,6 +33,9 @@ std::vector<std::string> NamesTold(const Sheet& sheet, const CellAddress& addres
   return names;
 }
 
+// What formulas of other sheets call a sheet's cells, before the cell's name.
+std::string NameFromOutside(int sheetId) { return std::to_string(sheetId) + "!"; }
+
 bool IsTrigger(std::string_view formula) { return formula.starts_with("_XFTRIGGER("); }
 
 }  // namespace
@@ -46,8 +49,8 @@ FormulaIndex IndexFormulas(const Sheet& sheet, DrawingPage* page) {
       std::string of;
       if (!reference.sheet.empty()) {
         const DrawingShape* named = page && !reference.onOtherPage ? page->FindSheet(reference.sheet) : nullptr;
-        if (!named) continue;
-        of = std::to_string(named->id()) + "!";
+        if (!named && !NamesPageSheet(reference)) continue;
+        of = NameFromOutside(named ? named->id() : DrawingPage::kPageSheet);
       }
       names.push_back(of + Lower(reference.cell));
       if (followsShape && !of.empty()) names.push_back(of + Lower(kTransformEvent));
@@ -92,14 +95,29 @@ size_t Recalculation::NodeOf(Sheet& sheet, const CellAddress& address) {
 void Recalculation::FindReaders(size_t at) {
   Sheet& sheet = *nodes_[at].sheet;
   const auto* shape = dynamic_cast<const DrawingShape*>(&sheet);
+  const bool isPageSheet = page_ && &sheet == &page_->PageSheet();
   for (const std::string& name : NamesTold(sheet, CellAddress(nodes_[at].address))) {
     AddReaders(at, sheet, IndexOf(sheet), name, false);
     for (const Sheet* base = sheet.base(); base; base = base->base())
       AddReaders(at, sheet, drawing_.FormulasOfMaster(*base), name, true);
-    if (!shape || !page_) continue;
-    const std::string fromOutside = std::to_string(shape->id()) + "!" + name;
-    for (const int reader : page_->ReadersOf(shape->id()))
+    if (!page_ || !(shape || isPageSheet)) continue;
+    const int id = shape ? shape->id() : DrawingPage::kPageSheet;
+    const std::string fromOutside = NameFromOutside(id) + name;
+    for (const int reader : page_->ReadersOf(id))
       if (DrawingShape* other = page_->FindShape(reader)) AddReaders(at, *other, IndexOf(*other), fromOutside, false);
+    if (isPageSheet) AddReadersByMaster(at, fromOutside);
+  }
+}
+
+// The shapes that have a formula naming the page's sheet from their master.
+void Recalculation::AddReadersByMaster(size_t at, const std::string& name) {
+  for (int m = 1; m <= drawing_.MasterCount(); ++m) {
+    const DrawingShape* master = drawing_.MasterAt(m).TopShape();
+    if (!master || !drawing_.FormulasOfMaster(*master).contains(name)) continue;
+    for (int i = 1; i <= page_->ShapeCount(); ++i) {
+      DrawingShape& shape = page_->ShapeAt(i);
+      if (shape.base() == master) AddReaders(at, shape, drawing_.FormulasOfMaster(*master), name, true);
+    }
   }
 }
 

@@ -37,6 +37,7 @@ class Recalculation {
   size_t NodeOf(Sheet& sheet, const CellAddress& address);
   void FindReaders(size_t node);
   void AddReaders(size_t node, Sheet& reader, const FormulaIndex& index, const std::string& name, bool inherited);
+  void AddReadersByMaster(size_t at, const std::string& name);
   const FormulaIndex& IndexOf(const Sheet& sheet);
   bool Evaluate(Node& node);
 

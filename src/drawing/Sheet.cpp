@@ -22,6 +22,20 @@ bool SameKey(const SectionInfo& section, std::string_view a, std::string_view b)
   return section.rowsHaveNames ? EqualAsciiIgnoringCase(a, b) : a == b;
 }
 
+// A sieve for rows, without regard to case: what tells the names in use apart, at the cost of a glance.
+std::uint32_t HashOf(const SectionInfo& section, std::string_view key) {
+  std::uint32_t hash = static_cast<std::uint32_t>(section.section) * 31 + static_cast<std::uint32_t>(key.size());
+  if (key.empty()) return hash;
+  for (const size_t at : {size_t{0}, key.size() / 2, key.size() - 1})
+    hash = hash * 31 + (static_cast<unsigned char>(key[at]) | 0x20);
+  return hash;
+}
+
+const SectionInfo* SectionOf(pugi::xml_node section) {
+  const std::string_view name = section.attribute("N").value();
+  return name == "Geometry" ? FindGeometry(section.attribute("IX").as_int()) : FindSectionByElement(name);
+}
+
 pugi::xml_node CellIn(pugi::xml_node parent, std::string_view name) {
   for (const pugi::xml_node cell : parent.children("Cell"))
     if (EqualAsciiIgnoringCase(cell.attribute("N").value(), name)) return cell;
@@ -168,8 +182,7 @@ std::vector<Sheet::OwnFormula> Sheet::OwnFormulas() const {
   };
   collect(nullptr, "", element_);
   for (const pugi::xml_node section : element_.children("Section")) {
-    const std::string_view name = section.attribute("N").value();
-    const SectionInfo* info = name == "Geometry" ? FindGeometry(section.attribute("IX").as_int()) : FindSectionByElement(name);
+    const SectionInfo* info = SectionOf(section);
     if (!info) continue;
     for (const pugi::xml_node row : section.children("Row")) collect(info, RowKey(*info, row), row);
   }
@@ -189,10 +202,15 @@ std::vector<std::string> Sheet::NamesOf(const CellAddress& address) const {
     if (address.cell == address.section->shortName) names.push_back(prefix + address.row);
     return names;
   }
-  const std::vector<Row> rows = Rows(*address.section);
-  const auto row = std::find_if(rows.begin(), rows.end(), [&](const Row& r) { return r.key == address.row; });
-  if (row != rows.end()) names.push_back(prefix + address.cell + std::to_string(row - rows.begin() + 1));
+  if (const auto position = PositionOf(address)) names.push_back(prefix + address.cell + std::to_string(*position + 1));
   return names;
+}
+
+std::optional<size_t> Sheet::PositionOf(const CellAddress& address) const {
+  const std::vector<Row> rows = Rows(*address.section);
+  for (size_t at = 0; at < rows.size(); ++at)
+    if (SameKey(*address.section, rows[at].key, address.row)) return at;
+  return std::nullopt;
 }
 
 std::vector<Sheet::Row> Sheet::Rows(const SectionInfo& section) const {
@@ -248,6 +266,7 @@ short Sheet::AddRow(TreeEditor& editor, const SectionInfo& section, short positi
   if (canMove)
     for (auto row = rows.rbegin(); row != rows.rend() - position; ++row)
       editor.SetAttribute(*part_, row->local, "IX", std::to_string(IndexOf(*row) + 1));
+  RowsChanged();
   WriteFullRow(editor, section, InsertRow(editor, section, std::to_string(ix)));
   return canMove ? position : count;
 }
@@ -270,8 +289,10 @@ void Sheet::DeleteRow(TreeEditor& editor, const SectionInfo& section, short posi
   if (position < 0 || static_cast<size_t>(position) >= rows.size()) return;
   const Row& row = rows[static_cast<size_t>(position)];
   if (row.local) editor.Remove(*part_, row.local);
+  RowsChanged();
   if (row.inherited) {
     editor.SetAttribute(*part_, InsertRow(editor, section, row.key), "Del", "1");
+    RowsChanged();
     return;
   }
   // An empty section says nothing, and there are readers that take what follows it for its contents.
@@ -282,6 +303,7 @@ void Sheet::DeleteRow(TreeEditor& editor, const SectionInfo& section, short posi
   for (size_t behind = static_cast<size_t>(position) + 1; behind < rows.size(); ++behind)
     if (rows[behind].local && !rows[behind].inherited)
       editor.SetAttribute(*part_, rows[behind].local, "IX", std::to_string(IndexOf(rows[behind]) - 1));
+  RowsChanged();
 }
 
 pugi::xml_node Sheet::FindChild(const char* name) const {
@@ -296,22 +318,43 @@ pugi::xml_node Sheet::SectionElement(const SectionInfo& section) const {
   return {};
 }
 
+const std::vector<Sheet::OwnRow>& Sheet::OwnRows() const {
+  if (ownRowsKnown_) return ownRows_;
+  ownRowsKnown_ = true;
+  ownRows_.clear();
+  for (const pugi::xml_node element : element_.children("Section")) {
+    const SectionInfo* section = SectionOf(element);
+    if (!section || SectionElement(*section) != element) continue;
+    for (const pugi::xml_node row : element.children("Row")) {
+      const std::string_view key = RowKey(*section, row);
+      ownRows_.push_back({section, HashOf(*section, key), IsDeleted(row), key, row});
+    }
+  }
+  return ownRows_;
+}
+
+const Sheet::OwnRow* Sheet::FindOwnRow(const SectionInfo& section, std::string_view key) const {
+  const std::uint32_t hash = HashOf(section, key);
+  for (const OwnRow& own : OwnRows())
+    if (own.hash == hash && own.section == &section && SameKey(section, own.key, key)) return &own;
+  return nullptr;
+}
+
 pugi::xml_node Sheet::RowElement(const SectionInfo& section, std::string_view key) const {
-  for (const pugi::xml_node row : SectionElement(section).children("Row"))
-    if (SameKey(section, RowKey(section, row), key)) return row;
-  return {};
+  const OwnRow* own = FindOwnRow(section, key);
+  return own ? own->row : pugi::xml_node();
 }
 
 pugi::xml_node Sheet::LocalCell(const CellAddress& address) const {
   if (!address.section) return CellIn(element_, address.cell);
-  const pugi::xml_node row = RowElement(*address.section, address.row);
-  return IsDeleted(row) ? pugi::xml_node() : CellIn(row, address.cell);
+  const OwnRow* own = FindOwnRow(*address.section, address.row);
+  return !own || own->isDeleted ? pugi::xml_node() : CellIn(own->row, address.cell);
 }
 
 pugi::xml_node Sheet::NearestCell(const CellAddress& address) const {
   if (const pugi::xml_node own = LocalCell(address)) return own;
-  if (!base_ || (address.section && RowDeleted(*address.section, address.row))) return {};
-  return base_->NearestCell(address);
+  const OwnRow* row = address.section ? FindOwnRow(*address.section, address.row) : nullptr;
+  return base_ && !(row && row->isDeleted) ? base_->NearestCell(address) : pugi::xml_node();
 }
 
 pugi::xml_node Sheet::FormulaCell(const CellAddress& address) const {
@@ -321,16 +364,19 @@ pugi::xml_node Sheet::FormulaCell(const CellAddress& address) const {
   return inherited ? inherited : pugi::xml_node();
 }
 
-bool Sheet::RowDeleted(const SectionInfo& section, std::string_view key) const { return IsDeleted(RowElement(section, key)); }
-
 bool Sheet::RowExists(const SectionInfo& section, std::string_view key, bool localOnly) const {
-  if (const pugi::xml_node row = RowElement(section, key)) return !IsDeleted(row);
+  if (const OwnRow* own = FindOwnRow(section, key)) return !own->isDeleted;
   return !localOnly && base_ && base_->RowExists(section, key, false);
+}
+
+pugi::xml_node Sheet::EnsureElement(TreeEditor& editor) {
+  if (!element_) element_ = MakeElement(editor);
+  return element_;
 }
 
 pugi::xml_node Sheet::EnsureSection(TreeEditor& editor, const SectionInfo& section) {
   if (const pugi::xml_node own = SectionElement(section)) return own;
-  const pugi::xml_node added = editor.InsertElement(*part_, element_, "Section", PlaceOfSection(element_, section));
+  const pugi::xml_node added = editor.InsertElement(*part_, EnsureElement(editor), "Section", PlaceOfSection(element_, section));
   editor.SetAttribute(*part_, added, "N", section.element);
   if (section.index >= 0) editor.SetAttribute(*part_, added, "IX", std::to_string(section.index));
   return added;
@@ -349,6 +395,7 @@ pugi::xml_node Sheet::InsertRow(TreeEditor& editor, const SectionInfo& section, 
   // A step of a path says what it is also where it only overrides the master's.
   if (section.index >= 0 && base_) editor.SetAttribute(*part_, row, "T", base_->RowElement(section, key).attribute("T").value());
   editor.SetAttribute(*part_, row, section.rowsHaveNames ? "N" : "IX", key);
+  RowsChanged();
   return row;
 }
 
@@ -365,7 +412,7 @@ pugi::xml_node Sheet::EnsureCell(TreeEditor& editor, const CellAddress& address)
   if (const pugi::xml_node own = LocalCell(address)) return own;
   if (!Exists(address)) throw HostError(kHostNoSuchCell, "The cell " + address.cell + " does not exist.");
   const pugi::xml_node inherited = NearestCell(address);
-  const pugi::xml_node parent = address.section ? EnsureRow(editor, address) : element_;
+  const pugi::xml_node parent = address.section ? EnsureRow(editor, address) : EnsureElement(editor);
   if (inherited) return editor.InsertCopy(*part_, parent, inherited, FirstBehindCells(parent));
   const pugi::xml_node cell = editor.InsertElement(*part_, parent, "Cell", FirstBehindCells(parent));
   editor.SetAttribute(*part_, cell, "N", address.cell);

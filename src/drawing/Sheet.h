@@ -1,5 +1,6 @@
 // A sheet of cells - a shape's, a page's, the document's - over its element in the drawing's tree.
 //   What the element does not say is inherited from the sheet it was made from. Writing makes a local cell.
+//   All changes of its rows are made through one Sheet, which finds them by a hash of their keys.
 //   Rows are counted from 0 by their position among the rows that are there; a file's IX is an identity, not a position.
 #pragma once
 
@@ -10,6 +11,7 @@
 
 #include <pugixml.hpp>
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -17,7 +19,8 @@
 
 namespace vardo {
 
-// Names one cell; stays good while its row is there. The row is a name, or an IX for sections whose rows have none.
+// Names one cell. The row is a name, or an IX for sections whose rows have none; one with an IX is good until a row of the
+// section comes or goes.
 struct CellAddress {
   const SectionInfo* section = nullptr;  // null: the object section
   std::string row;
@@ -64,6 +67,8 @@ class Sheet {
   };
   // The rows of a section in order, inherited ones included.
   std::vector<Row> Rows(const SectionInfo& section) const;
+  // Of the cell's row among them; none when it has gone.
+  std::optional<size_t> PositionOf(const CellAddress& address) const;
   bool HasSection(const SectionInfo& section) const;
   // Whether the sheet has end points: only a connector has.
   bool IsOneDimensional() const;
@@ -77,14 +82,31 @@ class Sheet {
   // The element of that name, this sheet's own or the nearest inherited one.
   pugi::xml_node FindChild(const char* name) const;
 
+ protected:
+  // Makes the element of a sheet that has none yet, when something is first written to it.
+  virtual pugi::xml_node MakeElement(TreeEditor&) { return {}; }
+
  private:
+  // A row that the element itself says something of.
+  struct OwnRow {
+    const SectionInfo* section;
+    std::uint32_t hash;  // of section and key
+    bool isDeleted;      // an inherited row that this sheet has not
+    std::string_view key;
+    pugi::xml_node row;
+  };
+  const std::vector<OwnRow>& OwnRows() const;
+  const OwnRow* FindOwnRow(const SectionInfo& section, std::string_view key) const;
+  // Rows have come, gone or been given another key.
+  void RowsChanged() { ownRowsKnown_ = false; }
+
+  pugi::xml_node EnsureElement(TreeEditor& editor);
   pugi::xml_node SectionElement(const SectionInfo& section) const;
   pugi::xml_node RowElement(const SectionInfo& section, std::string_view key) const;
   pugi::xml_node LocalCell(const CellAddress& address) const;
   // The nearest cell element up the line of inheritance that holds a formula of its own.
   pugi::xml_node FormulaCell(const CellAddress& address) const;
   pugi::xml_node NearestCell(const CellAddress& address) const;
-  bool RowDeleted(const SectionInfo& section, std::string_view key) const;
   bool RowExists(const SectionInfo& section, std::string_view key, bool localOnly) const;
 
   pugi::xml_node EnsureSection(TreeEditor& editor, const SectionInfo& section);
@@ -96,6 +118,8 @@ class Sheet {
   XmlPart* part_;
   pugi::xml_node element_;
   const Sheet* base_;
+  mutable std::vector<OwnRow> ownRows_;
+  mutable bool ownRowsKnown_ = false;
 };
 
 // Whether a cell holds a string even without a unit; what it holds when no one has written it.

@@ -6,8 +6,10 @@
 #include "addin/host/IVApplication.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
+#include "addin/host/SecondTry.h"
 #include "catalog/NameCatalogues.h"
 #include "connect/Glue_Connections.h"
+#include "events/AtExit.h"
 #include "events/PageRegisters.h"
 #include "props/PropertyCells.h"
 #include "props/StringFunctions.h"
@@ -43,18 +45,29 @@ void Renumber(const IVShapePtr& shape, const std::string& kind) {
   if (kind == "Process" && !SubmodelPageOf(shape).empty()) SetPropList(shape, "VardoSubPage", "");
 }
 
-// Runs something when a block is left, however it is left.
-template <class Action>
-class AtExit {
- public:
-  explicit AtExit(Action action) : action_(std::move(action)) {}
-  ~AtExit() { action_(); }
-  AtExit(const AtExit&) = delete;
-  AtExit& operator=(const AtExit&) = delete;
+// The positions of the shape and of all that stand behind it on its page.
+ShapeIndexes PositionsFrom(const IVShapePtr& shape) {
+  ShapeIndexes positions;
+  const int count = shape->ContainingPage()->Shapes()->Count();
+  for (int i = shape->Index(); i <= count; ++i) positions.insert(i);
+  return positions;
+}
 
- private:
-  Action action_;
+struct Going {
+  ShapeIndexes shapes;
+  std::vector<std::string> submodelPages;
 };
+Going WhatGoesWith(const IVSelectionPtr& selection) {
+  Going going;
+  const int count = selection->Count();
+  for (int i = 1; i <= count; ++i) {
+    const IVShapePtr shape = selection->Item(i);
+    going.shapes.insert(shape->Index());
+    if (KindOf(shape) != "Process") continue;
+    if (std::string page = SubmodelPageOf(shape); !page.empty()) going.submodelPages.push_back(std::move(page));
+  }
+  return going;
+}
 
 std::string TakeFirst(std::vector<std::string>& queue) {
   std::string first = std::move(queue.front());
@@ -81,8 +94,12 @@ void CEventSink::VisEventProc(std::int16_t eventCode, const IVApplicationPtr&, s
         return ShapeAdded(std::get<IVShapePtr>(subject));
       case kEventPageDeleted:
         return PageDeleted(std::get<IVPagePtr>(subject));
+      case kEventDocumentClosed:
+        registersInDoubt_ = false;
+        return;
       case kEventTextChanged:
-        if (visApp->ActiveWindow()->Selection()->Count() == 0) ShapeTextEdited(moreInfo);
+        if (!puttingText_ && WithSecondTry([] { return visApp->ActiveWindow()->Selection()->Count(); }) == 0)
+          ShapeTextEdited(moreInfo);
         return;
       default:
         return;
@@ -91,103 +108,163 @@ void CEventSink::VisEventProc(std::int16_t eventCode, const IVApplicationPtr&, s
   }
 }
 
+void CEventSink::Advised(const IVEventPtr& event, bool isPageDeleted) {
+  ++advisedEvents_;
+  if (isPageDeleted) pageDeletedEvent_ = event;
+}
+
 void CEventSink::DrainQueues() {
   // Deleting a page turns the window's page, which comes back here.
-  if (draining_ || (PagesToDelete.empty() && PagesToInitialise.empty())) return;
+  if (draining_) return;
+  if (pageDeletedIsOff_) ListenToPageDeleted(true);
+  if (PagesToDelete.empty() && PagesToInitialise.empty()) return;
   draining_ = true;
   const AtExit done([this] { draining_ = false; });
-  const std::string shownBefore = visApp->ActivePage()->Name();
+  const std::string shownBefore = WithSecondTry([] { return visApp->ActivePage()->Name(); });
   while (!PagesToDelete.empty()) {
     DeleteQueuedPage(TakeFirst(PagesToDelete));
-    if (PageExists(shownBefore)) visApp->ActiveWindow()->SetPage(shownBefore);
+    WithSecondTry([&] {
+      if (PageExists(shownBefore)) visApp->ActiveWindow()->SetPage(shownBefore);
+    });
   }
   while (!PagesToInitialise.empty()) {
     const std::string name = TakeFirst(PagesToInitialise);
-    if (PageExists(name)) PageAdded(visApp->ActiveDocument()->Pages()->Item(name));
+    const IVPagePtr page =
+        WithSecondTry([&] { return PageExists(name) ? visApp->ActiveDocument()->Pages()->Item(name) : nullptr; });
+    if (page) PageAdded(page);
   }
 }
 
+void CEventSink::ListenToPageDeleted(bool on) {
+  if (!pageDeletedEvent_) return;
+  WithSecondTry([&] { pageDeletedEvent_->SetEnabled(on); });
+  pageDeletedIsOff_ = !on;
+}
+
 void CEventSink::DeleteQueuedPage(const std::string& name) try {
-  const auto enable = [this](bool enabled) {
-    if (pageDeletedEvent_) pageDeletedEvent_->SetEnabled(enabled);
-  };
-  enable(false);
-  const AtExit switchOn([&] {
+  ListenToPageDeleted(false);
+  const AtExit switchOn([this] {
     try {
-      enable(true);
+      ListenToPageDeleted(true);
     } catch (const AutomationError&) {
+      // The next event begins with it.
     }
   });
-  if (!PageExists(name)) return;
-  const IVPagePtr page = visApp->ActiveDocument()->Pages()->Item(name);
-  DeleteSubmodelPages(page);
-  page->Delete(1);
+  WithSecondTry([&] {
+    if (!PageExists(name)) return;
+    const IVPagePtr page = visApp->ActiveDocument()->Pages()->Item(name);
+    DeleteSubmodelPages(page);
+    page->Delete(1);
+  });
 } catch (const AutomationError&) {
   // The other queued pages still go.
 }
 
 void CEventSink::PageAdded(const IVPagePtr& page) try {
-  const IVShapePtr sheet = page->PageSheet();
-  for (const BookkeepingRow& row : kBookkeepingRows) sheet->AddNamedRow(kSectionProp, row.name, kTagDefault);
+  const IVShapePtr sheet = WithSecondTry([&] { return page->PageSheet(); });
   for (const BookkeepingRow& row : kBookkeepingRows)
-    sheet->Cells(CellName(row.name))
-        ->SetFormula(row.name == kParentPageRow ? Quoted(PendingParentPage) : std::string(row.formula));
+    WithSecondTry([&] { sheet->AddNamedRow(kSectionProp, row.name, kTagDefault); });
+  for (const BookkeepingRow& row : kBookkeepingRows) {
+    const std::string formula = row.name == kParentPageRow ? Quoted(PendingParentPage) : std::string(row.formula);
+    WithSecondTry([&] { sheet->Cells(CellName(row.name))->SetFormula(formula); });
+  }
   PendingParentPage.clear();
   for (short row = 0; row < static_cast<short>(std::size(kBookkeepingRows)); ++row)
-    sheet->CellsSRC(kSectionProp, row, kCellPropInvisible)->SetFormula("1");
+    WithSecondTry([&] { sheet->CellsSRC(kSectionProp, row, kCellPropInvisible)->SetFormula("1"); });
 } catch (const AutomationError&) {
   // The page stays as it is: its registers read as empty, and the first write makes them.
 }
 
 void CEventSink::ShapeAdded(const IVShapePtr& shape) try {
-  if (const short type = shape->Type(); type != kShapeTypeGroup && type != kShapeTypeShape) return;
-  const std::string kind = KindOf(shape);
-  if (!IsModuleKind(kind)) {
-    const IVShapePtr selected = visApp->ActiveWindow()->Selection()->Item(1);
-    if (selected->RowExists(kSectionObject, kRowXForm1D, kExistsAnywhere)) CheckConnector();
-    return;
-  }
-  const std::string text = shape->Text();
-  if (!text.empty() && NameOccursAtLeast(AllModuleNames(), text, 1)) Renumber(shape, kind);
-  IncrementPageCount(shape);
+  const auto isDrawn = [&] {
+    const short type = shape->Type();
+    return type == kShapeTypeGroup || type == kShapeTypeShape;
+  };
+  if (!WithSecondTry(isDrawn)) return;
+  const std::string kind = WithSecondTry([&] { return KindOf(shape); });
+  IsModuleKind(kind) ? ModuleAdded(shape, kind) : OtherShapeAdded();
 } catch (const AutomationError&) {
   // A shape that lacks what a module has is left as it is.
+  registersInDoubt_ = true;
 }
 
-void CEventSink::BeforeSelectionDelete(const IVSelectionPtr& selection) {
-  ShapeIndexes goingAway;
-  const int count = selection->Count();
-  for (int i = 1; i <= count; ++i) {
-    const IVShapePtr shape = selection->Item(i);
-    goingAway.insert(shape->Index());
-    if (KindOf(shape) != "Process") continue;
-    if (std::string page = SubmodelPageOf(shape); !page.empty()) PagesToDelete.push_back(std::move(page));
-  }
-  CountModuleNames(visApp->ActivePage(), goingAway);
+void CEventSink::ModuleAdded(const IVShapePtr& shape, const std::string& kind) {
+  const auto settle = [&] {
+    if (registersInDoubt_) Recount(shape->ContainingPage(), PositionsFrom(shape));
+  };
+  const bool isTaken = WithSecondTry([&] {
+    settle();
+    const std::string text = shape->Text();
+    return !text.empty() && NameOccursAtLeast(AllModuleNames(), text, 1);
+  });
+  WithSecondTry([&] {
+    settle();
+    registersInDoubt_ = true;
+    if (isTaken) Renumber(shape, kind);
+    IncrementPageCount(shape);
+    registersInDoubt_ = false;
+  });
+}
+
+void CEventSink::OtherShapeAdded() try {
+  const auto isConnector = [] {
+    const IVShapePtr selected = visApp->ActiveWindow()->Selection()->Item(1);
+    return selected->RowExists(kSectionObject, kRowXForm1D, kExistsAnywhere);
+  };
+  if (WithSecondTry(isConnector)) CheckConnector();
+} catch (const AutomationError&) {
+  // The connector stays as it has been drawn.
+}
+
+void CEventSink::BeforeSelectionDelete(const IVSelectionPtr& selection) try {
+  auto [shapes, pages] = WithSecondTry([&] { return WhatGoesWith(selection); });
+  PagesToDelete.insert(PagesToDelete.end(), pages.begin(), pages.end());
+  WithSecondTry([&] { Recount(visApp->ActivePage(), shapes); });
+} catch (const AutomationError&) {
+  registersInDoubt_ = true;
+}
+
+void CEventSink::Recount(const IVPagePtr& page, const ShapeIndexes& goingAway) {
+  CountModuleNames(page, goingAway);
+  if (!registersInDoubt_) return;
+  const std::string counted = page->Name();
+  const IVPagesPtr pages = visApp->ActiveDocument()->Pages();
+  const int count = pages->Count();
+  for (int i = 1; i <= count; ++i)
+    if (const IVPagePtr other = pages->Item(i); other->Name() != counted) CountModuleNames(other, {});
+  registersInDoubt_ = false;
 }
 
 void CEventSink::PageDeleted(const IVPagePtr& page) {
-  for (std::string& name : SubmodelPagesOf(page)) PagesToDelete.push_back(std::move(name));
+  for (std::string& name : WithSecondTry([&] { return SubmodelPagesOf(page); })) PagesToDelete.push_back(std::move(name));
 }
 
 void CEventSink::ShapeTextEdited(std::string_view moreInfo) {
   const size_t dot = moreInfo.find('.');
   if (dot == std::string_view::npos) return;
-  const IVShapePtr shape = visApp->ActivePage()->Shapes()->ItemFromID(LeadingInteger(moreInfo.substr(dot + 1)));
-  const std::string kind = KindOf(shape);
+  const int id = LeadingInteger(moreInfo.substr(dot + 1));
+  const IVShapePtr shape = WithSecondTry([&] { return visApp->ActivePage()->Shapes()->ItemFromID(id); });
+  const std::string kind = WithSecondTry([&] { return KindOf(shape); });
   if (!IsModuleKind(kind)) return;
   const std::string nameField = kind + "Name";
-  const std::string stored = GetPropList(shape, nameField, "").front();
-  const std::string typed = shape->Text();
+  const std::string stored = WithSecondTry([&] { return SplitList(PropText(shape, nameField), kListDelimiter).front(); });
+  const std::string typed = WithSecondTry([&] { return shape->Text(); });
   const std::string text(TrimBlanks(typed));
-  if (text.empty()) return shape->SetText(stored);
-  if (NameOccursAtLeast(AllModuleNames(), text, text == stored ? 2 : 1)) {
+  if (text.empty()) return PutText(shape, stored);
+  if (text != typed) PutText(shape, text);
+  const int times = text == stored ? 2 : 1;
+  if (WithSecondTry([&] { return NameOccursAtLeast(AllModuleNames(), text, times); })) {
     ShowFieldError(kDuplicateName);
-    return shape->SetText(stored);
+    return PutText(shape, stored);
   }
-  SetPropList(shape, nameField, text);
-  if (kind == "Process") RenameSubmodelPage(shape, text);
-  if (text != typed) shape->SetText(text);
+  WithSecondTry([&] { SetPropList(shape, nameField, text); });
+  if (kind == "Process") WithSecondTry([&] { RenameSubmodelPage(shape, text); });
+}
+
+void CEventSink::PutText(const IVShapePtr& shape, std::string_view text) {
+  puttingText_ = true;
+  const AtExit done([this] { puttingText_ = false; });
+  WithSecondTry([&] { shape->SetText(text); });
 }
 
 }  // namespace vardo

@@ -1,10 +1,13 @@
 // The listener for the host's events. It gives new pages their bookkeeping rows, renumbers and registers new module shapes, keeps
 // a module's name in step with the text typed on it, and removes the submodel pages of Process shapes that go.
+//   What the host refuses is tried a second time. What it then refuses still is left, and put right later where that is said.
 #pragma once
 
 #include "addin/host/IVEventList.h"
+#include "events/PageRegisters.h"
 #include "events/SubmodelPages.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,15 +39,29 @@ class CEventSink : public IVEventSink {
   // moreInfo names the shape: "... /shape=Sheet.3".
   void ShapeTextEdited(std::string_view moreInfo);
 
-  // The event that is switched off while queued pages are deleted, so that their going does not come back here.
-  void SetPageDeletedEvent(const IVEventPtr& event) { pageDeletedEvent_ = event; }
+  // One more event has been registered. The one that tells of deleted pages is switched off while queued pages are deleted, so
+  // that their going does not come back here.
+  void Advised(const IVEventPtr& event, bool isPageDeleted);
+  std::size_t AdvisedEvents() const { return advisedEvents_; }
 
  private:
   void DrainQueues();
   void DeleteQueuedPage(const std::string& name);
+  // Writes a text without hearing of it: a name that is refused as well would be put back without end.
+  void PutText(const IVShapePtr& shape, std::string_view text);
+  void ListenToPageDeleted(bool on);
+  void ModuleAdded(const IVShapePtr& shape, const std::string& kind);
+  void OtherShapeAdded();
+  // Counts the page's modules without those that go, and those of all other pages when the registers are in doubt.
+  void Recount(const IVPagePtr& page, const ShapeIndexes& goingAway);
 
   IVEventPtr pageDeletedEvent_;
+  std::size_t advisedEvents_ = 0;
+  bool pageDeletedIsOff_ = false;
   bool draining_ = false;
+  bool puttingText_ = false;
+  // A module could not be entered, or one that went not be taken out. The next module that comes or goes brings all in order.
+  bool registersInDoubt_ = false;
 };
 
 }  // namespace vardo

@@ -25,9 +25,9 @@ std::string DrawingKindShapeIndexes(std::string_view kind) {
   const IVPagesPtr pages = visApp->ActiveDocument()->Pages();
   const int count = pages->Count();
   for (int i = 1; i <= count; ++i) {
-    const StringList indexes = GetPagePropList(pages->Item(i), kind, "");
-    if (indexes.front().empty()) continue;
-    for (const std::string& index : indexes) joined += (joined.empty() ? "" : ";") + index;
+    const std::string indexes = PropText(pages->Item(i)->PageSheet(), kind);
+    if (SplitList(indexes, kListDelimiter).front().empty()) continue;
+    joined += (joined.empty() ? "" : ";") + indexes;
   }
   return joined;
 }

@@ -2,9 +2,12 @@
 
 #include "addin/Global_Variables.h"
 #include "addin/host/HostConstants.h"
+#include "addin/host/HostError.h"
 #include "addin/host/IVApplication.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
+#include "addin/host/SecondTry.h"
+#include "events/AtExit.h"
 #include "platform/Characters.h"
 #include "platform/Platform.h"
 #include "props/DrawingLists.h"
@@ -44,6 +47,14 @@ void AddCloseAction(const IVShapePtr& pageSheet) {
   pageSheet->CellsSRC(kSectionAction, 0, kCellActionMenu)->SetFormula(kCloseCaption);
 }
 
+// A page that nobody is linked to would stand in the way of the next attempt.
+void TakeBack(const IVPagePtr& page, const std::string& parent) try {
+  WithSecondTry([&] { page->Delete(1); });
+  ShowPage(parent);
+} catch (const AutomationError&) {
+  // What was refused in the first place is what the caller is told.
+}
+
 }  // namespace
 
 bool PageExists(std::string_view name) {
@@ -72,15 +83,24 @@ std::string SubmodelPageName(std::string_view name, std::string_view currentPage
 void OpenSubmodelPage(const IVShapePtr& process) {
   const std::string target = SubmodelPageName(process->Text(), SubmodelPageOf(process));
   if (PageExists(target)) return ShowPage(target);
-  PendingParentPage = process->ContainingPage()->Name();
+  const std::string parent = process->ContainingPage()->Name();
+  PendingParentPage = parent;
+  const AtExit nothingPending([] { PendingParentPage.clear(); });
   const IVPagePtr page = AllPages()->Add();
-  page->SetName(target);
-  AddCloseAction(page->PageSheet());
-  SetPropList(process, kSubPage, target);
+  try {
+    // Unless the listener for new pages has written it.
+    if (!PendingParentPage.empty()) SetPagePropList(page, kParentPage, parent);
+    page->SetName(target);
+    AddCloseAction(page->PageSheet());
+    SetPropList(process, kSubPage, target);
+  } catch (const AutomationError&) {
+    TakeBack(page, parent);
+    throw;
+  }
 }
 
 void ShowParentPage(const IVPagePtr& page) {
-  const std::string parent = GetPagePropList(page, kParentPage, "").front();
+  const std::string parent = PropText(page->PageSheet(), kParentPage);
   if (PageExists(parent)) ShowPage(parent);
 }
 
@@ -104,14 +124,23 @@ std::vector<std::string> SubmodelPagesOf(const IVPagePtr& page) {
   return existing;
 }
 
-std::string SubmodelPageOf(const IVShapePtr& process) { return GetPropList(process, kSubPage, "").front(); }
+std::string SubmodelPageOf(const IVShapePtr& process) { return PropText(process, kSubPage); }
 
 void RenameSubmodelPage(const IVShapePtr& process, std::string_view newName) {
   const std::string oldPage = SubmodelPageOf(process);
   if (oldPage.empty()) return;
   const std::string newPage = SubmodelPageName(newName, oldPage);
-  SetPropList(process, kSubPage, newPage);
-  if (PageExists(oldPage)) AllPages()->Item(oldPage)->SetName(newPage);
+  const auto link = [&](const std::string& page) { WithSecondTry([&] { SetPropList(process, kSubPage, page); }); };
+  link(newPage);
+  try {
+    WithSecondTry([&] {
+      if (PageExists(oldPage)) AllPages()->Item(oldPage)->SetName(newPage);
+    });
+  } catch (const AutomationError&) {
+    // The page keeps its name, as when another page has the new one.
+    link(oldPage);
+    throw;
+  }
 }
 
 }  // namespace vardo

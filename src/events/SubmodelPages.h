@@ -22,7 +22,8 @@ bool PageExists(std::string_view name);
 // page that is the Process's already keeps its name.
 std::string SubmodelPageName(std::string_view name, std::string_view currentPage);
 
-// Shows the submodel page of a Process shape; makes and links it first when there is none.
+// Shows the submodel page of a Process shape; makes and links it first when there is none. A page that cannot be finished is
+// deleted again.
 void OpenSubmodelPage(const IVShapePtr& process);
 
 // Shows the page that a submodel's Process stands on; nothing happens on any other page.
@@ -34,10 +35,12 @@ void DeleteSubmodelPages(const IVPagePtr& page);
 // The submodel pages, of those that exist, of the Process shapes on a page.
 std::vector<std::string> SubmodelPagesOf(const IVPagePtr& page);
 
-// The page that a Process names as its submodel's; empty for none, also when it has no such property.
+// The page that a Process names as its submodel's, in full: a page's name may have the list's delimiter in it. Empty for none,
+// also when the Process has no such property.
 std::string SubmodelPageOf(const IVShapePtr& process);
 
-// Gives a renamed Process's submodel page the new name, and the Process the link to it.
+// Gives a renamed Process's submodel page the new name, and the Process the link to it. When the page cannot be renamed the link
+// stays too.
 void RenameSubmodelPage(const IVShapePtr& process, std::string_view newName);
 
 }  // namespace vardo

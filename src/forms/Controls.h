@@ -74,6 +74,12 @@ class Control {
 class Label : public Control {
  public:
   Label(Form& form, std::string_view name, std::string_view caption = {}) : Control(form, name, ControlKind::Label, caption) {}
+  // A text of several lines, broken where its place ends.
+  bool Wraps() const { return wraps_; }
+  void SetWraps(bool wraps) { wraps_ = wraps; }
+
+ private:
+  bool wraps_ = false;
 };
 
 class Frame : public Control {

@@ -66,6 +66,7 @@ FormLayout& FormLayout::List(Label& label, ListBox& list, const std::vector<Butt
 }
 
 FormLayout& FormLayout::Text(Label& text, int lines) {
+  text.SetWraps(lines > 1);
   Put(text, Left(), top_, Width(), lines * kLineHeight);
   top_ += lines * kLineHeight + kGap;
   return *this;
@@ -114,7 +115,7 @@ FormLayout& FormLayout::EndChoice() {
 void FormLayout::Buttons(const std::vector<Button*>& buttons) {
   const double width = Width() + 2 * kFrameInset + 2 * kMargin;
   const double count = static_cast<double>(buttons.size());
-  double left = width - kMargin - count * kButtonWidth - (count - 1) * kGap;
+  double left = Left() + Width() - count * kButtonWidth - (count - 1) * kGap;
   top_ += kGap;
   for (Button* button : buttons) {
     Put(*button, left, top_, kButtonWidth, kButtonHeight);

@@ -31,6 +31,9 @@ class Platform {
   virtual TwipsSize ScreenSize() = 0;
   // Opens a topic of a help file beside the program. A viewer that cannot be started is no failure of the caller.
   virtual void ShowHelp(std::string_view file, std::string_view topic) = 0;
+  // Starts a program of the folder of add-ons by its file name and does not wait for it. False when there is none: the name may
+  // come from anybody's drawing, so no other program of the machine is ever started.
+  virtual bool RunAddOn(std::string_view name) = 0;
 
   // A string value of the current user's registry; empty when there is none or it is no string.
   virtual std::string ReadRegistryString(std::string_view key, std::string_view valueName) = 0;
@@ -61,6 +64,7 @@ class ForwardingPlatform : public Platform {
   void ShowMessage(std::string_view text, std::string_view title, int style) override { target_.ShowMessage(text, title, style); }
   TwipsSize ScreenSize() override { return target_.ScreenSize(); }
   void ShowHelp(std::string_view file, std::string_view topic) override { target_.ShowHelp(file, topic); }
+  bool RunAddOn(std::string_view name) override { return target_.RunAddOn(name); }
   std::string ReadRegistryString(std::string_view key, std::string_view valueName) override {
     return target_.ReadRegistryString(key, valueName);
   }

@@ -1,8 +1,10 @@
-// Keeps what would have been shown instead of showing it; everything else is answered by the platform behind it.
+// Keeps what would have been shown or started instead of doing it; everything else is answered by the platform behind it.
 #pragma once
 
 #include "platform/Platform.h"
 
+#include <functional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,10 +33,17 @@ class RecordingPlatform : public ForwardingPlatform {
   void ShowHelp(std::string_view file, std::string_view topic) override {
     helpCalls.push_back({std::string(file), std::string(topic)});
   }
+  bool RunAddOn(std::string_view name) override {
+    addOnCalls.emplace_back(name);
+    return installedAddOns.contains(name);
+  }
 
   // In the order of the calls; whoever watches may clear them.
   std::vector<Message> messages;
   std::vector<HelpCall> helpCalls;
+  std::vector<std::string> addOnCalls;
+
+  std::set<std::string, std::less<>> installedAddOns;
 };
 
 }  // namespace vardo

@@ -45,7 +45,7 @@ StringList FillComboFromDrawing(const StringList& registers, const StringList& f
 
 void CollectPageValues(const IVPagePtr& page, std::string_view registerName, std::string_view cellName,
                        std::string& accumulator) {
-  const auto registered = GetPagePropList(page, registerName, "");
+  const auto registered = SplitList(PropText(page->PageSheet(), registerName), kListDelimiter);
   if (registered.front().empty()) return;
   const auto shapes = page->Shapes();
   const std::string cell(cellName);
@@ -63,7 +63,7 @@ StringList SplitToUniqueList(std::string_view text, std::string_view delimiter, 
   std::string last = std::move(items.back());
   items.pop_back();
 
-  std::unordered_set<std::string> keysKept;
+  std::unordered_set<std::string> keysKept(items.size());
   std::erase_if(items, [&](const std::string& item) { return !keysKept.insert(ThePlatform().CaseFoldKey(item)).second; });
   if (std::find(items.begin(), items.end(), last) == items.end()) items.push_back(std::move(last));
   return items;

@@ -100,6 +100,16 @@ StringList GetPagePropList(const IVPagePtr& page, std::string_view field, std::s
   return ReadList([&] { return page->PageSheet(); }, field, defaultText);
 }
 
+std::string PropText(const IVShapePtr& sheet, std::string_view field) {
+  const auto cell = CellName(field);
+  try {
+    return QuotedText(sheet->Cells(cell)->Formula()).value_or("");
+  } catch (const HostError&) {
+    if (sheet->CellExists(cell, kExistsAnywhere)) throw;
+  }
+  return "";
+}
+
 void SetPropList(const IVShapePtr& shape, std::string_view field, std::string_view value) {
   WriteText(shape, field, value, CreateShapeProperty);
 }
@@ -119,13 +129,12 @@ void SetPagePropList(const IVPagePtr& page, std::string_view field, const String
 void IncrementPageCount(const IVShapePtr& shape) {
   const auto sheet = visApp->ActivePage()->PageSheet();
   const auto kind = shape->Master()->Name();
-  const auto read = [&](std::string_view field) { return ReadText([&] { return sheet; }, field).value_or(""); };
-  auto registered = read(kind);
+  auto registered = PropText(sheet, kind);
   if (!registered.empty()) registered += kListDelimiter;
   registered += std::to_string(shape->Index());
   WriteText(sheet, kind, registered, CreatePageProperty);
 
-  const auto count = LeadingInteger(read(kCountField)) + 1;
+  const auto count = LeadingInteger(PropText(sheet, kCountField)) + 1;
   WriteText(sheet, kCountField, std::to_string(count), CreatePageProperty);
 }
 

@@ -25,6 +25,10 @@ std::optional<std::string> QuotedText(std::string_view formula);
 StringList GetPropList(const IVShapePtr& shape, std::string_view field, std::string_view defaultText);
 StringList GetPagePropList(const IVPagePtr& page, std::string_view field, std::string_view defaultText);
 
+// The text of a field of a shape or page sheet; empty when there is no such property. Throws HostError when the host refuses to
+// tell, so that what is there is not taken for nothing.
+std::string PropText(const IVShapePtr& sheet, std::string_view field);
+
 // Write a single value or a list of at least one item; an empty list throws RuntimeError (invalid argument) and changes nothing.
 // When the cell cannot be written, a hidden property of the field's name is created and written; what fails then is thrown.
 void SetPropList(const IVShapePtr& shape, std::string_view field, std::string_view value);
@@ -33,6 +37,7 @@ void SetPagePropList(const IVPagePtr& page, std::string_view field, std::string_
 void SetPagePropList(const IVPagePtr& page, std::string_view field, const StringList& values);
 
 // Enters a module shape in the register that the active page keeps for its master, and counts it. The shape must have a master.
+// Throws HostError.
 void IncrementPageCount(const IVShapePtr& shape);
 
 }  // namespace vardo

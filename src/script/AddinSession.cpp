@@ -1,11 +1,37 @@
 #include "script/AddinSession.h"
 
+#include "addin/host/HostError.h"
 #include "drawing/CellText.h"
 #include "drawing/HostObjects.h"
+#include "platform/Platform.h"
 
 #include <optional>
 
 namespace vardo {
+namespace {
+
+// A caption as it is read, without the marks of its access key.
+std::string WithoutAccessKey(std::string_view caption) {
+  std::string plain;
+  for (size_t i = 0; i < caption.size(); ++i) {
+    if (caption[i] == '&') ++i;
+    if (i < caption.size()) plain += caption[i];
+  }
+  return plain;
+}
+
+// A line of the macro language names the object it creates in quotes.
+std::string_view CompanionOf(std::string_view statement) {
+  const size_t opening = statement.find('"'), closing = statement.find('"', opening + 1);
+  return closing == std::string_view::npos ? statement : statement.substr(opening + 1, closing - opening - 1);
+}
+
+std::string NotInstalled(std::string_view caption, std::string_view statement) {
+  return "\"" + WithoutAccessKey(caption) + "\" needs its companion " + std::string(CompanionOf(statement)) +
+         ", which is not installed: install it and choose the item again.";
+}
+
+}  // namespace
 
 void AddinSession::New() {
   host_.New();
@@ -40,21 +66,25 @@ void AddinSession::CloseSubmodel(int pageId) {
                    [&] { addin_->CloseSubmodel(host_.application(), MakePage(host_, host_.serial(), pageId)); });
 }
 
-bool AddinSession::RunStatement(std::string_view statement) {
+void AddinSession::RunAddOn(std::string_view caption, std::string_view statement) {
+  if (!RunCall(statement) && !ThePlatform().RunAddOn(statement))
+    ThePlatform().ShowMessage(NotInstalled(caption, statement), kProductTitle, kStyleExclamation);
+}
+
+bool AddinSession::RunCall(std::string_view statement) {
   constexpr std::string_view kCreate = R"(Set t=CreateObject("VardoBasic.Application"):t.)";
-  if (statement.substr(0, kCreate.size()) != kCreate) return false;
+  if (!statement.starts_with(kCreate)) return false;
   const std::string_view call = statement.substr(kCreate.size());
-  const int page = host_.ActivePage().id();
-  if (call == "CloseSubmodel Application,ActivePage") {
-    CloseSubmodel(page);
-    return true;
-  }
-  if (host_.selection().empty()) return false;
-  const SheetRef selected{host_.serial(), page, host_.selection().front()};
-  if (call == "ShowEditor Application,ActiveWindow.Selection.Item(1)")
-    ShowEditor(selected, false);
+  const auto selected = [this] {
+    if (host_.selection().empty()) throw HostError(kHostBadIndex, "No shape is selected.");
+    return SheetRef{host_.serial(), host_.ActivePage().id(), host_.selection().front()};
+  };
+  if (call == "CloseSubmodel Application,ActivePage")
+    CloseSubmodel(host_.ActivePage().id());
+  else if (call == "ShowEditor Application,ActiveWindow.Selection.Item(1)")
+    ShowEditor(selected(), false);
   else if (call == "Submodel Application,ActiveWindow.Selection.Item(1)")
-    Submodel(selected);
+    Submodel(selected());
   else
     return false;
   return true;

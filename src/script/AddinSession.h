@@ -31,11 +31,13 @@ class AddinSession {
   void Submodel(const SheetRef& shape);
   void CloseSubmodel(int pageId);
 
-  // Runs what RUNADDON is given in a formula or menu item. False when it is none of the statements that our shapes use, so that
-  // it names a program of somebody else's.
-  bool RunStatement(std::string_view statement);
+  // What choosing a menu item or a shortcut-menu action runs: a call of the add-in, as our shapes make it, or the add-on of that
+  // name. Of one that is not installed the user is told, by the item's caption.
+  void RunAddOn(std::string_view caption, std::string_view statement);
 
  private:
+  // False when it is none of the add-in's calls.
+  bool RunCall(std::string_view statement);
   void StartAddin();
 
   DrawingHost host_;

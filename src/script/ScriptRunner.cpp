@@ -403,7 +403,7 @@ Json ScriptRunner::MenuRun(const Json& arguments) {
   for (const MenuData& menu : session_.host().menus().Shown())
     for (const MenuItemData& item : menu.items)
       if (menu.caption == menuCaption && item.caption == itemCaption) {
-        RunAddon(item.runs);
+        RunAddon(item.caption, item.runs);
         return nullptr;
       }
   Refuse("there is no item \"" + itemCaption + "\" in a menu \"" + menuCaption + "\"");
@@ -425,18 +425,20 @@ Json ScriptRunner::ActionRun(const Json& arguments) {
   const std::string menu = Text(arguments, "menu");
   for (const Json& action : Actions(arguments)) {
     if (action["menu"] != menu) continue;
+    const std::string formula = action["action"].get<std::string>(), statement = StatementOfAction(formula);
+    if (statement.empty()) Refuse("the action \"" + menu + "\" runs no add-on: " + formula);
     const SheetRef ref = SheetArgument(arguments);
     session_.host().ShowPage(ref.page);
     if (ref.shape >= 0) session_.host().Select({ref.shape});
-    RunAddon(StatementOfAction(action["action"].get<std::string>()));
+    RunAddon(menu, statement);
     return nullptr;
   }
   Refuse("there is no action \"" + menu + "\"");
 }
 
-void ScriptRunner::RunAddon(const std::string& statement) {
+void ScriptRunner::RunAddon(const std::string& caption, const std::string& statement) {
   Event("addon", {{"name", statement}});
-  session_.RunStatement(statement);
+  session_.RunAddOn(caption, statement);
 }
 
 Json ScriptRunner::Undo(const Json&) { return {{"label", session_.host().Undo()}}; }

@@ -62,7 +62,7 @@ class ScriptRunner : private DesktopListener {
   DrawingHost::End EndArgument(const Json& arguments, DrawingPage& page, const char* shape, const char* point);
   SheetRef SheetArgument(const Json& arguments);
   Json DescribeShape(const SheetRef& ref);
-  void RunAddon(const std::string& statement);
+  void RunAddon(const std::string& caption, const std::string& statement);
 
   ControlSeen ControlArgument(const Json& arguments);
 

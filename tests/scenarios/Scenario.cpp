@@ -79,6 +79,7 @@ class Reader {
     const ScenarioJson registry = settings.value("registry", ScenarioJson::object());
     for (const auto& [key, values] : registry.items())
       for (const auto& [name, text] : values.items()) scenario_.registry[{key, name}] = text.get<std::string>();
+    scenario_.addOns = settings.value("addons", std::vector<std::string>());
   }
 
   Scenario scenario_;

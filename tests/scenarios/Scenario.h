@@ -6,7 +6,9 @@
 //   {"do": "cell", "of": "Create", "name": "Prop.X"}
 //   #= {"ok": true, "result": {"exists": false}}        one line for every event and reply that comes before the next request
 //   #= {"exit": 0}                                      at the end of the file, where wanted: the script's exit status
-//   #@ {"addin": false, "registry": {"KEY": {"NAME": "TEXT"}}}   what differs from a machine that has nothing in its registry
+//   #@ {"addin": false, "registry": {"KEY": {"NAME": "TEXT"}}, "addons": ["NAME"]}
+//                                                       what differs from a machine that has nothing in its registry and no
+//                                                       add-on
 // An expected object matches when each of its members does; other members are free. Arrays are equal in length and item by item.
 // An object expected of an array names items by their name, caption or text: {"cboName": {"text": "a"}}; null is for one that
 // must not be there, true for one that must be, whatever it is. ${TMP} is a fresh folder, ${DATA} that of the tests' data.
@@ -40,6 +42,7 @@ struct Scenario {
   std::string file;
   bool withAddin = true;
   std::map<std::pair<std::string, std::string>, std::string> registry;  // by key and value name
+  std::vector<std::string> addOns;                                      // those installed
   std::vector<ScenarioRequest> requests;
   std::optional<Expectation> exit;
 };

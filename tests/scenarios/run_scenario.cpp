@@ -5,6 +5,7 @@
 #include "script/ModelDesktop.h"
 #include "script/ScriptRunner.h"
 
+#include <algorithm>
 #include <iostream>
 
 #ifdef VARDO_SCENARIO_QT
@@ -45,17 +46,20 @@ struct Session {
 };
 #endif
 
-// The machine with the registry that the scenario says.
+// The machine with the registry and the add-ons that the scenario says. It starts none of them.
 class ScenarioMachine : public ForwardingPlatform {
  public:
-  ScenarioMachine(Platform& machine, const Scenario& scenario) : ForwardingPlatform(machine), registry_(scenario.registry) {}
+  ScenarioMachine(Platform& machine, const Scenario& scenario) : ForwardingPlatform(machine), scenario_(scenario) {}
   std::string ReadRegistryString(std::string_view key, std::string_view valueName) override {
-    const auto found = registry_.find({std::string(key), std::string(valueName)});
-    return found == registry_.end() ? "" : found->second;
+    const auto found = scenario_.registry.find({std::string(key), std::string(valueName)});
+    return found == scenario_.registry.end() ? "" : found->second;
+  }
+  bool RunAddOn(std::string_view name) override {
+    return std::find(scenario_.addOns.begin(), scenario_.addOns.end(), name) != scenario_.addOns.end();
   }
 
  private:
-  const std::map<std::pair<std::string, std::string>, std::string>& registry_;
+  const Scenario& scenario_;
 };
 
 bool Succeeds(const Scenario& scenario) {

@@ -170,6 +170,46 @@ TEST_F(Connectors, GlueKeepsToItsPointWhenAnotherGoes) {
   EXPECT_THAT(Connects(), ElementsAre("3 BeginX 9 > 1 Connections.X2 101"));
 }
 
+TEST_F(Connectors, ConnectElementsGoWithEitherShapeWhateverTheEndsWereGluedToBefore) {
+  const SheetRef a = Drop("Process", 2, 5), b = Drop("Process", 6, 5), c = Drop("Process", 10, 5);
+  const SheetRef first = Connect({a.shape, 1}, {b.shape, 2}), second = Connect({b.shape, 1}, {c.shape, 2});
+  const auto glueEnd = [&](const SheetRef& to) {
+    const std::string shape = "Sheet." + std::to_string(to.shape) + "!Connections.";
+    for (const char* axis : {"X", "Y"})
+      host_.SetCell(first, std::string("End") + axis, "PAR(PNT(" + shape + "X2," + shape + "Y2))");
+  };
+  glueEnd(c);
+  glueEnd(b);
+  glueEnd(c);
+  const std::vector<std::string> before = {"4 BeginX 9 > 1 Connections.X1 100", "4 EndX 12 > 3 Connections.X2 101",
+                                           "5 BeginX 9 > 2 Connections.X1 100", "5 EndX 12 > 3 Connections.X2 101"};
+  EXPECT_EQ(Connects(), before);
+
+  const struct {
+    std::vector<int> shapes;
+    std::vector<std::string> left;
+  } cases[] = {
+      {{b.shape}, {before[0], before[1], before[3]}},
+      {{c.shape}, {before[0], before[2]}},
+      {{first.shape}, {before[2], before[3]}},
+      {{c.shape, second.shape, b.shape}, {before[0]}},
+      {{a.shape, first.shape, c.shape, b.shape, second.shape}, {}},
+  };
+  for (const auto& [shapes, left] : cases) {
+    host_.Select(shapes);
+    host_.DeleteSelection();
+    EXPECT_EQ(Connects(), left);
+    for (const int shape : shapes) EXPECT_FALSE(host_.ActivePage().FindShape(shape)) << shape;
+    EXPECT_EQ(host_.ActivePage().ShapeCount(), 5 - static_cast<int>(shapes.size()));
+    for (int at = 1; at <= host_.ActivePage().ShapeCount(); ++at)
+      EXPECT_EQ(host_.ActivePage().IndexOf(host_.ActivePage().ShapeAt(at)), at);
+    host_.Undo();
+    EXPECT_EQ(Connects(), before) << "undone";
+  }
+  host_.Paste({first, c, second}, page());
+  EXPECT_EQ(Connects().size(), 6u) << "the glue between originals is copied";
+}
+
 TEST_F(Connectors, RefusesWhatCannotBeConnected) {
   const SheetRef a = Drop("Process", 2, 5);
   const int before = host_.ActivePage().ShapeCount();

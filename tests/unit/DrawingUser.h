@@ -2,6 +2,7 @@
 #pragma once
 
 #include "HostConformance.h"
+#include "TestDrawings.h"
 
 #include "drawing/DrawingHost.h"
 
@@ -20,6 +21,11 @@ class DrawingUser : public HostUser {
     host_.Save(file);
     host_.Open(file);
     std::filesystem::remove(file);
+  }
+  void OpenDrawingOfABarePage() override {
+    const test::TempFolder folder;
+    test::WriteFile(folder / "bare.vsdx", test::ZipOf({.shapes = "", .pageSheet = ""}));
+    host_.Open(folder / "bare.vsdx");
   }
   IVShapePtr Drop(std::string_view master) override {
     host_.Drop(master, host_.ActivePage().id(), 1, 1, std::nullopt);

@@ -95,7 +95,7 @@ TEST(FormLayout, ButtonsStandInARowAtTheLowerRight) {
   EXPECT_LT(Right(form.cmdCancel), form.cmdHelp.Place().left);
   EXPECT_EQ(form.cmdOK.Place().top, form.cmdHelp.Place().top);
   EXPECT_GT(form.cmdOK.Place().top, Bottom(form.txtE));
-  EXPECT_EQ(Right(form.cmdHelp), Right(form.frame)) << "flush with the frame";
+  EXPECT_EQ(Right(form.cmdHelp), Right(form.txtE)) << "flush with the boxes";
 }
 
 }  // namespace

@@ -182,6 +182,26 @@ TEST_F(GlueConnections, ShapesThatAreNoModulesAreLeftAlone) {
   EXPECT_EQ(FirstEndToGlue, 1);
 }
 
+TEST_F(GlueConnections, ANumberBehindAConnectorsNameMakesNoOtherConnectorOfIt) {
+  const struct {
+    const char *connector, *kind;
+    char exit;
+  } cases[] = {{"True Connector.12", "Decide", '1'},
+               {"False Connector.3", "Decide", '3'},
+               {"Original Connector.44", "Separate", '1'},
+               {"Duplicate Connector.5", "Separate", '3'}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.connector);
+    const IVShapePtr from = Drop(c.kind), connector = Connect("Dynamic connector", from, Drop("Process"));
+    FirstEndToGlue = 1;
+    CheckExitPoint(c.kind, c.connector, from->Name());
+    EXPECT_EQ(Formula(connector, "BeginX"), Glued(from->Name(), c.exit));
+    EXPECT_EQ(Formula(connector, "BeginY"), Glued(from->Name(), c.exit));
+    EXPECT_EQ(FirstEndToGlue, 2) << "only the entry is left to be glued";
+  }
+  EXPECT_THAT(Messages(), IsEmpty());
+}
+
 TEST_F(GlueConnections, AMessageNamesTheConnectorWithoutItsNumber) {
   const IVShapePtr decide = Drop("Decide");
   Connect("Dynamic connector", decide, Drop("Process"));

@@ -37,6 +37,8 @@ class HostUser {
   // hand.
   virtual void NewDrawing() = 0;
   virtual void SaveAndReopen() = 0;
+  // Closes the drawing that is open and opens a file of one page of which it says nothing but the name "Page-1".
+  virtual void OpenDrawingOfABarePage() = 0;
   // On the page shown; null when a listener has taken the shape away again.
   virtual IVShapePtr Drop(std::string_view master) = 0;
   virtual void Select(const std::vector<IVShapePtr>& shapes) = 0;
@@ -268,6 +270,36 @@ TEST_P(HostConformance, APageSheetIsReadAndWrittenLikeAShape) {
   EXPECT_EQ(Shapes()->Count(), 0);
 }
 
+TEST_P(HostConformance, APageSheetThatTheFileDoesNotHaveIsMadeByTheFirstWrite) {
+  const std::pair<const char*, std::function<void(const IVShapePtr&)>> writes[] = {
+      {"a cell", [](const IVShapePtr& sheet) { Write(sheet, "Width", "3"); }},
+      {"a row", [](const IVShapePtr& sheet) { sheet->AddNamedRow(kSectionProp, "Probe", kTagDefault); }},
+      {"a numbered row", [](const IVShapePtr& sheet) { sheet->AddRow(kSectionConnectionPts, 0, kTagDefault); }},
+      {"a section", [](const IVShapePtr& sheet) { sheet->AddSection(kSectionAction); }},
+  };
+  for (const auto& [what, write] : writes) {
+    SCOPED_TRACE(what);
+    user().OpenDrawingOfABarePage();
+    const IVShapePtr sheet = Page()->PageSheet();
+    EXPECT_EQ(sheet->RowCount(kSectionProp), 0);
+    EXPECT_EQ(ErrorOf([&] { sheet->Cells("Prop.Probe"); }), kHostNoSuchCell);
+    for (int round = 0; round < 2; ++round) {
+      user().RunCommand([&] {
+        write(sheet);
+        sheet->AddNamedRow(kSectionUser, "Mine", kTagDefault);
+        Write(sheet, "User.Mine", "\"kept\"");
+      });
+      EXPECT_EQ(Formula(Page()->PageSheet(), "User.Mine"), "\"kept\"");
+      if (round == 1) break;
+      user().Undo();
+      EXPECT_FALSE(sheet->CellExists("User.Mine", kExistsAnywhere)) << "undone";
+    }
+    user().SaveAndReopen();
+    EXPECT_EQ(Formula(Page()->PageSheet(), "User.Mine"), "\"kept\"") << "after saving and opening";
+    EXPECT_EQ(PageNames(), std::vector<std::string>{"Page-1"});
+  }
+}
+
 TEST_P(HostConformance, AnInstanceInheritsItsMastersText) { EXPECT_EQ(Drop()->Text(), "Create 1"); }
 
 TEST_P(HostConformance, TextIsKeptAsWritten) {
@@ -489,6 +521,66 @@ TEST_P(HostConformance, ACellStaysGoodUntilItsRowGoes) {
   EXPECT_EQ(ErrorOf([&] { first->SetFormula("1"); }), kHostObjectGone);
 }
 
+TEST_P(HostConformance, ACellOfANumberedRowFollowsItsRow) {
+  constexpr short kPoints = kSectionConnectionPts;
+  const std::pair<const char*, IVShapePtr> sheets[] = {{"rows of its own", PlainSheet()},
+                                                       {"behind inherited rows", Drop("Process")}};
+  for (const auto& [which, sheet] : sheets) {
+    SCOPED_TRACE(which);
+    const auto first = static_cast<short>(sheet->RowCount(kPoints));
+    const auto at = [&](int row) { return static_cast<short>(first + row); };
+    std::vector<IVCellPtr> held;
+    for (int row = 0; row < 3; ++row) {
+      sheet->AddRow(kPoints, at(row), kTagDefault);
+      held.push_back(sheet->CellsSRC(kPoints, at(row), kCellConnectionX));
+      held.back()->SetFormula(std::to_string(row + 10));
+    }
+    held[2] = sheet->Cells("Connections.X" + std::to_string(first + 3));
+    const auto seen = [&] {
+      std::vector<std::string> formulas;
+      for (const IVCellPtr& cell : held)
+        if (ErrorOf([&] { formulas.push_back(cell->Formula()); }) == kHostObjectGone) formulas.push_back("gone");
+      return formulas;
+    };
+    user().RunCommand([&] { sheet->DeleteRow(kPoints, at(0)); });
+    EXPECT_THAT(seen(), ElementsAre("gone", "11", "12"));
+    EXPECT_EQ(ErrorOf([&] { held[0]->SetFormula("1"); }), kHostObjectGone);
+    held[2]->SetFormula("99");
+    EXPECT_EQ(sheet->CellsSRC(kPoints, at(1), kCellConnectionX)->Formula(), "99") << "written where the row is now";
+    user().RunCommand([&] {
+      sheet->AddRow(kPoints, at(1), kTagDefault);
+      held.push_back(sheet->CellsSRC(kPoints, at(1), kCellConnectionX));
+      held.back()->SetFormula("50");
+      sheet->DeleteRow(kPoints, at(2));
+    });
+    EXPECT_THAT(seen(), ElementsAre("gone", "11", "gone", "50"));
+    user().Undo();
+    EXPECT_THAT(seen(), ElementsAre("gone", "11", "99", "gone")) << "the row that came with the command has gone with it";
+    user().Redo();
+    EXPECT_THAT(seen(), ElementsAre("gone", "11", "gone", "50"));
+    for (int i = 0; i < 3; ++i) user().Undo();
+    EXPECT_THAT(seen(), ElementsAre("10", "11", "12", "gone")) << "the row that was deleted is back";
+    sheet->DeleteRow(kPoints, at(1));
+    sheet->AddRow(kPoints, at(1), kTagDefault);
+    EXPECT_THAT(seen(), ElementsAre("10", "gone", "12", "gone")) << "another row in the old one's place is another row";
+  }
+}
+
+TEST_P(HostConformance, ACellOfAnInheritedNumberedRowFollowsItToo) {
+  const IVShapePtr shape = Drop("Process"), other = Drop("Process");
+  ASSERT_GE(shape->RowCount(kSectionConnectionPts), 2);
+  const IVCellPtr first = shape->Cells("Connections.X1"), second = shape->Cells("Connections.X2");
+  const IVCellPtr others = other->Cells("Connections.X1");
+  const std::string before = second->Formula(), othersBefore = others->Formula();
+  shape->DeleteRow(kSectionConnectionPts, 0);
+  EXPECT_EQ(ErrorOf([&] { first->Formula(); }), kHostObjectGone);
+  EXPECT_EQ(second->Formula(), before);
+  shape->Master()->Delete();
+  second->SetFormula("3");
+  EXPECT_EQ(Formula(shape, "Connections.X1"), "3");
+  EXPECT_EQ(others->Formula(), othersBefore) << "another shape's rows stay where they are";
+}
+
 // --- Rows
 
 TEST_P(HostConformance, ANamedRowGoesToTheEndAndReturnsItsNumber) {
@@ -560,6 +652,21 @@ TEST_P(HostConformance, NumberedRowsAreInsertedAtTheirPositionAndShift) {
   EXPECT_THAT(all(), ElementsAre("99", "12"));
   EXPECT_EQ(Formula(sheet, "Connections.X2"), "12");
   EXPECT_EQ(sheet->AddRow(kSectionConnectionPts, 7, kTagDefault), 2) << "behind the end is the end";
+}
+
+TEST_P(HostConformance, ANumberedRowStandsBeforeThoseOfTheMasterToo) {
+  const IVShapePtr shape = Drop();
+  const int before = shape->RowCount(kSectionConnectionPts);
+  ASSERT_GT(before, 0);
+  shape->Cells("Connections.X1")->SetFormula("Width*0.7");
+  const std::string y = Formula(shape, "Connections.Y1");
+  EXPECT_EQ(shape->AddRow(kSectionConnectionPts, 0, kTagDefault), 0);
+  EXPECT_EQ(shape->RowCount(kSectionConnectionPts), before + 1);
+  EXPECT_EQ(Formula(shape, "Connections.X1"), "0") << "a new point";
+  EXPECT_EQ(Formula(shape, "Connections.X2"), "Width*0.7") << "the one that was the first";
+  EXPECT_EQ(Formula(shape, "Connections.Y2"), y);
+  shape->DeleteRow(kSectionConnectionPts, 0);
+  EXPECT_EQ(Formula(shape, "Connections.X1"), "Width*0.7");
 }
 
 TEST_P(HostConformance, ARowThatIsNotThereIsDeletedQuietly) {

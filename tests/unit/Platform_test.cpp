@@ -5,6 +5,8 @@
 #include "platform/Utf16.h"
 #ifndef _WIN32
 #include "platform/posix/PosixPlatform.h"
+
+#include <unistd.h>
 #endif
 
 #include <gmock/gmock.h>
@@ -139,12 +141,16 @@ TEST_F(PlatformTest, TheScreenHasASize) {
   EXPECT_GE(size.height, 480 * 15);
 }
 
-TEST_F(PlatformTest, ARecordingPlatformKeepsMessagesAndHelpAndForwardsTheRest) {
+TEST_F(PlatformTest, ARecordingPlatformKeepsWhatItWouldShowOrStartAndForwardsTheRest) {
   TestPlatform platform;
   ThePlatform().ShowMessage("text", kProductTitle, kStyleExclamation);
   ThePlatform().ShowHelp(kHelpFile, "Create_.htm");
   EXPECT_THAT(platform->messages, ElementsAre(RecordingPlatform::Message{"text", "Quellis", 48}));
   EXPECT_THAT(platform->helpCalls, ElementsAre(RecordingPlatform::HelpCall{"Quellis.chm", "Create_.htm"}));
+  platform->installedAddOns = {"Mine.exe"};
+  EXPECT_TRUE(ThePlatform().RunAddOn("Mine.exe"));
+  EXPECT_FALSE(ThePlatform().RunAddOn("Theirs.exe"));
+  EXPECT_THAT(platform->addOnCalls, ElementsAre("Mine.exe", "Theirs.exe"));
   EXPECT_EQ(ThePlatform().ParseReal("2"), 2);
 }
 
@@ -241,6 +247,37 @@ TEST(PosixPlatform, PrintsMessagesToStandardError) {
   testing::internal::CaptureStderr();
   MakeNativePlatform()->ShowMessage("Invalid real.", "Quellis", kStyleCritical);
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "Quellis: Invalid real.\n");
+}
+
+TEST(PosixPlatform, AnAddOnIsAProgramOfTheFolderOfAddOnsAndNoOther) {
+  namespace fs = std::filesystem;
+  const fs::path folder = fs::temp_directory_path() / ("vardo-addons-" + std::to_string(getpid()));
+  const fs::path ran = folder / "ran with blanks.txt";
+  fs::create_directories(folder / "a folder");
+  for (const char* name : {"XR Say.exe", "plain.txt"})
+    std::ofstream(folder / name) << "#!/bin/sh\necho $# > '" << ran.string() << "'\n";
+  fs::permissions(folder / "XR Say.exe", fs::perms::owner_all);
+  const struct {
+    std::string name;
+    const char* why;
+  } refused[] = {{"", "no name"},
+                 {"Nothing.exe", "not there"},
+                 {"plain.txt", "not executable"},
+                 {"a folder", "no program"},
+                 {".", "the folder itself"},
+                 {"../" + folder.filename().string() + "/XR Say.exe", "a path"},
+                 {"/bin/sh", "a program of the machine"},
+                 {"sh", "a program of the machine"},
+                 {std::string("XR Say.exe\0x", 12), "a name cut short"}};
+  for (const auto& c : refused) EXPECT_FALSE(RunProgramOf(folder, c.name)) << c.why;
+  EXPECT_FALSE(MakeNativePlatform()->RunAddOn("sh")) << "none is installed with the tests";
+  EXPECT_FALSE(fs::exists(ran));
+
+  EXPECT_TRUE(RunProgramOf(folder, "XR Say.exe"));
+  std::string arguments;
+  for (int tries = 0; tries < 1000 && !(std::ifstream(ran) >> arguments); ++tries) usleep(10'000);
+  EXPECT_EQ(arguments, "0");
+  fs::remove_all(folder);
 }
 
 TEST(PosixPlatform, ATopicThatIsNotInstalledIsNoFailure) { MakeNativePlatform()->ShowHelp(kHelpFile, "No_such_topic.htm"); }

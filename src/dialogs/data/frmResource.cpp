@@ -31,7 +31,7 @@ frmResource::frmResource() : ModuleDialog("frmResource", "Resource", "Resource_.
 
   cboType.Click = [this] { cboType_Click(); };
 
-  FormLayout(*this, 1700, 3000)
+  FormLayout(*this, 1900, 3000)
       .Row(lblName, cboName)
       .Row(lblType, cboType)
       .Row(lblCapacity, txtCapacity)

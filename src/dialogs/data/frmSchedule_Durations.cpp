@@ -20,7 +20,7 @@ frmSchedule_Durations::frmSchedule_Durations()
   Add(txtDuration).Check(kExpression);
   Add(txtValueCapacity).Default("1").Check(kExpression).WhenEmpty();
 
-  FormLayout(*this, 2000, 2600).Row(lblValueCapacity, txtValueCapacity).Row(lblDuration, txtDuration).Buttons(buttons.All());
+  FormLayout(*this, 2200, 2600).Row(lblValueCapacity, txtValueCapacity).Row(lblDuration, txtDuration).Buttons(buttons.All());
 }
 
 void frmSchedule_Durations::Durations(std::string_view type, std::string_view line) {

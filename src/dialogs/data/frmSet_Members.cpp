@@ -19,7 +19,7 @@ frmSet_Members::frmSet_Members() : RowDialog("frmSet_Members", "Members", "Set_S
       .WhenEmpty();
   Add(cboEntityType).Default("Entity 1").Offers(NamesOf<NameList::EntityTypes>).Check(kSymbolName).WhenEmpty();
 
-  FormLayout(*this, 1700, 2600)
+  FormLayout(*this, 1900, 2600)
       .Row(lblMemberName, cboResourceName)
       .InPlace(cboCounterName)
       .InPlace(cboTallyName)

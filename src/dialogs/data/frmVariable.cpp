@@ -21,8 +21,11 @@ frmVariable::frmVariable() : ModuleDialog("frmVariable", "Variable", "Variable_.
   FormLayout(*this, 1500, 3200)
       .Row(lblName, cboName)
       .Row(lblRows, txtRows)
+      .BeginChoice()
       .Row(lblColumns, txtColumns)
+      .Or()
       .Row(chkStatistics)
+      .EndChoice()
       .List(rows.label, rows.list, rows.Buttons(), 6)
       .Buttons(buttons.All());
 }

@@ -33,7 +33,7 @@ frmAssign_Assignments::frmAssign_Assignments()
 
   cboType.Click = [this] { cboType_Click(); };
 
-  FormLayout(*this, 1700, 2600)
+  FormLayout(*this, 1900, 2600)
       .Row(lblType, cboType)
       .Row(lblVariableName, cboVariableName)
       .InPlace(lblAttributeName, cboAttributeName)

@@ -7,6 +7,9 @@
 #include "forms/FormLayout.h"
 #include "validate/CheckDataType.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace vardo {
 namespace {
 
@@ -151,26 +154,26 @@ void frmProcess::cboAction_Click() {
 
 void frmProcess::cboDelayType_Click() {
   const std::string type = cboDelayType.Text();
-  // Null leaves the caption as it is.
-  static constexpr struct {
+  struct Boxes {
     std::string_view type;
     bool value, range, deviation, expression;
-    const char* caption;
-  } kShown[] = {
+    const char* caption;  // null leaves it as it is
+  };
+  static constexpr Boxes kBoxes[] = {
       {"Constant", true, false, false, false, "Value:"},
       {"Normal", true, false, true, false, "Value (Mean):"},
       {"Triangular", true, true, false, false, "Value (Most Likely):"},
       {"Uniform", false, true, false, false, nullptr},
       {"Expression", false, false, false, true, nullptr},
   };
-  for (const auto& row : kShown) {
-    if (row.type != type) continue;
-    Show({&lblValue, &txtValue}, row.value);
-    Show({&lblMin, &txtMin, &lblMax, &txtMax}, row.range);
-    Show({&lblStdDev, &txtStdDev}, row.deviation);
-    Show({&lblExpression, &cboExpression}, row.expression);
-    if (row.caption) lblValue.SetCaption(row.caption);
-  }
+  // Of a type that is none of these nothing is known: no box is shown.
+  const auto found = std::find_if(std::begin(kBoxes), std::end(kBoxes), [&](const Boxes& boxes) { return boxes.type == type; });
+  const Boxes boxes = found == std::end(kBoxes) ? Boxes{} : *found;
+  Show({&lblValue, &txtValue}, boxes.value);
+  Show({&lblMin, &txtMin, &lblMax, &txtMax}, boxes.range);
+  Show({&lblStdDev, &txtStdDev}, boxes.deviation);
+  Show({&lblExpression, &cboExpression}, boxes.expression);
+  if (boxes.caption) lblValue.SetCaption(boxes.caption);
 }
 
 void frmProcess::WriteBeforeName(const IVShapePtr& shape) {

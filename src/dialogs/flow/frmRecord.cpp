@@ -54,7 +54,7 @@ frmRecord::frmRecord() : ModuleDialog("frmRecord", "Record", "Record_.htm") {
 
   cboType.Click = chkRecordIntoSet.Click = [this] { cboType_Click(); };
 
-  FormLayout(*this, 1900, 3000)
+  FormLayout(*this, 2100, 3000)
       .Row(lblName, cboName)
       .Row(lblType, cboType)
       .Row(lblValue, txtValue)

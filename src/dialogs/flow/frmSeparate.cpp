@@ -48,8 +48,12 @@ frmSeparate::frmSeparate() : ModuleDialog("frmSeparate", "Separate", "Separate_.
   Name(cboName, "SeparateName", [](ItemList& items) { AddNames(items, "Separate", "SeparateName"); });
   Field(cboType, "SeparateType").Default("Duplicate").Codes(kTypes, UnknownCode::ShowsLastText);
   Field(txtCostToDuplicates, "SeparateCostToDuplicates").Default("50").Check(kExpression).WhenEmpty();
-  // Other programs know the cell by this spelling; a cell is found whatever its letter case.
-  Field(txtNumofDuplicates, "SeparateNumberofDuplicates").Default("1").Check(kExpression).WhenEmpty();
+  // Other programs know the cell by either spelling; a cell is found whatever its letter case.
+  Field(txtNumofDuplicates, "SeparateNumberofDuplicates")
+      .ReadAs("SeparateNumberOfDuplicates")
+      .Default("1")
+      .Check(kExpression)
+      .WhenEmpty();
   Field(cboMemberAttributes, "SeparateMemberAttributes").Default("Retain").Codes(kMemberAttributes, UnknownCode::ShowsLastText);
   Rows(rows, {"Separate_ACount", {{"AttributeName", "Attribute 1", "Attribute 1"}}},
        [](std::string_view line) { DefaultForm<frmSeparate_Attributes>().Separate_Attribute(line); });
@@ -57,7 +61,7 @@ frmSeparate::frmSeparate() : ModuleDialog("frmSeparate", "Separate", "Separate_.
   cboType.Click = [this] { cboType_Click(); };
   cboMemberAttributes.Click = [this] { cboMemberAttributes_Click(); };
 
-  FormLayout(*this, 3300, 3900)
+  FormLayout(*this, 3600, 3900)
       .Row(lblName, cboName)
       .Row(lblType, cboType)
       .BeginChoice()

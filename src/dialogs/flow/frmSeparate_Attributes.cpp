@@ -11,7 +11,7 @@ frmSeparate_Attributes::frmSeparate_Attributes()
     : RowDialog("frmSeparate_Attributes", "Attributes", "Separate_Shape_Prompts.htm", RowsOf<frmSeparate>) {
   Add(cboAttributeName).Default("Attribute 1").Items(kAssignableAttributes).Offers(UserAttributes).Check(kSymbolName).WhenEmpty();
 
-  FormLayout(*this, 1700, 2600).Row(lblAttributeName, cboAttributeName).Buttons(buttons.All());
+  FormLayout(*this, 1900, 2600).Row(lblAttributeName, cboAttributeName).Buttons(buttons.All());
 }
 
 }  // namespace vardo

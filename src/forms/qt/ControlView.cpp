@@ -50,8 +50,10 @@ void SendCharacter(QWidget& widget, char32_t character) {
 
 class LabelView : public ControlView {
  public:
-  LabelView(Control& control, QLabel& label, bool& mirroring) : ControlView(control, label, mirroring), label_(label) {
+  LabelView(Label& control, QLabel& label, bool& mirroring) : ControlView(control, label, mirroring), label_(label) {
     label_.setTextFormat(Qt::PlainText);
+    label_.setWordWrap(control.Wraps());
+    if (control.Wraps()) label_.setAlignment(Qt::AlignTop);
   }
 
  private:
@@ -402,7 +404,7 @@ bool ForwardDialogKey(Form& form, QEvent& event) {
 ControlView* ControlView::Make(Control& control, QWidget& parent, bool& mirroring) {
   switch (control.kind()) {
     case ControlKind::Label:
-      return new LabelView(control, *new QLabel(&parent), mirroring);
+      return new LabelView(static_cast<Label&>(control), *new QLabel(&parent), mirroring);
     case ControlKind::Frame:
       return new FrameView(control, *new QGroupBox(&parent), mirroring);
     case ControlKind::Line:

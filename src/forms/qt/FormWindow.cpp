@@ -47,9 +47,10 @@ int Surrounds(ControlKind kind) {
 }
 
 bool CaptionFits(const Control& control, const QFontMetrics& metrics) {
-  const bool severalLines = control.kind() == ControlKind::Label && ToPixels(control.Place().height) >= 2 * metrics.lineSpacing();
-  return severalLines || metrics.horizontalAdvance(WithoutAccessKey(control.Caption())) + Surrounds(control.kind()) <=
-                             ToPixels(control.Place().width);
+  const auto* label = dynamic_cast<const Label*>(&control);
+  return (label && label->Wraps()) ||
+         metrics.horizontalAdvance(WithoutAccessKey(control.Caption())) + Surrounds(control.kind()) <=
+             ToPixels(control.Place().width);
 }
 
 // The platform's font in the largest size in which every caption of the form fits its place.

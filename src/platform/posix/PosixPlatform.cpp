@@ -9,6 +9,7 @@
 #include <sys/wait.h>
 #include <unicode/coleitr.h>
 #include <unicode/unistr.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
@@ -103,10 +104,20 @@ fs::path ConfigurationFolder() {
   return fs::path(Environment("HOME").value_or("")) / ".config";
 }
 
-// share/vardo/help beside the bin folder that the program was started from.
-fs::path HelpFolder() {
+// The folder that holds the bin folder that the program was started from.
+fs::path InstallationFolder() {
   std::error_code none;
-  return fs::read_symlink("/proc/self/exe", none).parent_path().parent_path() / "share" / "vardo" / "help";
+  return fs::read_symlink("/proc/self/exe", none).parent_path().parent_path();
+}
+
+// The shell leaves at once, so that no program is waited for and none is left behind as a zombie.
+void StartDetached(std::string program, std::string argument) {
+  std::string shell = "sh", option = "-c", command = "\"$@\" >/dev/null 2>&1 &";
+  char* arguments[] = {shell.data(), option.data(),  command.data(),
+                       shell.data(), program.data(), argument.empty() ? nullptr : argument.data(),
+                       nullptr};
+  pid_t process = 0;
+  if (posix_spawnp(&process, shell.c_str(), nullptr, nullptr, arguments, environ) == 0) waitpid(process, nullptr, 0);
 }
 
 }  // namespace
@@ -156,14 +167,13 @@ void PosixPlatform::ShowMessage(std::string_view text, std::string_view title, i
 TwipsSize PosixPlatform::ScreenSize() { return {kScreenWidthPixels * kTwipsPerPixel, kScreenHeightPixels * kTwipsPerPixel}; }
 
 void PosixPlatform::ShowHelp(std::string_view, std::string_view topic) {
-  const auto page = HelpFolder() / topic;
+  const auto page = InstallationFolder() / "share" / "vardo" / "help" / topic;
   std::error_code none;
-  if (!fs::is_regular_file(page, none)) return;
-  // The shell leaves at once, so that no viewer is waited for and none is left behind as a zombie.
-  std::string program = "sh", option = "-c", command = "xdg-open \"$1\" >/dev/null 2>&1 &", path = page.string();
-  char* arguments[] = {program.data(), option.data(), command.data(), program.data(), path.data(), nullptr};
-  pid_t shell = 0;
-  if (posix_spawnp(&shell, program.c_str(), nullptr, nullptr, arguments, environ) == 0) waitpid(shell, nullptr, 0);
+  if (fs::is_regular_file(page, none)) StartDetached("xdg-open", page.string());
+}
+
+bool PosixPlatform::RunAddOn(std::string_view name) {
+  return RunProgramOf(InstallationFolder() / "lib" / "vardo" / "addons", name);
 }
 
 std::string PosixPlatform::ReadRegistryString(std::string_view key, std::string_view valueName) {
@@ -231,6 +241,15 @@ bool PosixPlatform::IsAnsiAlphaNumeric(std::string_view character) {
 std::optional<double> PosixPlatform::ParseReal(std::string_view text) {
   static const std::string separator = UserDecimalSeparator();
   return ParseRealWith(separator, text);
+}
+
+bool RunProgramOf(const fs::path& folder, std::string_view name) {
+  if (name.empty() || name.find_first_of(std::string_view("/\0", 2)) != std::string_view::npos) return false;
+  const auto program = folder / name;
+  std::error_code none;
+  if (!fs::is_regular_file(program, none) || access(program.c_str(), X_OK) != 0) return false;
+  StartDetached(program.string(), "");
+  return true;
 }
 
 std::unique_ptr<Platform> MakeNativePlatform() { return std::make_unique<PosixPlatform>(); }

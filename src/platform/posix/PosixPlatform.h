@@ -3,6 +3,7 @@
 
 #include "platform/Platform.h"
 
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -23,6 +24,8 @@ class PosixPlatform : public Platform {
   TwipsSize ScreenSize() override;
   // Hands the topic's HTML page, from the help folder installed with the program, to the user's browser.
   void ShowHelp(std::string_view file, std::string_view topic) override;
+  // From the folder lib/vardo/addons installed with the program.
+  bool RunAddOn(std::string_view name) override;
   // From vardo/registry.ini in the user's configuration folder: sections are key paths, lines are name=value.
   std::string ReadRegistryString(std::string_view key, std::string_view valueName) override;
   bool EqualTextIgnoringCase(std::string_view a, std::string_view b) override;
@@ -42,5 +45,8 @@ class PosixPlatform : public Platform {
 
 // The number that a text stands for when fractions are set off by this separator; none when it is no number or too large.
 std::optional<double> ParseRealWith(std::string_view decimalSeparator, std::string_view text);
+
+// Starts an executable file of that folder, named without a path. False when there is none.
+bool RunProgramOf(const std::filesystem::path& folder, std::string_view name);
 
 }  // namespace vardo

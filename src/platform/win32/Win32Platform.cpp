@@ -11,8 +11,10 @@
 #include <oleauto.h>
 
 #include <array>
+#include <filesystem>
 #include <memory>
 #include <string>
+#include <system_error>
 #include <type_traits>
 
 namespace vardo {
@@ -60,6 +62,14 @@ RegistryKey OpenUserKey(std::string_view path) {
   return RegistryKey(key);
 }
 
+// addons beside the program.
+std::filesystem::path AddOnFolder() {
+  std::wstring program(MAX_PATH, L'\0');
+  for (DWORD size; (size = GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size()))) == program.size();)
+    program.resize(2 * program.size());
+  return std::filesystem::path(program.c_str()).parent_path() / "addons";
+}
+
 using HtmlHelpFunction = HWND(WINAPI*)(HWND caller, LPCSTR file, UINT command, DWORD_PTR data);
 
 // Stays loaded: the viewer's window lives in this process. The current folder, which may be a stranger's, is not searched.
@@ -87,6 +97,20 @@ void Win32Platform::ShowHelp(std::string_view file, std::string_view topic) {
   if (!htmlHelp) return;
   const auto topicName = ToAnsi(topic);
   htmlHelp(owner_(), ToAnsi(file).c_str(), kDisplayTopic, reinterpret_cast<DWORD_PTR>(topicName.c_str()));
+}
+
+bool Win32Platform::RunAddOn(std::string_view name) {
+  if (name.empty() || name.find_first_of(std::string_view("/\\:\"*?<>|\0", 10)) != std::string_view::npos) return false;
+  const auto program = AddOnFolder() / ToWide(name);
+  std::error_code none;
+  if (!std::filesystem::is_regular_file(program, none)) return false;
+  STARTUPINFOW startup = {};
+  startup.cb = sizeof startup;
+  PROCESS_INFORMATION process = {};
+  if (!CreateProcessW(program.c_str(), nullptr, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process)) return false;
+  CloseHandle(process.hThread);
+  CloseHandle(process.hProcess);
+  return true;
 }
 
 std::string Win32Platform::ReadRegistryString(std::string_view key, std::string_view valueName) {

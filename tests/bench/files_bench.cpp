@@ -1,14 +1,8 @@
 // How long large drawings take, beside a yardstick taken in the same run: the same bytes inflated, parsed, serialised and
 // deflated with zlib and pugixml alone, which is the least that opening and rewriting them can cost.
-#include "ManyModules.h"
+#include "Measurements.h"
 #include "TestDrawings.h"
-#include "TestPlatform.h"
-#include "addin/host/IVApplication.h"
 #include "drawing/vsdx/ZipDirectory.h"
-#include "forms/Forms.h"
-#include "forms/headless/HeadlessPresenter.h"
-#include "props/DrawingLists.h"
-#include "script/AddinSession.h"
 
 #include <fmt/format.h>
 #include <zlib.h>
@@ -159,6 +153,8 @@ void Compare(std::string_view what, const std::function<void()>& ours, const std
   fmt::print("{:<24}{:>10.1f} ms{:>10.1f} ms{:>8.2f}\n", what, best, least, best / least);
 }
 
+}  // namespace
+
 void MeasureFiles() {
   const test::TempFolder folder;
   const fs::path file = folder / "large.vsdx", saved = folder / "saved.vsdx";
@@ -176,36 +172,4 @@ void MeasureFiles() {
   Compare("open, edit, save", edit, [&] { Yardstick(file, true); });
 }
 
-void MeasureDialog(int count) {
-  AddinSession session(true);
-  session.New();
-  test::AddModules(session.host(), count);
-  const SheetRef first = session.host().RefTo(session.host().ActivePage(), session.host().ActivePage().ShapeAt(1).id());
-  Clock::time_point shown;
-  HeadlessPresenter presenter([&](Form&) { shown = Clock::now(); });
-  FormPresenter* const before = SetFormPresenter(&presenter);
-  double opening = 1e99, gathering = 1e99;
-  for (int run = 0; run < 3; ++run) {
-    const auto start = Clock::now();
-    session.ShowEditor(first, true);
-    opening = std::min(opening, std::chrono::duration<double, std::milli>(shown - start).count());
-    gathering = std::min(gathering, MillisecondsOf([] { FillComboFromDrawing({"Create"}, {"CreateName"}, true); }));
-  }
-  SetFormPresenter(before);
-  fmt::print("{:<24}{:>10.2f} ms{:>10.2f} ms{:>8.0f}\n", fmt::format("{} modules", count), opening, gathering,
-             gathering * 1e6 / count);
-}
-
-void MeasureDialogs() {
-  const TestPlatform platform;
-  fmt::print("\n{:<24}{:>13}{:>13}{:>8}\n", "", "open Create", "gather names", "ns each");
-  for (const int count : {100, 1'000, 10'000}) MeasureDialog(count);
-}
-
-}  // namespace
 }  // namespace vardo
-
-int main() {
-  vardo::MeasureFiles();
-  vardo::MeasureDialogs();
-}

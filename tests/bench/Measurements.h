@@ -1,0 +1,13 @@
+// What vardo-bench measures.
+#pragma once
+
+namespace vardo {
+
+// Prints how long opening and saving a large drawing takes, beside a yardstick.
+void MeasureFiles();
+
+// Runs the registered benchmarks of operations and prints a line for each: its time at every size, and how the time grows from
+// one size to the next.
+void MeasureOperations();
+
+}  // namespace vardo
