@@ -36,7 +36,9 @@ const DialogField* ModuleDialog::FindField(std::string_view property) const {
   return nullptr;
 }
 
+// The host may ask for the dialog that a person is working in; what has been typed there stays.
 void ModuleDialog::Open() {
+  RequireNotShown(*this);
   Load();
   ShowModal(*this);
 }

@@ -32,7 +32,8 @@ class ModuleDialog : public DialogFrame {
   using DialogFrame::DialogFrame;
 
   // Loads the fields of the active window's first selected shape, shows the dialog and returns when it is closed.
-  // Throws what the host throws, before anything is shown; the form is unloaded then.
+  // Throws what the host throws, before anything is shown; the form is unloaded then. Throws RuntimeError 5 when it is shown
+  // already.
   void Open();
 
   // The box that holds the module's name; it is checked first and written first.

@@ -60,12 +60,22 @@ Form& KeepInstance(std::type_index type, std::unique_ptr<Form> form) {
   return kept;
 }
 
+void RequireNotShown(const Form& form) {
+  if (InModalLoop(form)) throw RuntimeError(5, form.name() + " is shown already.");
+}
+
 void ShowModal(Form& form) {
   if (!presenter) throw RuntimeError(5, "No forms toolkit is at hand to show " + form.name() + ".");
-  if (InModalLoop(form)) throw RuntimeError(5, form.name() + " is shown already.");
+  RequireNotShown(form);
   const ModalScope scope(form);
-  form.FocusFirst();
-  presenter->RunModal(form);
+  try {
+    form.FocusFirst();
+    presenter->RunModal(form);
+  } catch (...) {
+    form.SetShown(false);
+    Unload(form);
+    throw;
+  }
 }
 
 void Hide(Form& form) { Close(form); }

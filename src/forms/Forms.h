@@ -21,7 +21,10 @@ F& DefaultForm();
 template <class F>
 F* LoadedForm();
 
-// Shows the form until it is hidden or unloaded. An unloaded form is destroyed before this returns: touch it no more.
+// Throws RuntimeError 5 when the form is being shown.
+void RequireNotShown(const Form& form);
+// Shows the form until it is hidden or unloaded. An unloaded form is destroyed before this returns: touch it no more. The same
+// goes for one that could not be shown to the end. Throws RuntimeError 5 when it is shown already, and leaves it as it is then.
 void ShowModal(Form& form);
 void Hide(Form& form);
 // Closes the form if it is shown and gives its instance up.

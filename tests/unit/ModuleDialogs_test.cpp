@@ -250,6 +250,29 @@ TEST_P(ModuleDialogs, WhatIsSavedIsShownAgain) {
   });
 }
 
+// --- Opening what is open.
+
+TEST_P(ModuleDialogs, AskingForTheDialogThatIsOpenLeavesItAsItIs) {
+  const IVShapePtr shape = DropFilled(table());
+  Open(table(), shape, [&](Form& form) {
+    ChangeEverything(table(), form);
+    const auto seen = [&] {
+      std::vector<std::string> texts;
+      for (const Control* control : form.Controls()) {
+        texts.push_back(control->name() + (control->Shown() ? "" : " hidden"));
+        if (const auto* box = dynamic_cast<const TextControl*>(control)) texts.push_back(box->Text());
+        if (const auto* combo = dynamic_cast<const ComboBox*>(control)) texts.push_back(std::to_string(combo->Items().size()));
+        if (const auto* list = dynamic_cast<const ListBox*>(control)) texts.push_back(std::to_string(list->Items().size()));
+      }
+      return texts;
+    };
+    const std::vector<std::string> before = seen();
+    EXPECT_THROW(addin_.ShowEditor(app_, shape), RuntimeError);
+    EXPECT_TRUE(form.IsShown());
+    EXPECT_EQ(seen(), before);
+  });
+}
+
 // --- Cancel.
 
 TEST_P(ModuleDialogs, CancelAndEscapeWriteNothing) {
