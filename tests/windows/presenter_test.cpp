@@ -16,12 +16,14 @@
 #include <commctrl.h>
 #include <oleacc.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <optional>
 #include <random>
+#include <thread>
 
 namespace vardo {
 namespace {
@@ -567,6 +569,76 @@ TEST_F(Win32PresenterTest, FormGoesWhenItsOwnerGoes) {
   ShowModal(DefaultForm<TestForm>());
   SetFormPresenter(nullptr);
   EXPECT_FALSE(DefaultForm<TestForm>().IsShown());
+}
+
+// The owner may go without a message that the form's loop has to hand on: another thread's call is answered within the waiting.
+TEST_F(Win32PresenterTest, FormGoesWhenItsOwnerIsTakenAwayFromAnotherThread) {
+  auto host = std::make_unique<HostWindow>();
+  static std::unique_ptr<HostWindow>* taken;
+  taken = &host;
+  const auto procedure = [](HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR) -> LRESULT {
+    if (message != WM_APP) return DefSubclassProc(window, message, wParam, lParam);
+    taken->reset();
+    return 0;
+  };
+  SetWindowSubclass(host->window(), procedure, 1, 0);
+  Win32Presenter presenter([&] { return host ? host->window() : nullptr; });
+  SetFormPresenter(&presenter);
+  const DWORD shower = GetCurrentThreadId();
+  std::atomic<bool> closed = false, waited = false;
+  std::jthread other([&, window = host->window()] {
+    Sleep(500);
+    SendMessageW(window, WM_APP, 0, 0);
+    for (int tenth = 0; tenth < 50 && !closed; ++tenth) Sleep(100);
+    waited = !closed;
+    if (!closed) PostThreadMessageW(shower, WM_NULL, 0, 0);
+  });
+  ShowModal(DefaultForm<TestForm>());
+  closed = true;
+  other.join();
+  SetFormPresenter(nullptr);
+  EXPECT_FALSE(waited) << "the loop went on waiting";
+  EXPECT_FALSE(DefaultForm<TestForm>().IsShown());
+}
+
+// Windows refuses one window after another.
+class RefusedWindow {
+ public:
+  explicit RefusedWindow(int after) : hook_(SetWindowsHookExW(WH_CBT, Refuse, nullptr, GetCurrentThreadId())) { left_ = after; }
+  ~RefusedWindow() { UnhookWindowsHookEx(hook_); }
+  RefusedWindow(const RefusedWindow&) = delete;
+  RefusedWindow& operator=(const RefusedWindow&) = delete;
+  bool WasRefused() const { return left_ < 0; }
+
+ private:
+  static LRESULT CALLBACK Refuse(int code, WPARAM wParam, LPARAM lParam) {
+    if (code == HCBT_CREATEWND && left_ >= 0 && left_-- == 0) return 1;
+    return CallNextHookEx(nullptr, code, wParam, lParam);
+  }
+  HHOOK hook_;
+  static inline int left_ = 0;
+};
+
+TEST_F(Win32PresenterTest, NothingIsLeftOfAFormThatWindowsMakesNoWindowsFor) {
+  int refusals = 0;
+  for (bool refused = true; refused; ++refusals) {
+    auto host = std::make_unique<HostWindow>();
+    const RefusedWindow window(refusals);
+    Win32Presenter presenter([&] { return host->window(); }, [](Form&) {});
+    SetFormPresenter(&presenter);
+    try {
+      ShowModal(DefaultForm<TestForm>());
+    } catch (const RuntimeError& error) {
+      EXPECT_EQ(error.number(), 7);
+    }
+    SetFormPresenter(nullptr);
+    UnloadAllForms();
+    refused = window.WasRefused();
+    EXPECT_EQ(FindWindowW(L"VardoForm", nullptr), nullptr) << "window " << refusals;
+    EXPECT_TRUE(IsWindowEnabled(host->window())) << "window " << refusals;
+    host.reset();
+  }
+  EXPECT_GT(refusals, 10);
 }
 
 TEST_F(Win32PresenterTest, FormsThatAreNotShownCannotBeDriven) {

@@ -1,6 +1,7 @@
 #include "forms/win32/ControlView.h"
 
 #include "addin/host/HostError.h"
+#include "forms/win32/DialogFont.h"
 #include "forms/win32/Keys.h"
 #include "forms/win32/WindowNames.h"
 #include "platform/win32/OwnModule.h"
@@ -71,17 +72,14 @@ POINT LineOf(HWND list, int index) {
 
 // The width of the widest of the texts in the window's font.
 int WidestOf(HWND window, const std::vector<std::string>& texts) {
-  const HDC dc = GetDC(window);
-  const HGDIOBJ before = SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0)));
+  const TextMeasure measure(window, reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0)));
   int widest = 0;
   for (const std::string& text : texts) {
     const std::wstring wide = ToWide(text);
     SIZE size = {};
-    GetTextExtentPoint32W(dc, wide.data(), static_cast<int>(wide.size()), &size);
+    GetTextExtentPoint32W(measure.dc(), wide.data(), static_cast<int>(wide.size()), &size);
     widest = std::max(widest, static_cast<int>(size.cx));
   }
-  SelectObject(dc, before);
-  ReleaseDC(window, dc);
   return widest;
 }
 
@@ -336,7 +334,7 @@ class ComboView : public TypingView {
 
   void OpenOrClose() {
     if (combo_.DroppedDown() == IsOpen()) return;
-    const int needed = WidestOf(window(), combo_.Items()) + 2 * GetSystemMetrics(SM_CXVSCROLL);
+    const int needed = WidestOf(window(), combo_.Items()) + 2 * GetSystemMetricsForDpi(SM_CXVSCROLL, GetDpiForWindow(window()));
     Send(window(), CB_SETDROPPEDWIDTH, static_cast<WPARAM>(needed));
     Send(window(), CB_SHOWDROPDOWN, combo_.DroppedDown());
   }
@@ -544,16 +542,19 @@ ControlView::ControlView(Control& control, HWND window, bool& mirroring)
   Watch(window_);
 }
 
-ControlView::~ControlView() = default;
+ControlView::~ControlView() {
+  if (window_) DestroyWindow(window_);
+}
 
 void ControlView::Watch(HWND window) { SetWindowSubclass(window, Procedure, kSubclass, reinterpret_cast<DWORD_PTR>(this)); }
 
 LRESULT CALLBACK ControlView::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR view) {
   auto& self = *reinterpret_cast<ControlView*>(view);
-  if (message != WM_NCDESTROY) return self.Handle(window, message, wParam, lParam);
+  if (message != WM_NCDESTROY) return ForwardMessage([&] { return self.Handle(window, message, wParam, lParam); });
   UnnameWindow(window, kControlProperty);
   RemovePropW(window, kViewProperty);
   RemoveWindowSubclass(window, Procedure, kSubclass);
+  if (window == self.window_) self.window_ = nullptr;
   return DefSubclassProc(window, message, wParam, lParam);
 }
 

@@ -20,6 +20,14 @@ void Forward(Act act) noexcept {
   }
 }
 
+// The same for a message that Windows waits for an answer to.
+template <class Answering>
+LRESULT ForwardMessage(Answering answering) noexcept {
+  LRESULT result = 0;
+  Forward([&] { result = answering(); });
+  return result;
+}
+
 // Hands a key that means something in a dialog to the form; true when the message went there and goes no further.
 bool ForwardDialogKey(Form& form, UINT message, WPARAM key);
 
@@ -45,7 +53,8 @@ class Mirroring {
 
 class ControlView {
  public:
-  // Makes the control's window in that of the form or of a frame, which destroys it. Throws RuntimeError when Windows makes none.
+  // Makes the control's window in that of the form or of a frame, and destroys it unless they have gone with it. Throws
+  // RuntimeError when Windows makes none.
   static std::unique_ptr<ControlView> Make(Control& control, HWND parent, bool& mirroring);
   // The view of a window that Make made; null for any other.
   static ControlView* Of(HWND window);
@@ -55,6 +64,7 @@ class ControlView {
   ControlView& operator=(const ControlView&) = delete;
 
   Control& control() const { return control_; }
+  // Null when it has gone.
   HWND window() const { return window_; }
   // The window that has the keyboard while the control has the focus.
   virtual HWND FocusWindow() const { return window_; }

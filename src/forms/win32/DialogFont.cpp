@@ -43,28 +43,23 @@ bool CaptionFits(const Control& control, HDC dc, int dotsPerInch) {
 }
 
 bool CaptionsFit(const Form& form, HFONT font, int dotsPerInch) {
-  const HDC dc = GetDC(nullptr);
-  const HGDIOBJ before = SelectObject(dc, font);
+  const TextMeasure measure(nullptr, font);
   const auto& controls = form.Controls();
-  const bool fit = std::all_of(controls.begin(), controls.end(), [&](const Control* control) {
-    return control->Caption().empty() || CaptionFits(*control, dc, dotsPerInch);
+  return std::all_of(controls.begin(), controls.end(), [&](const Control* control) {
+    return control->Caption().empty() || CaptionFits(*control, measure.dc(), dotsPerInch);
   });
-  SelectObject(dc, before);
-  ReleaseDC(nullptr, dc);
-  return fit;
 }
 
 }  // namespace
 
-HFONT MakeDialogFont(const Form& form, int dotsPerInch) {
+Font MakeDialogFont(const Form& form, int dotsPerInch) {
   LOGFONTW description = SystemDialogFont(dotsPerInch);
   const auto smallest = static_cast<LONG>(description.lfHeight * kSmallest);
-  HFONT font = CreateFontIndirectW(&description);
+  Font font(CreateFontIndirectW(&description));
   // Heights of characters are negative.
-  while (description.lfHeight < smallest && !CaptionsFit(form, font, dotsPerInch)) {
+  while (description.lfHeight < smallest && !CaptionsFit(form, font.get(), dotsPerInch)) {
     ++description.lfHeight;
-    DeleteObject(font);
-    font = CreateFontIndirectW(&description);
+    font.reset(CreateFontIndirectW(&description));
   }
   return font;
 }

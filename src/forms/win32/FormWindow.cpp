@@ -1,7 +1,6 @@
 #include "forms/win32/FormWindow.h"
 
 #include "addin/host/HostError.h"
-#include "forms/win32/DialogFont.h"
 #include "forms/win32/ReaderNames.h"
 #include "forms/win32/WindowNames.h"
 #include "platform/win32/OwnModule.h"
@@ -58,9 +57,9 @@ FormWindow::FormWindow(Form& form, HWND owner) : form_(form), owner_(owner) {
   const RECT screen = ScreenOf(owner).pixels;
   CreateWindowExW(kExtendedStyle, kClass, ToWide(form.Caption()).c_str(), kStyle, static_cast<int>(screen.left),
                   static_cast<int>(screen.top), 0, 0, owner, nullptr, OwnModule(), this);
-  if (!window_) throw RuntimeError(7, "Out of memory");
-  NameWindow(window_, kFormProperty, form.name());
-  NameWindow(window_, kPlaceProperty, TextOf(form.Place()));
+  if (!window()) throw RuntimeError(7, "Out of memory");
+  NameWindow(window(), kFormProperty, form.name());
+  NameWindow(window(), kPlaceProperty, TextOf(form.Place()));
   for (Control* control : form.Controls()) MakeView(*control);
   PlaceWindow();
   NameForReaders(form, [this](const Control& control) { return View(control).FocusWindow(); });
@@ -70,13 +69,12 @@ FormWindow::FormWindow(Form& form, HWND owner) : form_(form), owner_(owner) {
 FormWindow::~FormWindow() {
   form_.SetObserver(nullptr);
   modal_.reset();
-  if (window_) DestroyWindow(window_);
 }
 
 ControlView& FormWindow::MakeView(Control& control) {
   if (const auto made = views_.find(&control); made != views_.end()) return *made->second;
   Control* const frame = control.parent();
-  auto view = ControlView::Make(control, frame ? MakeView(*frame).window() : window_, mirroring_);
+  auto view = ControlView::Make(control, frame ? MakeView(*frame).window() : window(), mirroring_);
   view->Mirror();
   return *views_.emplace(&control, std::move(view)).first->second;
 }
@@ -90,14 +88,14 @@ void FormWindow::PlaceWindow() {
   const LONG width = size.right - size.left, height = size.bottom - size.top;
   const LONG left = Within(screen.pixels.left + place.left, width, screen.pixels.left, screen.pixels.right);
   const LONG top = Within(screen.pixels.top + place.top, height, screen.pixels.top, screen.pixels.bottom);
-  SetWindowPos(window_, nullptr, static_cast<int>(left), static_cast<int>(top), static_cast<int>(width), static_cast<int>(height),
-               SWP_NOZORDER | SWP_NOACTIVATE);
+  SetWindowPos(window(), nullptr, static_cast<int>(left), static_cast<int>(top), static_cast<int>(width),
+               static_cast<int>(height), SWP_NOZORDER | SWP_NOACTIVATE);
   PlaceControls(screen.dotsPerInch);
 }
 
 void FormWindow::PlaceControls(int dotsPerInch) {
   const Mirroring mirroring(mirroring_);
-  Font font(MakeDialogFont(form_, dotsPerInch));
+  Font font = MakeDialogFont(form_, dotsPerInch);
   for (const Control* control : form_.Controls()) {
     RECT place = PixelsOf(control->Place(), dotsPerInch);
     if (const Control* frame = control->parent()) {
@@ -112,18 +110,18 @@ void FormWindow::PlaceControls(int dotsPerInch) {
 }
 
 void FormWindow::Open() {
-  modal_.emplace(window_, owner_);
+  modal_.emplace(window(), owner_);
   FocusMoved(form_.Focus());
-  ShowWindow(window_, SW_SHOW);
-  SetActiveWindow(window_);
-  UpdateWindow(window_);
+  ShowWindow(window(), SW_SHOW);
+  SetActiveWindow(window());
+  UpdateWindow(window());
 }
 
 void FormWindow::Close() {
   modal_.reset();
-  ShowWindow(window_, SW_HIDE);
+  ShowWindow(window(), SW_HIDE);
   // Wakes the loop that serves the person, should nothing else.
-  PostMessageW(window_, WM_NULL, 0, 0);
+  PostMessageW(window(), WM_NULL, 0, 0);
 }
 
 // A box that has the keyboard already got it from the mouse, which has put the caret where the person wants it.
@@ -131,7 +129,7 @@ void FormWindow::FocusMoved(Control* focus) {
   const Mirroring mirroring(mirroring_);
   const bool byMouse = focus && GetFocus() == View(*focus).FocusWindow();
   if (entered_ && entered_ != focus) View(*entered_).Left();
-  if (GetActiveWindow() == window_) GiveKeyboard();
+  if (GetActiveWindow() == window()) GiveKeyboard();
   if (focus && focus != entered_ && !byMouse) View(*focus).Entered();
   entered_ = focus;
   MarkDefaultButton();
@@ -139,7 +137,7 @@ void FormWindow::FocusMoved(Control* focus) {
 
 void FormWindow::GiveKeyboard() {
   const Mirroring mirroring(mirroring_);
-  ::SetFocus(form_.Focus() ? View(*form_.Focus()).FocusWindow() : window_);
+  ::SetFocus(form_.Focus() ? View(*form_.Focus()).FocusWindow() : window());
 }
 
 // The button that Enter would press.
@@ -157,16 +155,17 @@ void FormWindow::MarkDefaultButton() const {
 LRESULT CALLBACK FormWindow::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_NCCREATE) {
     auto* created = static_cast<FormWindow*>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams);
-    created->window_ = window;
+    created->window_.handle = window;
     SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(created));
   }
   auto* self = reinterpret_cast<FormWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-  return self ? self->Handle(message, wParam, lParam) : DefWindowProcW(window, message, wParam, lParam);
+  if (!self) return DefWindowProcW(window, message, wParam, lParam);
+  return ForwardMessage([&] { return self->Handle(message, wParam, lParam); });
 }
 
 LRESULT FormWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
   if (const Answer answer = AnswerAsParent(message, wParam, lParam); answer.given) return answer.result;
-  const HWND window = window_;
+  const HWND window = window_.handle;
   switch (message) {
     case WM_ACTIVATE:
       if (LOWORD(wParam) != WA_INACTIVE) GiveKeyboard();
@@ -195,7 +194,9 @@ LRESULT FormWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
       break;
     case WM_NCDESTROY:
       SetWindowLongPtrW(window, GWLP_USERDATA, 0);
-      window_ = nullptr;
+      window_.handle = nullptr;
+      // Wakes the loop that serves the person: what took the owner away may have been no message of its own.
+      PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
       break;
     default:
       break;

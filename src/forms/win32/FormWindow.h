@@ -2,13 +2,13 @@
 #pragma once
 
 #include "forms/win32/ControlView.h"
+#include "forms/win32/DialogFont.h"
 #include "forms/win32/ModalState.h"
 
 #include <windows.h>
 
 #include <memory>
 #include <optional>
-#include <type_traits>
 #include <unordered_map>
 
 namespace vardo {
@@ -33,7 +33,7 @@ class FormWindow : private FormObserver {
 
   Form& form() const { return form_; }
   // Null when the owner has gone and has taken this window with it.
-  HWND window() const { return window_; }
+  HWND window() const { return window_.handle; }
   ControlView& View(const Control& control) const { return *views_.at(&control); }
 
   // Shows the window over its owner, and keeps a person to it until Close.
@@ -42,10 +42,16 @@ class FormWindow : private FormObserver {
 
  private:
   friend class FormWindowClass;
-  struct FontDeleter {
-    void operator()(HFONT font) const { DeleteObject(font); }
+  // The window, which Windows takes away with its owner.
+  struct OwnedWindow {
+    OwnedWindow() = default;
+    ~OwnedWindow() {
+      if (handle) DestroyWindow(handle);
+    }
+    OwnedWindow(const OwnedWindow&) = delete;
+    OwnedWindow& operator=(const OwnedWindow&) = delete;
+    HWND handle = nullptr;
   };
-  using Font = std::unique_ptr<std::remove_pointer_t<HFONT>, FontDeleter>;
 
   void ControlChanged(Control& control) override { View(control).Mirror(); }
   void FocusMoved(Control* focus) override;
@@ -61,12 +67,12 @@ class FormWindow : private FormObserver {
 
   Form& form_;
   HWND owner_;
-  HWND window_ = nullptr;
   std::unordered_map<const Control*, std::unique_ptr<ControlView>> views_;
   Font font_;
   std::optional<ModalState> modal_;
   const Control* entered_ = nullptr;
   bool mirroring_ = false;
+  OwnedWindow window_;  // the first to go, as long as all that it asks for is there
 };
 
 }  // namespace vardo

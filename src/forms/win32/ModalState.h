@@ -9,6 +9,7 @@ namespace vardo {
 
 class ModalState {
  public:
+  // Of the calling thread. Throws std::bad_alloc, and disables nothing then.
   ModalState(HWND window, HWND owner);
   ~ModalState() { End(); }
   ModalState(const ModalState&) = delete;
