@@ -1,6 +1,7 @@
 // VardoBasic.dll called as hosts and scripts call it, and as they should not: every method with whatever an automation caller can
 // pass, hosts that fail, hosts that answer nonsense, and no memory.
 #include "addin/host/IVApplication.h"
+#include "addin/host/IVShape.h"
 #include "automation/HostAutomation.h"
 #include "drawing/DrawingHost.h"
 #include "visio/Com.h"
@@ -230,9 +231,10 @@ class OneFailingAllocation {
 };
 
 // Runs the call with its first allocation failing, then with its second, and so on until it makes no more. What it returns is
-// success, or that there is no memory. Returns how many there are.
+// success, or that there is no memory. Of many thousands, the later ones are tried here and there. Returns how many there are.
 int WithEachAllocationFailing(const std::function<HRESULT()>& call) {
-  for (int after = 0;; ++after) {
+  constexpr int kEachOf = 100;
+  for (int after = 0;; after += 1 + after / kEachOf) {
     const OneFailingAllocation failing(after);
     const HRESULT result = call();
     EXPECT_TRUE(result == S_OK || result == E_OUTOFMEMORY) << "allocation " << after << " failed: " << std::hex << result;
@@ -315,11 +317,34 @@ TEST(Server, StaysLoadedAsLongAsItIsInUse) {
   EXPECT_EQ(factory->LockServer(FALSE), S_OK);
 }
 
-TEST(Server, BringsItsVersionTypeLibraryAndManifest) {
+TEST(Server, BringsItsTypeLibraryAndManifest) {
   const HMODULE module = Server::The().module();
-  EXPECT_NE(FindResourceW(module, MAKEINTRESOURCEW(1), MAKEINTRESOURCEW(16)), nullptr) << "version";
   EXPECT_NE(FindResourceW(module, MAKEINTRESOURCEW(1), L"TYPELIB"), nullptr);
   EXPECT_NE(FindResourceW(module, MAKEINTRESOURCEW(2), MAKEINTRESOURCEW(24)), nullptr) << "manifest";
+}
+
+TEST(Server, TellsItsVersion) {
+  DWORD none = 0;
+  std::vector<std::byte> version(GetFileVersionInfoSizeA(VARDO_SERVER, &none));
+  ASSERT_TRUE(GetFileVersionInfoA(VARDO_SERVER, 0, static_cast<DWORD>(version.size()), version.data()));
+  VS_FIXEDFILEINFO* numbers = nullptr;
+  UINT length = 0;
+  ASSERT_TRUE(VerQueryValueW(version.data(), L"\\", reinterpret_cast<void**>(&numbers), &length));
+  EXPECT_EQ(numbers->dwFileType, static_cast<DWORD>(VFT_DLL));
+  const std::string told = std::to_string(HIWORD(numbers->dwFileVersionMS)) + "." +
+                           std::to_string(LOWORD(numbers->dwFileVersionMS)) + "." +
+                           std::to_string(HIWORD(numbers->dwFileVersionLS));
+  EXPECT_EQ(told, VARDO_VERSION);
+  const std::pair<const wchar_t*, const char*> texts[] = {{L"FileVersion", VARDO_VERSION},
+                                                          {L"ProductVersion", VARDO_VERSION},
+                                                          {L"ProductName", "Vardo"},
+                                                          {L"OriginalFilename", "VardoBasic.dll"}};
+  for (const auto& [name, want] : texts) {
+    wchar_t* text = nullptr;
+    const std::wstring path = std::wstring(L"\\StringFileInfo\\040904B0\\") + name;
+    ASSERT_TRUE(VerQueryValueW(version.data(), path.c_str(), reinterpret_cast<void**>(&text), &length)) << want;
+    EXPECT_EQ(FromWide(text), want);
+  }
 }
 
 // First of those that call a method, so that even the add-in's own making is tried.
@@ -412,6 +437,39 @@ TEST_F(ServerTest, DescribesItself) {
   EXPECT_EQ(object_->GetTypeInfo(0, LOCALE_NEUTRAL, nullptr), E_POINTER);
 }
 
+// Compiled callers go by the places in the interface, scripts by the numbers.
+TEST_F(ServerTest, HasItsMethodsInTheirOrderInADualInterface) {
+  ComPtr<ITypeInfo> info;
+  ASSERT_EQ(object_->GetTypeInfo(0, LOCALE_NEUTRAL, info.Receive()), S_OK);
+  TYPEATTR* type = nullptr;
+  ASSERT_EQ(info->GetTypeAttr(&type), S_OK);
+  EXPECT_TRUE(type->wTypeFlags & TYPEFLAG_FDUAL);
+  EXPECT_EQ(type->guid, IID__Application);
+  info->ReleaseTypeAttr(type);
+  constexpr UINT kOfDispatch = 7;
+  UINT index = 0;
+  FUNCDESC* function = nullptr;
+  for (; SUCCEEDED(info->GetFuncDesc(index, &function)) && function->memid != kMethods[0].id; ++index)
+    info->ReleaseFuncDesc(function);
+  info->ReleaseFuncDesc(function);
+  for (UINT place = 0; place < std::size(kMethods); ++place) {
+    const Method& method = kMethods[place];
+    SCOPED_TRACE(FromWide(method.name));
+    ASSERT_EQ(info->GetFuncDesc(index + place, &function), S_OK);
+    BSTR name = nullptr;
+    UINT count = 0;
+    info->GetNames(function->memid, &name, 1, &count);
+    EXPECT_EQ(FromBstr(unique_bstr(name).get()), FromWide(method.name));
+    EXPECT_EQ(function->memid, method.id);
+    EXPECT_EQ(function->oVft, static_cast<SHORT>((kOfDispatch + place) * sizeof(void*)));
+    EXPECT_EQ(function->cParams, static_cast<SHORT>(method.argumentCount));
+    for (UINT i = 0; i < method.argumentCount; ++i)
+      EXPECT_EQ(function->lprgelemdescParam[i].tdesc.vt, VT_DISPATCH) << "any object will do, and an object it is";
+    info->ReleaseFuncDesc(function);
+  }
+  EXPECT_TRUE(FAILED(info->GetFuncDesc(index + std::size(kMethods), &function))) << "there is no eighth";
+}
+
 // --- Calls that no caller should make
 
 // Everything that a script's variable can hold and that is no object of the host's.
@@ -502,6 +560,27 @@ TEST(ServerInstall, RefusesAScopeThatThereIsNot) {
   EXPECT_EQ(install(FALSE, std::wstring(1 << 20, L'u').c_str()), kInvalidArgument);
 }
 
+bool IsRegisteredForTheUser() {
+  HKEY key = nullptr;
+  for (const wchar_t* name : {L"Software\\Classes\\VardoBasic.Application", L"Software\\Classes\\VardoBasic.Application.1",
+                              L"Software\\Classes\\CLSID\\{3E3DF88D-C547-4D65-A531-A253F005419D}"})
+    if (RegOpenKeyExW(HKEY_CURRENT_USER, name, 0, KEY_QUERY_VALUE, &key) == ERROR_SUCCESS) return RegCloseKey(key), true;
+  return false;
+}
+
+TEST(ServerInstall, MayFindNoMemory) {
+  const auto install = Server::The().Export<HRESULT STDMETHODCALLTYPE(BOOL, PCWSTR)>("DllInstall");
+  ASSERT_FALSE(IsRegisteredForTheUser());
+  const int registering = WithEachAllocationFailing([&] {
+    const HRESULT result = install(TRUE, L"user");
+    EXPECT_EQ(IsRegisteredForTheUser(), result == S_OK) << "what was written is removed again";
+    return result;
+  });
+  EXPECT_GT(registering, 20);
+  EXPECT_GT(WithEachAllocationFailing([&] { return install(FALSE, L"USER"); }), 0);
+  EXPECT_FALSE(IsRegisteredForTheUser());
+}
+
 // --- Hosts that fail
 
 constexpr HRESULT kDeadHosts[] = {
@@ -579,6 +658,68 @@ TEST_F(ServerTest, CommandsMayFindNoMemory) {
   EXPECT_GT(WithEachAllocationFailing([&] { return object_->AddVardoMenu(); }), 0);
   EXPECT_GT(WithEachAllocationFailing([&] { return object_->InitializePage(); }), 0);
   EXPECT_GT(WithEachAllocationFailing([&] { return object_->CloseSubmodel(host.get(), page.get()); }), 0);
+}
+
+// A person who presses Enter as soon as a dialog comes to the front, and again when a message has gone.
+class EnterOnDialogs {
+ public:
+  EnterOnDialogs() : hook_(SetWindowsHookExW(WH_CBT, Watch, nullptr, GetCurrentThreadId())) { count_ = 0; }
+  ~EnterOnDialogs() { UnhookWindowsHookEx(hook_); }
+  EnterOnDialogs(const EnterOnDialogs&) = delete;
+  EnterOnDialogs& operator=(const EnterOnDialogs&) = delete;
+
+  static int count() { return count_; }
+
+ private:
+  static LRESULT CALLBACK Watch(int code, WPARAM window, LPARAM data) {
+    if (code == HCBT_ACTIVATE && GetPropW(reinterpret_cast<HWND>(window), L"VardoForm")) {
+      ++count_;
+      PostMessageW(reinterpret_cast<HWND>(window), WM_KEYDOWN, VK_RETURN, 1);
+    }
+    return CallNextHookEx(nullptr, code, window, data);
+  }
+
+  HHOOK hook_;
+  static inline int count_ = 0;
+};
+
+class FrameOfHost {
+ public:
+  FrameOfHost()
+      : window_(CreateWindowExW(0, L"STATIC", L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 300, 200, nullptr, nullptr,
+                                nullptr, nullptr)) {
+    SetActiveWindow(window_);
+  }
+  ~FrameOfHost() { DestroyWindow(window_); }
+  FrameOfHost(const FrameOfHost&) = delete;
+  FrameOfHost& operator=(const FrameOfHost&) = delete;
+  HWND window() const { return window_; }
+
+ private:
+  HWND window_;
+};
+
+// A dialog opens and writes in as many steps as there are; whichever fails, it closes again and gives the host's window back.
+TEST_F(ServerTest, DialogsAndSubmodelsMayFindNoMemory) {
+  const FrameOfHost frame;
+  DrawingHost drawing;
+  drawing.New();
+  const IVShapePtr dropped = drawing.Drop("Process", drawing.ActivePage().id(), 1, 1, std::nullopt);
+  drawing.Select({dropped->ID()});
+  const HostAutomation automation;
+  const auto host = automation.Offer(drawing.application()), shape = automation.Offer(dropped);
+  const MessageBoxes boxes;
+  const EnterOnDialogs person;
+  const int count = WithEachAllocationFailing([&] {
+    const HRESULT result = object_->ShowEditor(host.get(), shape.get());
+    EXPECT_EQ(FindWindowW(L"VardoForm", nullptr), nullptr);
+    EXPECT_TRUE(IsWindowEnabled(frame.window()));
+    return result;
+  });
+  EXPECT_GT(count, 100);
+  EXPECT_GT(person.count(), 50);
+  EXPECT_THAT(boxes.texts(), testing::Contains("7\nOut of memory")) << "the dialog stays, and its OK is pressed again";
+  EXPECT_GT(WithEachAllocationFailing([&] { return object_->Submodel(host.get(), shape.get()); }), 0);
 }
 
 }  // namespace
