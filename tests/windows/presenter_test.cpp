@@ -675,6 +675,72 @@ TEST_F(Win32PresenterTest, AnotherResolutionMakesAllOfItLarger) {
   });
 }
 
+// The message box over a window; null while there is none.
+HWND MessageOver(HWND owner) {
+  const HWND popup = GetLastActivePopup(owner);
+  return popup != owner && IsWindowVisible(popup) ? popup : nullptr;
+}
+
+// A thread whose windows the system stretches, as hosts have them call their add-ins.
+class StretchedHost {
+ public:
+  StretchedHost() : before_(SetThreadDpiAwarenessContext(DPI_AWARENESS_CONTEXT_SYSTEM_AWARE)) {}
+  ~StretchedHost() { SetThreadDpiAwarenessContext(before_); }
+  StretchedHost(const StretchedHost&) = delete;
+  StretchedHost& operator=(const StretchedHost&) = delete;
+
+ private:
+  DPI_AWARENESS_CONTEXT before_;
+};
+
+bool IsSharp(HWND window) {
+  return GetAwarenessFromDpiAwarenessContext(GetWindowDpiAwarenessContext(window)) == DPI_AWARENESS_PER_MONITOR_AWARE;
+}
+
+TEST_F(Win32PresenterTest, FormsAndMessagesFollowTheScreenAlsoInAHostThatDoesNot) {
+  const StretchedHost stretched;
+  const HostWindow host;
+  ASSERT_FALSE(IsSharp(host.window()));
+  Win32Presenter* driver = nullptr;
+  Win32Presenter presenter([&] { return host.window(); },
+                           [&](Form& form) {
+                             EXPECT_TRUE(IsSharp(driver->WindowOf(form)));
+                             EXPECT_TRUE(IsSharp(Find(driver->WindowOf(form), "txtValue")));
+                           });
+  driver = &presenter;
+  SetFormPresenter(&presenter);
+  ShowModal(DefaultForm<TestForm>());
+  SetFormPresenter(nullptr);
+  {
+    const WhenPossible ok([&] {
+      const HWND box = MessageOver(host.window());
+      if (!box) return false;
+      EXPECT_TRUE(IsSharp(box));
+      SendMessageW(box, WM_COMMAND, IDOK, 0);
+      return true;
+    });
+    Win32Platform([&] { return host.window(); }).ShowMessage("text", "title", 16);
+  }
+  EXPECT_EQ(GetAwarenessFromDpiAwarenessContext(GetThreadDpiAwarenessContext()), DPI_AWARENESS_SYSTEM_AWARE)
+      << "the host's thread is as it was";
+}
+
+TEST_F(Win32PresenterTest, TextsAreInTheSystemsFontForDialogs) {
+  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Presenter&) {
+    NONCLIENTMETRICSW metrics = {};
+    metrics.cbSize = sizeof metrics;
+    SystemParametersInfoForDpi(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0, GetDpiForWindow(window));
+    for (const Control* control : form.Controls()) {
+      if (control->kind() == ControlKind::Line) continue;
+      LOGFONTW font = {};
+      GetObjectW(reinterpret_cast<HFONT>(SendMessageW(Find(window, control->name()), WM_GETFONT, 0, 0)), sizeof font, &font);
+      EXPECT_EQ(FromWide(font.lfFaceName), FromWide(metrics.lfMessageFont.lfFaceName)) << control->name();
+      EXPECT_LE(std::abs(font.lfHeight), std::abs(metrics.lfMessageFont.lfHeight)) << control->name();
+      EXPECT_EQ(font.lfWeight, metrics.lfMessageFont.lfWeight) << control->name();
+    }
+  });
+}
+
 class TemporaryFolder {
  public:
   TemporaryFolder()
@@ -715,12 +781,6 @@ TEST_F(Win32PresenterTest, PicturesAreWritten) {
     EXPECT_THROW(driver.Screenshot(form, folder.File("no/such.png")), RuntimeError);
     if (const char* keep = std::getenv("VARDO_PICTURE")) std::filesystem::copy_file(file, keep);
   });
-}
-
-// The message box over a window; null while there is none.
-HWND MessageOver(HWND owner) {
-  const HWND popup = GetLastActivePopup(owner);
-  return popup != owner && IsWindowVisible(popup) ? popup : nullptr;
 }
 
 TEST_F(Win32PresenterTest, MessageBoxesStandOverTheTopForm) {

@@ -54,6 +54,7 @@ FormWindowClass::~FormWindowClass() { UnregisterClassW(kClass, OwnModule()); }
 
 FormWindow::FormWindow(Form& form, HWND owner) : form_(form), owner_(owner) {
   const VisualStyles styled;
+  const OwnPixels sharp;
   const RECT screen = ScreenOf(owner).pixels;
   CreateWindowExW(kExtendedStyle, kClass, ToWide(form.Caption()).c_str(), kStyle, static_cast<int>(screen.left),
                   static_cast<int>(screen.top), 0, 0, owner, nullptr, OwnModule(), this);

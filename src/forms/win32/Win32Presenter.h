@@ -1,6 +1,6 @@
 // Forms as windows of Windows: shown to a person, or driven by a program through window messages.
-//   All calls come from the thread that made it, the one whose windows the forms stand over. The windows are as aware of the
-//   screen's resolution as their host is, and follow it from screen to screen.
+//   All calls come from the thread that made it, the one whose windows the forms stand over. The windows follow the
+//   resolution of the screen they are on, whether their host does or not.
 #pragma once
 
 #include "forms/FormPresenter.h"

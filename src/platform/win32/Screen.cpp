@@ -8,6 +8,7 @@
 namespace vardo {
 
 Screen ScreenOf(HWND window) {
+  const OwnPixels pixels;
   const HMONITOR monitor = MonitorFromWindow(window, MONITOR_DEFAULTTOPRIMARY);
   MONITORINFO info = {};
   info.cbSize = sizeof info;

@@ -83,6 +83,7 @@ HtmlHelpFunction HtmlHelp() {
 
 void Win32Platform::ShowMessage(std::string_view text, std::string_view title, int style) {
   const VisualStyles styled;
+  const OwnPixels sharp;
   MessageBoxW(owner_(), ToWide(text).c_str(), ToWide(title).c_str(), static_cast<UINT>(style));
 }
 
