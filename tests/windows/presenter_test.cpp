@@ -284,6 +284,79 @@ TEST_F(Win32PresenterTest, ScreenReadersFindEachBoxByItsLabel) {
   });
 }
 
+// Windows' own service that names windows for screen readers, noting what it is told.
+class NotedNames : public IAccPropServices, public IClassFactory {
+ public:
+  NotedNames() {
+    IUnknown* const self = static_cast<IClassFactory*>(this);
+    CoRegisterClassObject(CLSID_AccPropServices, self, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie_);
+  }
+  ~NotedNames() { CoRevokeClassObject(cookie_); }
+  NotedNames(const NotedNames&) = delete;
+  NotedNames& operator=(const NotedNames&) = delete;
+
+  std::vector<std::pair<HWND, std::string>> names;
+
+  HRESULT STDMETHODCALLTYPE SetHwndPropStr(HWND window, DWORD object, DWORD child, MSAAPROPID property, LPCWSTR text) override {
+    EXPECT_EQ(object, static_cast<DWORD>(OBJID_CLIENT));
+    EXPECT_EQ(child, static_cast<DWORD>(CHILDID_SELF));
+    EXPECT_TRUE(IsEqualGUID(property, PROPID_ACC_NAME));
+    names.emplace_back(window, FromWide(text));
+    return S_OK;
+  }
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
+    *object = nullptr;
+    if (IsEqualGUID(id, IID_IAccPropServices)) *object = static_cast<IAccPropServices*>(this);
+    if (IsEqualGUID(id, IID_IUnknown) || IsEqualGUID(id, IID_IClassFactory)) *object = static_cast<IClassFactory*>(this);
+    return *object ? S_OK : E_NOINTERFACE;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return 2; }
+  ULONG STDMETHODCALLTYPE Release() override { return 1; }
+  HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID id, void** object) override { return QueryInterface(id, object); }
+  HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
+
+  // Nobody is to call these.
+  HRESULT STDMETHODCALLTYPE SetPropValue(const BYTE*, DWORD, MSAAPROPID, VARIANT) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE SetPropServer(const BYTE*, DWORD, const MSAAPROPID*, int, IAccPropServer*, AnnoScope) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE ClearProps(const BYTE*, DWORD, const MSAAPROPID*, int) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE SetHwndProp(HWND, DWORD, DWORD, MSAAPROPID, VARIANT) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE SetHwndPropServer(HWND, DWORD, DWORD, const MSAAPROPID*, int, IAccPropServer*, AnnoScope) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE ClearHwndProps(HWND, DWORD, DWORD, const MSAAPROPID*, int) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE ComposeHwndIdentityString(HWND, DWORD, DWORD, BYTE**, DWORD*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE DecomposeHwndIdentityString(const BYTE*, DWORD, HWND*, DWORD*, DWORD*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE SetHmenuPropStr(HMENU, DWORD, MSAAPROPID, LPCWSTR) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE SetHmenuProp(HMENU, DWORD, MSAAPROPID, VARIANT) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE SetHmenuPropServer(HMENU, DWORD, const MSAAPROPID*, int, IAccPropServer*, AnnoScope) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE ClearHmenuProps(HMENU, DWORD, const MSAAPROPID*, int) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE ComposeHmenuIdentityString(HMENU, DWORD, BYTE**, DWORD*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE DecomposeHmenuIdentityString(const BYTE*, DWORD, HMENU*, DWORD*) override { return E_NOTIMPL; }
+
+ private:
+  DWORD cookie_ = 0;
+};
+
+// Two boxes behind one label.
+class PairForm : public Form {
+ public:
+  PairForm() : Form("PairForm", "Pair") { lblRange.SetCaption("Least && &most:"); }
+  Label lblRange{*this, "lblRange"};
+  TextBox txtLeast{*this, "txtLeast"}, txtMost{*this, "txtMost"};
+};
+
+TEST_F(Win32PresenterTest, ScreenReadersAreToldTheLabelOfABoxThatDoesNotFollowIt) {
+  NotedNames service;
+  WithWindow<PairForm>([&](PairForm&, HWND window, Win32Presenter&) {
+    EXPECT_THAT(service.names, ElementsAre(testing::Pair(Find(window, "txtMost"), "Least & most")));
+  });
+}
+
 TEST_F(Win32PresenterTest, WhatTheProgramChangesIsSeen) {
   WithWindow<TestForm>([](TestForm& form, HWND window, Win32Presenter&) {
     form.txtValue.SetText("42");

@@ -6,7 +6,6 @@
 #include <initguid.h>
 #include <oleacc.h>
 
-#include <algorithm>
 #include <memory>
 
 namespace vardo {
@@ -16,9 +15,14 @@ struct Releaser {
   void operator()(IUnknown* object) const { object->Release(); }
 };
 
+// What is read of a caption: "&" marks the letter behind it, which may be another "&".
 std::wstring NameIn(const std::string& caption) {
-  std::wstring name = ToWide(caption);
-  name.erase(std::remove(name.begin(), name.end(), L'&'), name.end());
+  const std::wstring marked = ToWide(caption);
+  std::wstring name;
+  for (size_t at = 0; at < marked.size(); ++at) {
+    if (marked[at] == L'&' && at + 1 < marked.size()) ++at;
+    name += marked[at];
+  }
   if (!name.empty() && name.back() == L':') name.pop_back();
   return name;
 }
