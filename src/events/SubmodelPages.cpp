@@ -93,7 +93,7 @@ void OpenSubmodelPage(const IVShapePtr& process) {
     page->SetName(target);
     AddCloseAction(page->PageSheet());
     SetPropList(process, kSubPage, target);
-  } catch (const AutomationError&) {
+  } catch (...) {
     TakeBack(page, parent);
     throw;
   }

@@ -14,10 +14,11 @@ struct Instance {
 };
 
 FormPresenter* presenter = nullptr;
-std::vector<Instance> instances;
+// The forms are not destroyed with the process: should it end while one is shown, what the form refers to may be gone already.
+std::vector<Instance>& instances = *new std::vector<Instance>;
 std::vector<Form*> modalForms;
 // Unloaded while their own handler was running; destroyed when their modal loop has ended.
-std::vector<std::unique_ptr<Form>> unloaded;
+std::vector<std::unique_ptr<Form>>& unloaded = *new std::vector<std::unique_ptr<Form>>;
 
 bool InModalLoop(const Form& form) { return std::find(modalForms.begin(), modalForms.end(), &form) != modalForms.end(); }
 
