@@ -3,6 +3,7 @@
 #include "addin/host/HostError.h"
 #include "forms/Forms.h"
 #include "forms/win32/Keys.h"
+#include "forms/win32/MessageLoop.h"
 #include "forms/win32/Picture.h"
 #include "platform/win32/WideText.h"
 
@@ -23,39 +24,6 @@ class OnTop {
   std::vector<FormWindow*>& windows_;
 };
 
-// Passes on what ends a loop of messages to the loop below.
-class QuitWish {
- public:
-  QuitWish() = default;
-  ~QuitWish() {
-    if (wished_) PostQuitMessage(code_);
-  }
-  QuitWish(const QuitWish&) = delete;
-  QuitWish& operator=(const QuitWish&) = delete;
-
-  void Note(const MSG& quit) {
-    wished_ = true;
-    code_ = static_cast<int>(quit.wParam);
-  }
-  bool IsWished() const { return wished_; }
-
- private:
-  bool wished_ = false;
-  int code_ = 0;
-};
-
-// A window that was just shown may not have been drawn yet, wherever the screen is another program's.
-void AwaitQuietScreen() {
-  constexpr DWORD kQuiet = 50;  // milliseconds
-  do Win32Presenter::ProcessEvents();
-  while (MsgWaitForMultipleObjects(0, nullptr, FALSE, kQuiet, QS_ALLINPUT) == WAIT_OBJECT_0);
-}
-
-void Dispatch(const MSG& message) {
-  TranslateMessage(&message);
-  DispatchMessageW(&message);
-}
-
 }  // namespace
 
 void Win32Presenter::RunModal(Form& form) {
@@ -74,7 +42,7 @@ void Win32Presenter::Serve(FormWindow& window) {
     MSG message;
     while (form.IsShown() && window.window() && !quit.IsWished()) {
       if (GetMessageW(&message, nullptr, 0, 0) > 0)
-        Dispatch(message);
+        DispatchOne(message);
       else
         quit.Note(message);
     }
@@ -84,17 +52,6 @@ void Win32Presenter::Serve(FormWindow& window) {
 }
 
 void Win32Presenter::Closed(Form& form) { Window(form).Close(); }
-
-void Win32Presenter::ProcessEvents() {
-  QuitWish quit;
-  MSG message;
-  while (!quit.IsWished() && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-    if (message.message == WM_QUIT)
-      quit.Note(message);
-    else
-      Dispatch(message);
-  }
-}
 
 void Win32Presenter::Focus(Control& control) {
   control.form().RequireFocusable(control);
@@ -136,7 +93,6 @@ void Win32Presenter::Key(Form& form, std::string_view name) {
 
 void Win32Presenter::Screenshot(Form& form, const std::string& file) {
   FormWindow& window = Window(form);
-  AwaitQuietScreen();
   if (!SavePicture(window.window(), file))
     throw RuntimeError(5, "No picture of " + form.name() + " could be written to " + file + ".");
 }
