@@ -330,8 +330,11 @@ class ComboView : public TypingView {
   }
 
   void AddNewItems() {
-    for (auto at = static_cast<size_t>(Send(window(), CB_GETCOUNT)); at < combo_.Items().size(); ++at)
-      SendText(window(), CB_ADDSTRING, 0, combo_.Items()[at]);
+    const auto known = static_cast<size_t>(Send(window(), CB_GETCOUNT));
+    if (known == combo_.Items().size()) return;
+    Send(list_, WM_SETREDRAW, FALSE);
+    for (size_t at = known; at < combo_.Items().size(); ++at) SendText(window(), CB_ADDSTRING, 0, combo_.Items()[at]);
+    Send(list_, WM_SETREDRAW, TRUE);
   }
 
   void OpenOrClose() {
