@@ -513,10 +513,11 @@ TEST_F(Win32PresenterTest, AccessKeysWorkAgainAfterTheFormAboveHasClosed) {
   Win32Presenter* driver = nullptr;
   std::vector<std::string> shown;
   PumpedPresenter presenter([&](Form& form) {
-    ProcessMessages();
+    AwaitQuietScreen();
     shown.push_back(form.name());
     if (form.name() == "SubForm") return PressKey(VK_ESCAPE);
     driver->Click(*form.Find("cmdAdd"));
+    AwaitQuietScreen();
     PressKey('V', VK_MENU);
     EXPECT_EQ(form.Focus()->name(), "txtValue");
   });

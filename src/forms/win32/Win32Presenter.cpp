@@ -2,6 +2,7 @@
 
 #include "addin/host/HostError.h"
 #include "forms/Forms.h"
+#include "forms/win32/Hands.h"
 #include "forms/win32/Keys.h"
 #include "forms/win32/MessageLoop.h"
 #include "forms/win32/Picture.h"
@@ -55,34 +56,34 @@ void Win32Presenter::Closed(Form& form) { Window(form).Close(); }
 
 void Win32Presenter::Focus(Control& control) {
   control.form().RequireFocusable(control);
-  View(control).GoTo();
+  GoTo(WindowOf(control));
 }
 
 void Win32Presenter::Type(TextControl& control, std::string_view text) {
   const auto* combo = dynamic_cast<const ComboBox*>(&control);
   if (combo && combo->PickOnly()) return Pick(control, control.form().RequireOffered(*combo, text));
   control.form().RequireFocusable(control);
-  View(control).Type(ToWide(text));
+  TypeInto(WindowOf(control), ToWide(text));
 }
 
 void Win32Presenter::Pick(Control& control, int index) {
   control.form().RequireItem(control, index);
-  View(control).Pick(index);
+  PickItem(WindowOf(control), index);
 }
 
 void Win32Presenter::Check(CheckBox& control, bool checked) {
   Focus(control);
-  if (control.Checked() != checked && control.Shown()) View(control).Click();
+  if (control.Checked() != checked && control.Shown()) ClickOn(WindowOf(control));
 }
 
 void Win32Presenter::Click(Control& control) {
   control.form().RequireFocusable(control);
-  View(control).Click();
+  ClickOn(WindowOf(control));
 }
 
 void Win32Presenter::DblClick(Control& control) {
   control.form().RequireFocusable(control);
-  View(control).DblClick();
+  DoubleClickOn(WindowOf(control));
 }
 
 void Win32Presenter::Key(Form& form, std::string_view name) {
@@ -112,6 +113,6 @@ FormWindow& Win32Presenter::Window(const Form& form) const {
   throw RuntimeError(5, form.name() + " is not shown.");
 }
 
-ControlView& Win32Presenter::View(const Control& control) const { return Window(control.form()).View(control); }
+HWND Win32Presenter::WindowOf(const Control& control) const { return Window(control.form()).View(control).window(); }
 
 }  // namespace vardo

@@ -47,7 +47,7 @@ class Win32Presenter : public FormPresenter, public FormDriver {
  private:
   FormWindow* Find(const Form& form) const;
   FormWindow& Window(const Form& form) const;
-  ControlView& View(const Control& control) const;
+  HWND WindowOf(const Control& control) const;
   void Serve(FormWindow& window);
 
   std::function<HWND()> owner_;
