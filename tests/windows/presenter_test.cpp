@@ -88,12 +88,16 @@ class WhenPossible {
 
 class Win32PresenterTest : public PresenterTest {
  protected:
+  // However slow the machine is, two presses without a pause are a double click.
+  Win32PresenterTest() { SetDoubleClickTime(5000); }
+  ~Win32PresenterTest() override { SetDoubleClickTime(0); }
+
   // Shows the form and runs the body on it; the window is that of the form.
   template <class F>
   void WithWindow(const std::function<void(F&, HWND, Win32Presenter&)>& body) {
     Win32Presenter* driver = nullptr;
     PumpedPresenter presenter([&](Form& form) {
-      ProcessMessages();
+      AwaitQuietScreen();
       ASSERT_EQ(GetActiveWindow(), driver->WindowOf(form));
       body(dynamic_cast<F&>(form), driver->WindowOf(form), *driver);
     });
