@@ -10,6 +10,7 @@
 #include <chrono>
 #include <iostream>
 #include <memory>
+#include <optional>
 
 namespace vardo {
 namespace {
@@ -31,13 +32,13 @@ template <class Presenter>
 int RunWith(const ScriptOptions& options, ScriptRunner::LineSource lines) {
   const std::unique_ptr<Platform> machine = MakeNativePlatform();
   AddinSession session(!options.withoutAddin);
-  ModelDesktop desktop(*machine);
-  ScriptRunner runner(session, desktop, std::move(lines), std::cout);
-  Presenter presenter([&runner](Form&) { runner.Serve(); });
-  desktop.UseForms(presenter, presenter);
+  std::optional<ScriptRunner> runner;
+  Presenter presenter([&runner](Form&) { runner->Serve(); });
+  ModelDesktop desktop(*machine, presenter, presenter);
+  runner.emplace(session, desktop, std::move(lines), std::cout);
   if (!options.file.empty()) session.Open(options.file);
-  runner.Serve();
-  return runner.Status();
+  runner->Serve();
+  return runner->Status();
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 #include "automation_script/MessageBoxSeen.h"
 
-#include "automation_script/Hands.h"
+#include "forms/win32/Hands.h"
 
 #include <array>
 #include <cwchar>

@@ -1,7 +1,7 @@
 #include "automation_script/WindowDesktop.h"
 
 #include "addin/host/HostError.h"
-#include "automation_script/Hands.h"
+#include "forms/win32/Hands.h"
 #include "automation_script/MessageBoxSeen.h"
 #include "forms/win32/Keys.h"
 #include "forms/win32/Picture.h"
@@ -120,11 +120,7 @@ void WindowDesktop::HelpShown(const std::string& file, const std::string& topic)
   if (theDesktop) theDesktop->listener_->HelpShown(file, topic);
 }
 
-std::vector<std::string> WindowDesktop::LoadedForms() {
-  std::vector<std::string> names;
-  for (const HWND form : forms_) names.push_back(FormName(form));
-  return names;
-}
+std::vector<std::string> WindowDesktop::LoadedForms() { return MarkedForms(); }
 
 std::string WindowDesktop::TopForm() { return forms_.empty() ? "" : FormName(forms_.back()); }
 
@@ -180,7 +176,6 @@ void WindowDesktop::Key(const std::string& key) {
 
 void WindowDesktop::Screenshot(const std::string& file) {
   const HWND form = Front();
-  UpdateWindow(form);
   if (!SavePicture(form, file)) throw RuntimeError(5, "No picture of " + FormName(form) + " could be written to " + file + ".");
 }
 

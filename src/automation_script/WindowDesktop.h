@@ -26,7 +26,6 @@ class WindowDesktop : public Desktop {
   TwipsSize ScreenSize() override { return screen_.Size(); }
   // To the nearest pixel.
   void SetScreenSize(const TwipsSize& size) override { screen_.SetSize(size); }
-  // A form that is loaded but not shown has no window.
   std::vector<std::string> LoadedForms() override;
   std::string TopForm() override;
   FormSeen SeeForm() override;

@@ -16,6 +16,7 @@
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cstdio>
 #include <iostream>
 #include <memory>
@@ -29,6 +30,19 @@ struct Options {
   std::string addin = "automation";
   std::string file;  // empty: none is opened
   bool withoutAddin = false;
+  std::vector<std::string> addOns;
+};
+
+// The machine, with add-ons that count as installed and that nothing starts.
+class MachineOfScript : public ForwardingPlatform {
+ public:
+  MachineOfScript(Platform& machine, const std::vector<std::string>& addOns) : ForwardingPlatform(machine), addOns_(addOns) {}
+  bool RunAddOn(std::string_view name) override {
+    return std::find(addOns_.begin(), addOns_.end(), name) != addOns_.end() || ForwardingPlatform::RunAddOn(name);
+  }
+
+ private:
+  const std::vector<std::string>& addOns_;
 };
 
 // A thread as Visio's is.
@@ -85,8 +99,9 @@ class Servant {
 
 int RunScript(const Options& options) {
   const HostThread thread;
-  const std::unique_ptr<Platform> machine = MakeNativePlatform();
-  SetPlatform(machine.get());
+  const std::unique_ptr<Platform> native = MakeNativePlatform();
+  MachineOfScript machine(*native, options.addOns);
+  SetPlatform(&machine);
   auto addin = std::make_unique<AutomationAddin>();
   const HMODULE library = addin->library();
   AddinSession session(!options.withoutAddin, std::move(addin));
@@ -126,6 +141,9 @@ int Main() {
   app.add_option("FILE", options.file, "The drawing to open first");
   app.add_option("--addin", options.addin, "Where the add-in is")->check(CLI::IsMember({"automation"}));
   app.add_flag("--no-addin", options.withoutAddin, "Do not start the add-in when a drawing is opened");
+  app.add_option("--addon", options.addOns, "An add-on that counts as installed; choosing it starts nothing")
+      ->take_all()
+      ->allow_extra_args(false);
   app.footer("Example:\n  vardo-script --addin automation bank.vsdx < story.jsonl\n");
   try {
     app.parse(Arguments());

@@ -11,6 +11,9 @@ namespace vardo {
 class FormPresenter {
  public:
   virtual ~FormPresenter() = default;
+  // An instance has been made, and is about to go: it can be shown between the two.
+  virtual void Loaded(Form& /*form*/) {}
+  virtual void Unloaded(Form& /*form*/) {}
   // Shows the form over the one shown before and returns when form.IsShown() has become false.
   virtual void RunModal(Form& form) = 0;
   // The form has just been closed, by a handler that is still running: RunModal returns when that handler has.

@@ -57,6 +57,7 @@ Form* FindInstance(std::type_index type) {
 Form& KeepInstance(std::type_index type, std::unique_ptr<Form> form) {
   Form& kept = *form;
   instances.push_back({type, std::move(form)});
+  if (presenter) presenter->Loaded(kept);
   kept.Form_Load();
   return kept;
 }
@@ -85,6 +86,7 @@ void Unload(Form& form) {
   Close(form);
   const auto found = std::find_if(instances.begin(), instances.end(), [&](const Instance& i) { return i.form.get() == &form; });
   if (found == instances.end()) return;
+  if (presenter) presenter->Unloaded(form);
   std::unique_ptr<Form> gone = std::move(found->form);
   instances.erase(found);
   if (InModalLoop(form)) unloaded.push_back(std::move(gone));

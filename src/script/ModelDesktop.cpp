@@ -48,6 +48,8 @@ class ModelDesktop::OwnPlatform : public ForwardingPlatform {
 class ModelDesktop::OwnPresenter : public FormPresenter {
  public:
   OwnPresenter(ModelDesktop& desktop, FormPresenter& toolkit) : desktop_(desktop), toolkit_(toolkit) {}
+  void Loaded(Form& form) override { toolkit_.Loaded(form); }
+  void Unloaded(Form& form) override { toolkit_.Unloaded(form); }
   void RunModal(Form& form) override {
     desktop_.listener_->FormShown(form.name(), form.Caption());
     toolkit_.RunModal(form);
@@ -62,20 +64,18 @@ class ModelDesktop::OwnPresenter : public FormPresenter {
   FormPresenter& toolkit_;
 };
 
-ModelDesktop::ModelDesktop(Platform& machine) : platform_(std::make_unique<OwnPlatform>(*this, machine)) {
+ModelDesktop::ModelDesktop(Platform& machine, FormPresenter& presenter, FormDriver& driver)
+    : platform_(std::make_unique<OwnPlatform>(*this, machine)),
+      presenter_(std::make_unique<OwnPresenter>(*this, presenter)),
+      driver_(driver) {
   SetPlatform(platform_.get());
+  SetFormPresenter(presenter_.get());
 }
 
 ModelDesktop::~ModelDesktop() {
   UnloadAllForms();
   SetFormPresenter(nullptr);
   SetPlatform(nullptr);
-}
-
-void ModelDesktop::UseForms(FormPresenter& presenter, FormDriver& driver) {
-  presenter_ = std::make_unique<OwnPresenter>(*this, presenter);
-  driver_ = &driver;
-  SetFormPresenter(presenter_.get());
 }
 
 std::vector<std::string> ModelDesktop::LoadedForms() { return vardo::LoadedForms(); }
@@ -92,13 +92,13 @@ FormSeen ModelDesktop::SeeForm() {
   return seen;
 }
 
-void ModelDesktop::Focus(const std::string& control) { driver_->Focus(Named(control)); }
-void ModelDesktop::Type(const std::string& control, const std::string& text) { driver_->Type(Named<TextControl>(control), text); }
-void ModelDesktop::Pick(const std::string& control, int index) { driver_->Pick(Named(control), index); }
-void ModelDesktop::Check(const std::string& control, bool checked) { driver_->Check(Named<CheckBox>(control), checked); }
-void ModelDesktop::Click(const std::string& control) { driver_->Click(Named(control)); }
-void ModelDesktop::DblClick(const std::string& control) { driver_->DblClick(Named(control)); }
-void ModelDesktop::Key(const std::string& key) { driver_->Key(*vardo::TopForm(), key); }
-void ModelDesktop::Screenshot(const std::string& file) { driver_->Screenshot(*vardo::TopForm(), file); }
+void ModelDesktop::Focus(const std::string& control) { driver_.Focus(Named(control)); }
+void ModelDesktop::Type(const std::string& control, const std::string& text) { driver_.Type(Named<TextControl>(control), text); }
+void ModelDesktop::Pick(const std::string& control, int index) { driver_.Pick(Named(control), index); }
+void ModelDesktop::Check(const std::string& control, bool checked) { driver_.Check(Named<CheckBox>(control), checked); }
+void ModelDesktop::Click(const std::string& control) { driver_.Click(Named(control)); }
+void ModelDesktop::DblClick(const std::string& control) { driver_.DblClick(Named(control)); }
+void ModelDesktop::Key(const std::string& key) { driver_.Key(*vardo::TopForm(), key); }
+void ModelDesktop::Screenshot(const std::string& file) { driver_.Screenshot(*vardo::TopForm(), file); }
 
 }  // namespace vardo

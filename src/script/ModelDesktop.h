@@ -10,11 +10,10 @@ namespace vardo {
 
 class ModelDesktop : public Desktop {
  public:
-  // Answers for the machine's screen, messages and help while it lives.
-  explicit ModelDesktop(Platform& machine);
+  // Answers for the machine's screen, messages and help while it lives, and has the forms shown by a toolkit. All must outlive
+  // it.
+  ModelDesktop(Platform& machine, FormPresenter& presenter, FormDriver& driver);
   ~ModelDesktop() override;
-  // The toolkit that shows the forms; both must outlive this.
-  void UseForms(FormPresenter& presenter, FormDriver& driver);
 
   void SetListener(DesktopListener& listener) override { listener_ = &listener; }
   TwipsSize ScreenSize() override { return screen_; }
@@ -39,7 +38,7 @@ class ModelDesktop : public Desktop {
   TwipsSize screen_ = kUsualScreen;
   std::unique_ptr<OwnPlatform> platform_;
   std::unique_ptr<OwnPresenter> presenter_;
-  FormDriver* driver_ = nullptr;
+  FormDriver& driver_;
 };
 
 }  // namespace vardo

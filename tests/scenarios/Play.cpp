@@ -21,7 +21,7 @@ TemporaryFolder::~TemporaryFolder() {
 }
 
 std::optional<std::string> Play::NextRequest() {
-  if (AtLastRequest()) return std::nullopt;
+  if (next_ == scenario_.requests.size()) return std::nullopt;
   CheckPrevious();
   return scenario_.requests[next_++].text;
 }

@@ -33,7 +33,6 @@ class Play {
   std::ostream& output() { return output_; }
   // None after the last.
   std::optional<std::string> NextRequest();
-  bool AtLastRequest() const { return next_ == scenario_.requests.size(); }
   // The lines that the end of the input brings belong to the last request.
   void End(int status);
   bool Failed() const { return failed_; }

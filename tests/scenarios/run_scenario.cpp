@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <optional>
 
 #ifdef VARDO_SCENARIO_QT
 #include "forms/qt/QtPresenter.h"
@@ -67,13 +68,13 @@ bool Succeeds(const Scenario& scenario) {
   ScenarioMachine machine(*native, scenario);
   Play play(scenario);
   AddinSession session(scenario.withAddin);
-  ModelDesktop desktop(machine);
-  ScriptRunner runner(
+  std::optional<ScriptRunner> runner;
+  Presenter presenter([&runner](Form&) { runner->Serve(); });
+  ModelDesktop desktop(machine, presenter, presenter);
+  runner.emplace(
       session, desktop, [&play] { return play.NextRequest(); }, play.output());
-  Presenter presenter([&runner](Form&) { runner.Serve(); });
-  desktop.UseForms(presenter, presenter);
-  runner.Serve();
-  play.End(runner.Status());
+  runner->Serve();
+  play.End(runner->Status());
   return !play.Failed();
 }
 

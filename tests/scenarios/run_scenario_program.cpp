@@ -1,7 +1,7 @@
 // run_scenario_program DATA-FOLDER FILE PROGRAM ARGS...: runs one scenario with a program that speaks the script language, over
 // pipes, and says what came otherwise than expected. Exit status 0 when nothing did.
-//   Each request is followed at once by a question whose answer tells that nothing more comes of it: the program must keep lines
-//   in order however fast they come.
+//   All requests are written at once, each with a question behind it whose answer tells that nothing more comes of it: the
+//   program must keep lines in order however fast they come.
 #include "Play.h"
 
 #include <windows.h>
@@ -59,16 +59,17 @@ class Program {
     });
   }
 
-  ~Program() { EndInput(); }
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
 
-  void Write(const std::string& line) {
-    const std::string bytes = line + "\n";
-    DWORD written = 0;
-    WriteFile(toProgram_.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+  // All that the program is to read. Once, and does not wait for it.
+  void Write(std::string input) {
+    writer_ = std::jthread([this, input = std::move(input)] {
+      DWORD written = 0;
+      WriteFile(toProgram_.get(), input.data(), static_cast<DWORD>(input.size()), &written, nullptr);
+      toProgram_.Close();
+    });
   }
-  void EndInput() { toProgram_.Close(); }
 
   std::optional<std::string> ReadLine() {
     for (;;) {
@@ -100,7 +101,7 @@ class Program {
 
   Handle toProgram_, fromProgram_, process_;
   std::string waiting_;
-  std::jthread watchdog_;
+  std::jthread watchdog_, writer_;
 };
 
 // Puts the scenario's values into the user's registry while it lives.
@@ -130,27 +131,36 @@ bool IsMarked(const std::string& line) {
   return reply.is_object() && reply.contains("id") && reply["id"] == kMark;
 }
 
+// A question behind the last request would be the last command, which decides on the exit status.
+std::string InputOf(const Scenario& scenario) {
+  const std::string question = ScenarioJson{{"do", "page.active"}, {"id", kMark}}.dump() + "\n";
+  std::string input;
+  for (const auto& request : scenario.requests) input += (input.empty() ? "" : question) + request.text + "\n";
+  return input;
+}
+
 void PlayWith(Program& program, Play& play) {
-  const std::string question = ScenarioJson{{"do", "page.active"}, {"id", kMark}}.dump();
-  while (const auto request = play.NextRequest()) {
-    program.Write(*request);
-    // A question of our own would be the last command, which decides on the exit status.
-    if (play.AtLastRequest())
-      program.EndInput();
-    else
-      program.Write(question);
+  while (play.NextRequest())
     while (const auto line = program.ReadLine()) {
       if (IsMarked(*line)) break;
       play.output() << *line << '\n';
     }
-  }
   play.End(program.Status());
 }
 
-std::wstring CommandLine(int count, wchar_t** words) {
+// As programs take their command line apart; no word ends in a backslash or has one before a quotation mark.
+std::wstring Quoted(const std::wstring& word) {
+  std::wstring quoted = L" \"";
+  for (const wchar_t character : word) quoted += character == L'"' ? L"\\\"" : std::wstring(1, character);
+  return quoted + L"\"";
+}
+
+std::wstring CommandLine(int count, wchar_t** words, const Scenario& scenario) {
   std::wstring line;
-  for (int i = 0; i < count; ++i) line += (i ? L" \"" : L"\"") + std::wstring(words[i]) + L"\"";
-  return line;
+  for (int i = 0; i < count; ++i) line += Quoted(words[i]);
+  if (!scenario.withAddin) line += L" --no-addin";
+  for (const std::string& addOn : scenario.addOns) line += L" --addon" + Quoted(std::filesystem::u8path(addOn).wstring());
+  return line.substr(1);
 }
 
 }  // namespace
@@ -163,7 +173,8 @@ int wmain(int argc, wchar_t** argv) try {
   const Scenario scenario = ReadScenario(
       argv[2], {{"${TMP}", temporary.path().generic_string()}, {"${DATA}", std::filesystem::path(argv[1]).generic_string()}});
   const RegistryValues registry(scenario);
-  Program program(CommandLine(argc - 3, argv + 3) + (scenario.withAddin ? L"" : L" --no-addin"));
+  Program program(CommandLine(argc - 3, argv + 3, scenario));
+  program.Write(InputOf(scenario));
   Play play(scenario);
   PlayWith(program, play);
   return play.Failed() ? 1 : 0;

@@ -2,6 +2,7 @@
 // same traces.
 #include "../unit/PresenterScripts.h"
 #include "forms/win32/Keys.h"
+#include "forms/win32/MessageLoop.h"
 #include "forms/win32/Win32Presenter.h"
 #include "forms/win32/WindowNames.h"
 #include "platform/win32/Screen.h"
@@ -89,12 +90,16 @@ class WhenPossible {
 
 class Win32PresenterTest : public PresenterTest {
  protected:
+  // However slow the machine is, two presses without a pause are a double click.
+  Win32PresenterTest() { SetDoubleClickTime(5000); }
+  ~Win32PresenterTest() override { SetDoubleClickTime(0); }
+
   // Shows the form and runs the body on it; the window is that of the form.
   template <class F>
   void WithWindow(const std::function<void(F&, HWND, Win32Presenter&)>& body) {
     Win32Presenter* driver = nullptr;
     PumpedPresenter presenter([&](Form& form) {
-      Win32Presenter::ProcessEvents();
+      AwaitQuietScreen();
       ASSERT_EQ(GetActiveWindow(), driver->WindowOf(form));
       body(dynamic_cast<F&>(form), driver->WindowOf(form), *driver);
     });
@@ -164,7 +169,7 @@ void KeyEvent(WORD key, bool up) {
   input.ki.wScan = static_cast<WORD>(MapVirtualKeyW(key, MAPVK_VK_TO_VSC));
   input.ki.dwFlags = up ? KEYEVENTF_KEYUP : 0;
   SendInput(1, &input, sizeof input);
-  Win32Presenter::ProcessEvents();
+  ProcessMessages();
 }
 
 void PressKey(WORD key, WORD held = 0) {
@@ -184,13 +189,13 @@ void MouseEvent(DWORD flags) {
   input.type = INPUT_MOUSE;
   input.mi.dwFlags = flags;
   SendInput(1, &input, sizeof input);
-  Win32Presenter::ProcessEvents();
+  ProcessMessages();
 }
 
 void ClickAt(HWND window, POINT at) {
   ClientToScreen(window, &at);
   SetCursorPos(at.x, at.y);
-  Win32Presenter::ProcessEvents();
+  ProcessMessages();
   MouseEvent(MOUSEEVENTF_LEFTDOWN);
   MouseEvent(MOUSEEVENTF_LEFTUP);
 }
@@ -587,10 +592,11 @@ TEST_F(Win32PresenterTest, AccessKeysWorkAgainAfterTheFormAboveHasClosed) {
   Win32Presenter* driver = nullptr;
   std::vector<std::string> shown;
   PumpedPresenter presenter([&](Form& form) {
-    Win32Presenter::ProcessEvents();
+    AwaitQuietScreen();
     shown.push_back(form.name());
     if (form.name() == "SubForm") return PressKey(VK_ESCAPE);
     driver->Click(*form.Find("cmdAdd"));
+    AwaitQuietScreen();
     PressKey('V', VK_MENU);
     EXPECT_EQ(form.Focus()->name(), "txtValue");
   });

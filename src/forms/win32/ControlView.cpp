@@ -46,28 +46,11 @@ int SendText(HWND window, UINT message, WPARAM wParam, const std::string& text) 
   return Send(window, message, wParam, reinterpret_cast<LPARAM>(ToWide(text).c_str()));
 }
 
-void SendMouse(HWND window, UINT message, POINT at) {
-  SendMessageW(window, message, message == WM_LBUTTONDOWN ? MK_LBUTTON : 0, MAKELPARAM(at.x, at.y));
-}
-
-void SendClick(HWND window, POINT at) {
-  SendMouse(window, WM_LBUTTONDOWN, at);
-  SendMouse(window, WM_LBUTTONUP, at);
-}
-
 COMBOBOXINFO InfoOf(HWND combo) {
   COMBOBOXINFO info = {};
   info.cbSize = sizeof info;
   GetComboBoxInfo(combo, &info);
   return info;
-}
-
-// The middle of a line of a list, which is brought in sight.
-POINT LineOf(HWND list, int index) {
-  RECT line = {};
-  Send(list, LB_SETTOPINDEX, static_cast<WPARAM>(index));
-  Send(list, LB_GETITEMRECT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&line));
-  return {(line.left + line.right) / 2, (line.top + line.bottom) / 2};
 }
 
 // The width of the widest of the texts in the window's font.
@@ -121,13 +104,6 @@ class ButtonView : public CaptionView {
     Mirror();
   }
 
-  // On the left, where a check box has its mark.
-  void Click() override {
-    RECT area = {};
-    GetClientRect(window(), &area);
-    SendClick(window(), {area.bottom / 2, area.bottom / 2});
-  }
-
  private:
   // The focus follows when the button is let go, with the click; without one when the mouse has left the button.
   LRESULT Handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam) override {
@@ -165,14 +141,6 @@ class TypingView : public ControlView {
   void Entered() override { Send(edit_, EM_SETSEL, 0, -1); }
   void Left() override { Send(edit_, EM_SETSEL, 0, 0); }
 
-  void Type(const std::wstring& text) override {
-    GoTo();
-    Send(edit_, EM_SETSEL, 0, -1);
-    if (text.empty()) SendPlainKey(edit_, VK_DELETE);
-    for (const wchar_t unit : text)
-      if (control().Shown()) SendCharacter(unit);
-  }
-
  protected:
   TypingView(TextControl& control, const Parts& parts, bool& mirroring)
       : ControlView(control, parts.window, mirroring), text_(control), edit_(parts.edit) {
@@ -200,14 +168,6 @@ class TypingView : public ControlView {
 
   TextControl& text_;
   HWND edit_;
-
- private:
-  // A character as its key brings it; what no key brings comes as pasting does.
-  void SendCharacter(wchar_t unit) {
-    if (unit >= L' ') return static_cast<void>(SendMessageW(edit_, WM_CHAR, unit, 1));
-    const wchar_t text[] = {unit, 0};
-    SendMessageW(edit_, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text));
-  }
 };
 
 class TextView : public TypingView {
@@ -247,15 +207,6 @@ class ComboView : public TypingView {
     if (code == CBN_SELENDOK) chosen_ = Send(window(), CB_GETCURSEL);
     if (code == CBN_CLOSEUP) Settle();
     if (code == CBN_SELCHANGE && Listens()) Forward([&] { form().UserPick(combo_, chosen_); });
-  }
-
-  // Opens the list and clicks the item.
-  void Pick(int index) override {
-    GoTo();
-    if (!combo_.DroppedDown()) SendPlainKey(edit_, VK_F4);
-    const POINT at = LineOf(list_, index);
-    SendMouse(list_, WM_MOUSEMOVE, at);
-    SendClick(list_, at);
   }
 
  protected:
@@ -328,8 +279,11 @@ class ComboView : public TypingView {
   }
 
   void AddNewItems() {
-    for (auto at = static_cast<size_t>(Send(window(), CB_GETCOUNT)); at < combo_.Items().size(); ++at)
-      SendText(window(), CB_ADDSTRING, 0, combo_.Items()[at]);
+    const auto known = static_cast<size_t>(Send(window(), CB_GETCOUNT));
+    if (known == combo_.Items().size()) return;
+    Send(list_, WM_SETREDRAW, FALSE);
+    for (size_t at = known; at < combo_.Items().size(); ++at) SendText(window(), CB_ADDSTRING, 0, combo_.Items()[at]);
+    Send(list_, WM_SETREDRAW, TRUE);
   }
 
   void OpenOrClose() {
@@ -423,14 +377,6 @@ class ListView : public ControlView {
     if (code == LBN_SELCHANGE) ChooseLine(Send(window(), LB_GETCURSEL));
   }
 
-  void Pick(int index) override {
-    GoTo();
-    SendClick(window(), LineOf(window(), index));
-  }
-
-  // The second press on the line that is selected.
-  void DblClick() override { SendMouse(window(), WM_LBUTTONDBLCLK, LineOf(window(), items_.ListIndex())); }
-
  private:
   static constexpr DWORD kStyle = LBS_NOTIFY | LBS_NOINTEGRALHEIGHT | WS_VSCROLL | WS_HSCROLL;
 
@@ -442,8 +388,9 @@ class ListView : public ControlView {
       FocusTaken();
       return 0;
     }
+    // Windows' own answer would take hold of the mouse, which a dialog of the handler's needs.
     if (message == WM_LBUTTONDBLCLK) {
-      if (Listens()) Forward([&] { form().UserDblClick(items_); });
+      DoubleClicked();
       return 0;
     }
     return ControlView::Handle(window, message, wParam, lParam);
@@ -572,10 +519,8 @@ void ControlView::Mirror() {
   if (visible != control_.IsVisible()) ShowWindow(window_, control_.IsVisible() ? SW_SHOWNA : SW_HIDE);
 }
 
-void ControlView::GoTo() { ::SetFocus(FocusWindow()); }
-
-void ControlView::DblClick() {
-  Forward([&] { form().UserDblClick(control_); });
+void ControlView::DoubleClicked() {
+  if (Listens()) Forward([&] { form().UserDblClick(control_); });
 }
 
 // A person or a screen reader has given the window the keyboard.
@@ -603,6 +548,11 @@ LRESULT ControlView::Handle(HWND window, UINT message, WPARAM wParam, LPARAM lPa
     case WM_SETFOCUS: {
       const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
       if (window == FocusWindow()) FocusTaken();
+      return result;
+    }
+    case WM_LBUTTONDBLCLK: {
+      const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
+      DoubleClicked();
       return result;
     }
     default:

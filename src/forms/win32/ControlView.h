@@ -80,13 +80,6 @@ class ControlView {
   // What the window tells its parent.
   virtual void Notified(WORD) {}
 
-  // --- A person's acts, as messages to the window. They are only for a control that the form says can take them.
-  void GoTo();
-  virtual void Type(const std::wstring&) {}
-  virtual void Pick(int) {}
-  virtual void Click() { GoTo(); }
-  virtual void DblClick();
-
  protected:
   ControlView(Control& control, HWND window, bool& mirroring);
 
@@ -104,6 +97,7 @@ class ControlView {
   // What a person does now is meant for the form.
   bool Listens() const { return !mirroring_ && form().IsShown() && control_.Shown(); }
   void FocusTaken();
+  void DoubleClicked();
 
   bool& mirroring_;
 

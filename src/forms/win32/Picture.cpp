@@ -1,5 +1,6 @@
 #include "forms/win32/Picture.h"
 
+#include "forms/win32/MessageLoop.h"
 #include "platform/win32/WideText.h"
 
 // After windows.h, which they need.
@@ -69,6 +70,7 @@ bool IsOnScreens(const RECT& area) {
 }  // namespace
 
 bool SavePicture(HWND window, const std::string& file) {
+  AwaitQuietScreen();
   RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
   GdiFlush();
   const RECT area = ClientAreaOnScreen(window);

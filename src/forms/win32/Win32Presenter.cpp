@@ -2,7 +2,9 @@
 
 #include "addin/host/HostError.h"
 #include "forms/Forms.h"
+#include "forms/win32/Hands.h"
 #include "forms/win32/Keys.h"
+#include "forms/win32/MessageLoop.h"
 #include "forms/win32/Picture.h"
 #include "platform/win32/WideText.h"
 
@@ -23,39 +25,6 @@ class OnTop {
   std::vector<FormWindow*>& windows_;
 };
 
-// Passes on what ends a loop of messages to the loop below.
-class QuitWish {
- public:
-  QuitWish() = default;
-  ~QuitWish() {
-    if (wished_) PostQuitMessage(code_);
-  }
-  QuitWish(const QuitWish&) = delete;
-  QuitWish& operator=(const QuitWish&) = delete;
-
-  void Note(const MSG& quit) {
-    wished_ = true;
-    code_ = static_cast<int>(quit.wParam);
-  }
-  bool IsWished() const { return wished_; }
-
- private:
-  bool wished_ = false;
-  int code_ = 0;
-};
-
-// A window that was just shown may not have been drawn yet, wherever the screen is another program's.
-void AwaitQuietScreen() {
-  constexpr DWORD kQuiet = 50;  // milliseconds
-  do Win32Presenter::ProcessEvents();
-  while (MsgWaitForMultipleObjects(0, nullptr, FALSE, kQuiet, QS_ALLINPUT) == WAIT_OBJECT_0);
-}
-
-void Dispatch(const MSG& message) {
-  TranslateMessage(&message);
-  DispatchMessageW(&message);
-}
-
 }  // namespace
 
 void Win32Presenter::RunModal(Form& form) {
@@ -74,7 +43,7 @@ void Win32Presenter::Serve(FormWindow& window) {
     MSG message;
     while (form.IsShown() && window.window() && !quit.IsWished()) {
       if (GetMessageW(&message, nullptr, 0, 0) > 0)
-        Dispatch(message);
+        DispatchOne(message);
       else
         quit.Note(message);
     }
@@ -85,47 +54,36 @@ void Win32Presenter::Serve(FormWindow& window) {
 
 void Win32Presenter::Closed(Form& form) { Window(form).Close(); }
 
-void Win32Presenter::ProcessEvents() {
-  QuitWish quit;
-  MSG message;
-  while (!quit.IsWished() && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-    if (message.message == WM_QUIT)
-      quit.Note(message);
-    else
-      Dispatch(message);
-  }
-}
-
 void Win32Presenter::Focus(Control& control) {
   control.form().RequireFocusable(control);
-  View(control).GoTo();
+  GoTo(WindowOf(control));
 }
 
 void Win32Presenter::Type(TextControl& control, std::string_view text) {
   const auto* combo = dynamic_cast<const ComboBox*>(&control);
   if (combo && combo->PickOnly()) return Pick(control, control.form().RequireOffered(*combo, text));
   control.form().RequireFocusable(control);
-  View(control).Type(ToWide(text));
+  TypeInto(WindowOf(control), ToWide(text));
 }
 
 void Win32Presenter::Pick(Control& control, int index) {
   control.form().RequireItem(control, index);
-  View(control).Pick(index);
+  PickItem(WindowOf(control), index);
 }
 
 void Win32Presenter::Check(CheckBox& control, bool checked) {
   Focus(control);
-  if (control.Checked() != checked && control.Shown()) View(control).Click();
+  if (control.Checked() != checked && control.Shown()) ClickOn(WindowOf(control));
 }
 
 void Win32Presenter::Click(Control& control) {
   control.form().RequireFocusable(control);
-  View(control).Click();
+  ClickOn(WindowOf(control));
 }
 
 void Win32Presenter::DblClick(Control& control) {
   control.form().RequireFocusable(control);
-  View(control).DblClick();
+  DoubleClickOn(WindowOf(control));
 }
 
 void Win32Presenter::Key(Form& form, std::string_view name) {
@@ -136,7 +94,6 @@ void Win32Presenter::Key(Form& form, std::string_view name) {
 
 void Win32Presenter::Screenshot(Form& form, const std::string& file) {
   FormWindow& window = Window(form);
-  AwaitQuietScreen();
   if (!SavePicture(window.window(), file))
     throw RuntimeError(5, "No picture of " + form.name() + " could be written to " + file + ".");
 }
@@ -156,6 +113,6 @@ FormWindow& Win32Presenter::Window(const Form& form) const {
   throw RuntimeError(5, form.name() + " is not shown.");
 }
 
-ControlView& Win32Presenter::View(const Control& control) const { return Window(control.form()).View(control); }
+HWND Win32Presenter::WindowOf(const Control& control) const { return Window(control.form()).View(control).window(); }
 
 }  // namespace vardo

@@ -5,10 +5,12 @@
 
 #include "forms/FormPresenter.h"
 #include "forms/win32/FormWindow.h"
+#include "forms/win32/WindowNames.h"
 
 #include <windows.h>
 
 #include <functional>
+#include <unordered_map>
 #include <vector>
 
 namespace vardo {
@@ -17,7 +19,7 @@ class Win32Presenter : public FormPresenter, public FormDriver {
  public:
   // owner says which window a form stands over when no other form is shown; it may say null.
   // Without a pump the person at the screen is served. With one, it acts on the shown form until that is closed and calls
-  // ProcessEvents while it waits; a form still open when it returns is cancelled with Escape.
+  // ProcessMessages while it waits; a form still open when it returns is cancelled with Escape.
   explicit Win32Presenter(std::function<HWND()> owner = GetActiveWindow, std::function<void(Form&)> pump = nullptr)
       : owner_(std::move(owner)), pump_(std::move(pump)) {}
 
@@ -27,6 +29,8 @@ class Win32Presenter : public FormPresenter, public FormDriver {
   HWND WindowOf(const Form& form) const;
 
   // FormPresenter. When the program is to quit meanwhile, the form is cancelled and the wish passed on.
+  void Loaded(Form& form) override { marks_.try_emplace(&form, form.name()); }
+  void Unloaded(Form& form) override { marks_.erase(&form); }
   void RunModal(Form& form) override;
   void Closed(Form& form) override;
 
@@ -40,18 +44,16 @@ class Win32Presenter : public FormPresenter, public FormDriver {
   void Key(Form& form, std::string_view key) override;
   void Screenshot(Form& form, const std::string& file) override;
 
-  // Handles the messages that wait.
-  static void ProcessEvents();
-
  private:
   FormWindow* Find(const Form& form) const;
   FormWindow& Window(const Form& form) const;
-  ControlView& View(const Control& control) const;
+  HWND WindowOf(const Control& control) const;
   void Serve(FormWindow& window);
 
   std::function<HWND()> owner_;
   std::function<void(Form&)> pump_;
   FormWindowClass windowClass_;
+  std::unordered_map<const Form*, LoadedMark> marks_;
   std::vector<FormWindow*> windows_;  // the topmost last
 };
 

@@ -1,7 +1,9 @@
 #include "forms/win32/WindowNames.h"
 
+#include "platform/win32/OwnModule.h"
 #include "platform/win32/WideText.h"
 
+#include <algorithm>
 #include <array>
 
 namespace vardo {
@@ -18,6 +20,27 @@ void NameWindow(HWND window, const wchar_t* property, std::string_view name) {
 
 void UnnameWindow(HWND window, const wchar_t* property) {
   if (const ATOM atom = AtomOf(RemovePropW(window, property))) GlobalDeleteAtom(atom);
+}
+
+LoadedMark::LoadedMark(std::string_view form)
+    : window_(CreateWindowExW(0, L"Static", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, OwnModule(), nullptr)) {
+  if (window_) NameWindow(window_, kFormProperty, form);
+}
+
+LoadedMark::~LoadedMark() {
+  if (!window_) return;
+  UnnameWindow(window_, kFormProperty);
+  DestroyWindow(window_);
+}
+
+// Windows lists the newest first.
+std::vector<std::string> MarkedForms() {
+  std::vector<std::string> names;
+  for (HWND mark = nullptr; (mark = FindWindowExW(HWND_MESSAGE, mark, L"Static", nullptr));)
+    if (GetWindowThreadProcessId(mark, nullptr) == GetCurrentThreadId()) names.push_back(NameOfWindow(mark, kFormProperty));
+  std::erase(names, "");
+  std::reverse(names.begin(), names.end());
+  return names;
 }
 
 std::string NameOfWindow(HWND window, const wchar_t* property) {

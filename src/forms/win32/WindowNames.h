@@ -6,6 +6,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vardo {
 
@@ -16,6 +17,20 @@ inline constexpr const wchar_t* kControlProperty = L"VardoControl";
 inline constexpr const wchar_t* kPlaceProperty = L"VardoPlace";
 
 void NameWindow(HWND window, const wchar_t* property, std::string_view name);
+// A loaded form as others in the process can see it, while this lives: also while the form itself has no window.
+class LoadedMark {
+ public:
+  explicit LoadedMark(std::string_view form);
+  ~LoadedMark();
+  LoadedMark(const LoadedMark&) = delete;
+  LoadedMark& operator=(const LoadedMark&) = delete;
+
+ private:
+  HWND window_;
+};
+// The names of this thread's loaded forms, in the order of loading.
+std::vector<std::string> MarkedForms();
+
 // Before the window is destroyed.
 void UnnameWindow(HWND window, const wchar_t* property);
 

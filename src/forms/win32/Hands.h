@@ -28,7 +28,7 @@ void GoTo(HWND window);
 void TypeInto(HWND window, const std::wstring& text);
 void PickItem(HWND window, int index);
 void ClickOn(HWND window);
-// On the chosen line of a list.
+// In a list on its chosen line.
 void DoubleClickOn(HWND window);
 
 }  // namespace vardo

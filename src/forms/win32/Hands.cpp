@@ -1,4 +1,4 @@
-#include "automation_script/Hands.h"
+#include "forms/win32/Hands.h"
 
 #include "addin/host/HostError.h"
 #include "forms/win32/Keys.h"
@@ -58,6 +58,13 @@ POINT MiddleOfLine(HWND list, int index) {
   Send(list, LB_SETTOPINDEX, static_cast<WPARAM>(index));
   Send(list, LB_GETITEMRECT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&line));
   return {(line.left + line.right) / 2, (line.top + line.bottom) / 2};
+}
+
+// Where a check box has its mark.
+POINT LeftOf(HWND window) {
+  RECT area = {};
+  GetClientRect(window, &area);
+  return {area.bottom / 2, area.bottom / 2};
 }
 
 // A character as its key brings it; what no key brings comes as pasting does.
@@ -133,15 +140,13 @@ void PickItem(HWND window, int index) {
 void ClickOn(HWND window) {
   const ControlKind kind = KindOf(window);
   if (kind != ControlKind::Button && kind != ControlKind::Check) return GoTo(window);
-  // On the left, where a check box has its mark.
-  RECT area = {};
-  GetClientRect(window, &area);
-  PressAt(window, {area.bottom / 2, area.bottom / 2});
+  PressAt(window, LeftOf(window));
 }
 
 void DoubleClickOn(HWND window) {
   GoTo(window);
-  if (KindOf(window) == ControlKind::List) Mouse(window, WM_LBUTTONDBLCLK, MiddleOfLine(window, ChosenItem(window)));
+  const POINT at = KindOf(window) == ControlKind::List ? MiddleOfLine(window, ChosenItem(window)) : LeftOf(window);
+  Mouse(KeyboardWindow(window), WM_LBUTTONDBLCLK, at);
 }
 
 }  // namespace vardo
