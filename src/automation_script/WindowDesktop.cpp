@@ -1,8 +1,8 @@
 #include "automation_script/WindowDesktop.h"
 
 #include "addin/host/HostError.h"
-#include "forms/win32/Hands.h"
 #include "automation_script/MessageBoxSeen.h"
+#include "forms/win32/Hands.h"
 #include "forms/win32/Keys.h"
 #include "forms/win32/Picture.h"
 #include "forms/win32/WindowNames.h"
