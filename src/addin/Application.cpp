@@ -15,6 +15,7 @@
 #include "platform/Platform.h"
 
 #include <iterator>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -59,6 +60,11 @@ void AddMenuItems(IVMenuItems& items) {
   AddItem(items, 2, "&About Vardo", "XR_AboutVardo.exe");
 }
 
+void ShowMenuFailure(const AutomationError& error) {
+  ThePlatform().ShowMessage("Error in AddVardoMenu\n" + std::to_string(error.number()) + "\n" + error.description(),
+                            kProductTitle, kStyleExclamation);
+}
+
 void EmptyProperties(IVShape& sheet) {
   const int rows = sheet.RowCount(kSectionProp);
   if (rows < 1) return;
@@ -88,8 +94,9 @@ void Application::AddVardoMenu() {
     visApp->SetCustomMenus(userInterface);
     BuildNameCatalogues();
   } catch (const AutomationError& error) {
-    ThePlatform().ShowMessage("Error in AddVardoMenu\n" + std::to_string(error.number()) + "\n" + error.description(),
-                              kProductTitle, kStyleExclamation);
+    ShowMenuFailure(error);
+  } catch (const std::bad_alloc&) {
+    ShowMenuFailure(RuntimeError::OutOfMemory());
   }
 }
 
@@ -100,7 +107,7 @@ void Application::InitializePage() {
     EmptyProperties(*page->PageSheet());
     DeleteFromLastToFirst(*page->Shapes());
     DeleteFromLastToFirst(*visApp->ActiveDocument()->Masters());
-  } catch (const AutomationError&) {
+  } catch (const std::exception&) {
     ThePlatform().ShowMessage("Error in procedure InititalizePage", kProductTitle, kStyleExclamation);
   }
 }

@@ -11,8 +11,8 @@
 namespace vardo {
 namespace {
 
-void ShowFailure(std::int32_t number, const std::string& description) {
-  ThePlatform().ShowMessage(std::to_string(number) + "\n" + description, kProductTitle, kStyleExclamation);
+void ShowFailure(const AutomationError& error) {
+  ThePlatform().ShowMessage(std::to_string(error.number()) + "\n" + error.description(), kProductTitle, kStyleExclamation);
 }
 
 RuntimeError NotForAPerson(const Control& control, std::string_view why) {
@@ -198,9 +198,9 @@ bool Form::Guarded(const std::function<void()>& handler) {
     handler();
     return true;
   } catch (const AutomationError& error) {
-    ShowFailure(error.number(), error.description());
+    ShowFailure(error);
   } catch (const std::bad_alloc&) {
-    ShowFailure(7, "Out of memory");
+    ShowFailure(RuntimeError::OutOfMemory());
   }
   return false;
 }

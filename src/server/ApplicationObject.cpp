@@ -40,12 +40,11 @@ HRESULT ReportRefusal(HRESULT result) noexcept {
   return ToHresult([&] { throw AutomationError(result, SystemText(result)); });
 }
 
-// Windows itself would follow such a reference.
-bool RefersToNothing(const VARIANT& argument) { return (argument.vt & VT_BYREF) && !argument.byref; }
-
+// Windows itself would follow every reference.
 bool AreReadable(const DISPPARAMS* arguments) {
   if (!arguments || (arguments->cArgs != 0 && !arguments->rgvarg)) return false;
-  return std::none_of(arguments->rgvarg, arguments->rgvarg + arguments->cArgs, RefersToNothing);
+  if (arguments->cNamedArgs > arguments->cArgs || (arguments->cNamedArgs != 0 && !arguments->rgdispidNamedArgs)) return false;
+  return std::all_of(arguments->rgvarg, arguments->rgvarg + arguments->cArgs, IsReadable);
 }
 
 // Wine drops the arguments that are too many, where Windows refuses the call.
@@ -167,9 +166,10 @@ class ApplicationFactory final : public ComObject<IClassFactory> {
 
 }  // namespace
 
-HRESULT GetApplicationFactory(REFIID id, void** object) noexcept {
+HRESULT GetFactory(REFCLSID classId, REFIID id, void** object) noexcept {
   if (!object) return ReportRefusal(E_POINTER);
   *object = nullptr;
+  if (classId != CLSID_Application) return ReportRefusal(CLASS_E_CLASSNOTAVAILABLE);
   return ToHresult([&] {
     Check(MakeCom<ApplicationFactory>()->QueryInterface(id, object), "The class factory does not offer the interface asked for.");
   });

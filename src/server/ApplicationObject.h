@@ -8,7 +8,7 @@
 
 namespace vardo {
 
-// A new factory's interface of that number, as DllGetClassObject answers.
-HRESULT GetApplicationFactory(REFIID id, void** object) noexcept;
+// The interface of that number of a new factory for the class, which is the only one; as DllGetClassObject answers.
+HRESULT GetFactory(REFCLSID classId, REFIID id, void** object) noexcept;
 
 }  // namespace vardo

@@ -45,11 +45,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* processEnds
   return TRUE;
 }
 
-STDAPI DllGetClassObject(REFCLSID classId, REFIID id, void** object) {
-  if (object) *object = nullptr;
-  if (classId != CLSID_Application) return CLASS_E_CLASSNOTAVAILABLE;
-  return GetApplicationFactory(id, object);
-}
+STDAPI DllGetClassObject(REFCLSID classId, REFIID id, void** object) { return GetFactory(classId, id, object); }
 
 STDAPI DllCanUnloadNow() { return ModuleLock::IsHeld() ? S_FALSE : S_OK; }
 

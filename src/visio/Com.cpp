@@ -9,6 +9,7 @@
 namespace vardo {
 namespace {
 
+constexpr VARTYPE kVariantByReference = VT_BYREF | VT_VARIANT;
 constexpr OLECHAR kErrorSource[] = L"VardoBasic.Application";
 
 std::string HexText(HRESULT code) {
@@ -21,8 +22,6 @@ void CheckCopied(HRESULT result) {
   if (result == E_OUTOFMEMORY) throw std::bad_alloc();
   if (FAILED(result)) throw RuntimeError::TypeMismatch();
 }
-
-bool IsNullReference(const VARIANT& value) { return (value.vt & VT_BYREF) && !value.byref; }
 
 // The value, by reference or not, as another type; numbers are written with a point whatever the user's language.
 Variant Converted(const VARIANT& value, VARTYPE type) {
@@ -56,10 +55,9 @@ class LockedArray {
 
  private:
   static SAFEARRAY* ArrayIn(const VARIANT& value) {
-    const bool isVariant = value.vt == (VT_BYREF | VT_VARIANT);
-    if (isVariant && !value.pvarVal) return nullptr;
-    const VARIANT& holder = isVariant ? *value.pvarVal : value;
-    if (!(holder.vt & VT_ARRAY) || IsNullReference(holder)) return nullptr;
+    if (!IsReadable(value)) return nullptr;
+    const VARIANT& holder = value.vt == kVariantByReference ? *value.pvarVal : value;
+    if (!(holder.vt & VT_ARRAY)) return nullptr;
     return holder.vt & VT_BYREF ? *holder.pparray : holder.parray;
   }
   SAFEARRAY* array_;
@@ -114,8 +112,7 @@ Variant Variant::Attach(const VARIANT& value) {
 }
 
 Variant Variant::CopyOf(const VARIANT& value) {
-  if (IsNullReference(value) || (value.vt == (VT_BYREF | VT_VARIANT) && IsNullReference(*value.pvarVal)))
-    throw RuntimeError::TypeMismatch();
+  if (!IsReadable(value)) throw RuntimeError::TypeMismatch();
   Variant copy;
   CheckCopied(VariantCopyInd(&copy.value_, const_cast<VARIANT*>(&value)));
   return copy;
@@ -155,6 +152,12 @@ VARIANT Variant::Detach() {
   const VARIANT value = value_;
   VariantInit(&value_);
   return value;
+}
+
+bool IsReadable(const VARIANT& value) {
+  if (!(value.vt & VT_BYREF)) return true;
+  if (!value.byref) return false;
+  return value.vt != kVariantByReference || (value.pvarVal->vt != kVariantByReference && IsReadable(*value.pvarVal));
 }
 
 bool AsBool(const VARIANT& value) { return Converted(value, VT_BOOL).get().boolVal != VARIANT_FALSE; }
@@ -220,7 +223,7 @@ Failure CurrentFailure() noexcept {
       code = HresultOf(error.number());
       return {code, error.description()};
     } catch (const std::bad_alloc&) {
-      return {E_OUTOFMEMORY, {}};
+      return {E_OUTOFMEMORY, RuntimeError::OutOfMemory().description()};
     } catch (const std::exception& error) {
       code = E_FAIL;
       return {code, error.what()};

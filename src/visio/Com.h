@@ -163,6 +163,9 @@ class Variant {
   VARIANT value_;
 };
 
+// Whether all that a by-reference variant refers to is there. A variant by reference may hold one reference more, and no further
+// variant.
+bool IsReadable(const VARIANT& value);
 // What a variant holds, by reference or not, converted as automation converts. Throw RuntimeError 13 where that cannot be.
 bool AsBool(const VARIANT& value);
 std::int16_t AsInt16(const VARIANT& value);

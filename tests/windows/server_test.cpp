@@ -239,6 +239,7 @@ int WithEachAllocationFailing(const std::function<HRESULT()>& call) {
     const OneFailingAllocation failing(after);
     const HRESULT result = call();
     EXPECT_TRUE(result == S_OK || result == E_OUTOFMEMORY) << "allocation " << after << " failed: " << std::hex << result;
+    EXPECT_TRUE(result == S_OK || TakeErrorDescription() == "Out of memory") << "allocation " << after;
     if (!failing.HasFailed()) return after;
   }
 }
@@ -362,6 +363,7 @@ TEST(ServerFactory, IsThereForItsClassOnly) {
   void* object = &object;
   EXPECT_EQ(getClassObject(CLSID_NULL, IID_IClassFactory, &object), CLASS_E_CLASSNOTAVAILABLE);
   EXPECT_EQ(object, nullptr);
+  EXPECT_NE(TakeErrorDescription(), "");
   object = &object;
   EXPECT_EQ(getClassObject(CLSID_Application, IID_IDispatch, &object), E_NOINTERFACE);
   EXPECT_EQ(object, nullptr);
@@ -480,6 +482,12 @@ std::vector<std::pair<const char*, Variant>> WrongArguments() {
     value.vt = type;
     return Variant::Attach(value);
   };
+  const auto referringTo = [](VARIANT& other) {
+    VARIANT value{};
+    value.vt = VT_BYREF | VT_VARIANT;
+    value.pvarVal = &other;
+    return Variant::Attach(value);
+  };
   std::vector<std::pair<const char*, Variant>> arguments;
   arguments.emplace_back("Empty", Variant());
   arguments.emplace_back("Null", typed(VT_NULL));
@@ -498,6 +506,13 @@ std::vector<std::pair<const char*, Variant>> WrongArguments() {
   arguments.emplace_back("a reference to nothing", typed(VT_BYREF | VT_VARIANT));
   arguments.emplace_back("a reference to no object", typed(VT_BYREF | VT_DISPATCH));
   arguments.emplace_back("a type that there is not", typed(0x0FFE));
+  // What is behind a variant by reference, its caller holds.
+  static VARIANT noObject = {}, itself = {};
+  noObject.vt = VT_BYREF | VT_DISPATCH;
+  itself.vt = VT_BYREF | VT_VARIANT;
+  itself.pvarVal = &itself;
+  arguments.emplace_back("a reference to a reference to no object", referringTo(noObject));
+  arguments.emplace_back("a reference to itself", referringTo(itself));
   return arguments;
 }
 
@@ -535,6 +550,23 @@ TEST_F(ServerTest, RefusesCallsThatAreNone) {
   DISPPARAMS withoutArguments = {nullptr, nullptr, 2, 0};
   EXPECT_EQ(object_->Invoke(4, IID_NULL, LOCALE_NEUTRAL, DISPATCH_METHOD, &withoutArguments, nullptr, nullptr, nullptr),
             E_INVALIDARG);
+}
+
+TEST_F(ServerTest, RefusesNamesOfArgumentsThatAreNotThere) {
+  Variant host{ComPtr<IDispatch>(FirstHost())};
+  DISPID names[] = {0, 1};
+  for (DISPPARAMS arguments : {DISPPARAMS{&host.get(), nullptr, 1, 1}, DISPPARAMS{&host.get(), names, 1, 2}}) {
+    SetErrorInfo(0, nullptr);
+    EXPECT_EQ(object_->Invoke(3, IID_NULL, LOCALE_NEUTRAL, DISPATCH_METHOD, &arguments, nullptr, nullptr, nullptr), E_INVALIDARG);
+    EXPECT_NE(TakeErrorDescription(), "");
+  }
+}
+
+// Who wants neither the result nor the failure passes null for them.
+TEST_F(ServerTest, FailsAlsoForWhoDoesNotAskWhy) {
+  std::vector<VARIANT> nothing(1, Variant(ComPtr<IDispatch>()).get());
+  DISPPARAMS arguments = {nothing.data(), nullptr, 1, 0};
+  EXPECT_TRUE(FAILED(object_->Invoke(3, IID_NULL, LOCALE_NEUTRAL, DISPATCH_METHOD, &arguments, nullptr, nullptr, nullptr)));
 }
 
 TEST_F(ServerTest, RefusesNullForObjects) {
@@ -588,24 +620,26 @@ constexpr HRESULT kDeadHosts[] = {
     E_FAIL,        E_UNEXPECTED, RPC_E_DISCONNECTED, RPC_E_SERVERFAULT, RPC_E_CALL_REJECTED, CO_E_OBJNOTCONNECTED,
     E_OUTOFMEMORY, E_POINTER,    kSomeHostFailure};
 
-TEST_F(ServerTest, PassesTheFailureOfADeadObjectOn) {
-  for (const HRESULT code : kDeadHosts) {
-    const auto dead = ObjectFailingWith(code);
-    IDispatch* const host = FirstHost();
-    const struct {
-      const char* what;
-      HRESULT result;
-      std::string description;
-    } calls[] = {
-        {"SetupEventSink", object_->SetupEventSink(dead.get()), TakeErrorDescription()},
-        {"ShowEditor", object_->ShowEditor(host, dead.get()), TakeErrorDescription()},
-        {"Submodel", object_->Submodel(host, dead.get()), TakeErrorDescription()},
-    };
-    for (const auto& call : calls) {
-      EXPECT_EQ(call.result, code) << call.what;
-      EXPECT_NE(call.description, "") << call.what;
+TEST_F(ServerTest, PassesTheFailureOfDeadObjectsOn) {
+  for (const HRESULT code : kDeadHosts)
+    for (const Method& method : kMethods) {
+      if (method.argumentCount == 0) continue;
+      SCOPED_TRACE(FromWide(method.name));
+      const Variant dead(ObjectFailingWith(code)), host{ComPtr<IDispatch>(FirstHost())};
+      const Outcome outcome = Invoke(*object_, method.id, std::vector<VARIANT>(method.argumentCount, dead.get()));
+      if (method.id == kCopyAndPaste) {
+        EXPECT_EQ(outcome.result, S_OK) << "it looks at none";
+        continue;
+      }
+      EXPECT_EQ(outcome.code, code);
+      EXPECT_NE(outcome.description, "");
+      // The other object of two is alive, and whatever it answers, the failure is told.
+      for (UINT position = 0; position < method.argumentCount; ++position) {
+        std::vector<VARIANT> arguments(method.argumentCount, host.get());
+        arguments[position] = dead.get();
+        ExpectDescribedFailure(Invoke(*object_, method.id, arguments));
+      }
     }
-  }
 }
 
 TEST_F(ServerTest, TellsTheHostsOwnWords) {
@@ -659,6 +693,26 @@ TEST_F(ServerTest, CommandsMayFindNoMemory) {
   EXPECT_GT(WithEachAllocationFailing([&] { return object_->AddVardoMenu(); }), 0);
   EXPECT_GT(WithEachAllocationFailing([&] { return object_->InitializePage(); }), 0);
   EXPECT_GT(WithEachAllocationFailing([&] { return object_->CloseSubmodel(host.get(), page.get()); }), 0);
+  EXPECT_THAT(boxes.texts(), testing::Contains("Error in AddVardoMenu\n7\nOut of memory"));
+  EXPECT_THAT(boxes.texts(), testing::Contains("Error in procedure InititalizePage"));
+}
+
+TEST_F(ServerTest, LateCallsMayFindNoMemory) {
+  auto* name = const_cast<LPOLESTR>(L"Nonsense");
+  DISPID id = 0;
+  WithEachAllocationFailing([&] {
+    const HRESULT result = object_->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_NEUTRAL, &id);
+    return result == DISP_E_UNKNOWNNAME ? S_OK : result;
+  });
+  const int count = WithEachAllocationFailing([&] {
+    const Outcome outcome = Invoke(*object_, 3, {Variant(ComPtr<IDispatch>(FirstHost())).get()});
+    if (outcome.result != DISP_E_EXCEPTION) return outcome.result;
+    EXPECT_EQ(outcome.description, "Out of memory");
+    SetErrorInfo(0, nullptr);
+    ReportFailure({outcome.code, outcome.description});
+    return outcome.code;
+  });
+  EXPECT_GT(count, 0);
 }
 
 // A person who presses Enter as soon as a dialog comes to the front, and again when a message has gone.

@@ -981,7 +981,7 @@ TEST(ToHresult, TurnsEveryExceptionIntoAnHresultWithADescription) {
       {[] { throw RuntimeError::TypeMismatch(); }, static_cast<HRESULT>(0x800A000D), "Type mismatch"},
       {[] { throw AutomationError(0, "no number"); }, E_FAIL, "no number"},
       {[] { throw std::runtime_error("other"); }, E_FAIL, "other"},
-      {[] { throw std::bad_alloc(); }, E_OUTOFMEMORY, ""},
+      {[] { throw std::bad_alloc(); }, E_OUTOFMEMORY, "Out of memory"},
       {[] { throw 7; }, E_UNEXPECTED, ""},
   };
   for (const auto& [action, code, description] : cases) {

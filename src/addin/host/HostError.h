@@ -33,6 +33,7 @@ class RuntimeError : public AutomationError {
   using AutomationError::AutomationError;
   static RuntimeError InvalidArgument(std::string what) { return {5, "Invalid procedure call or argument: " + what}; }
   static RuntimeError Overflow() { return {6, "Overflow"}; }
+  static RuntimeError OutOfMemory() { return {7, "Out of memory"}; }
   static RuntimeError TypeMismatch() { return {13, "Type mismatch"}; }
 };
 

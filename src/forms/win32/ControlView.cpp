@@ -34,7 +34,7 @@ void SetTextOf(HWND window, const std::string& text) {
 HWND MakeWindow(HWND parent, const wchar_t* windowClass, DWORD style, DWORD extendedStyle = 0) {
   const HWND window =
       CreateWindowExW(extendedStyle, windowClass, L"", WS_CHILD | style, 0, 0, 0, 0, parent, nullptr, OwnModule(), nullptr);
-  if (!window) throw RuntimeError(7, "Out of memory");
+  if (!window) throw RuntimeError::OutOfMemory();
   return window;
 }
 

@@ -58,7 +58,7 @@ FormWindow::FormWindow(Form& form, HWND owner) : form_(form), owner_(owner) {
   const RECT screen = ScreenOf(owner).pixels;
   CreateWindowExW(kExtendedStyle, kClass, ToWide(form.Caption()).c_str(), kStyle, static_cast<int>(screen.left),
                   static_cast<int>(screen.top), 0, 0, owner, nullptr, OwnModule(), this);
-  if (!window()) throw RuntimeError(7, "Out of memory");
+  if (!window()) throw RuntimeError::OutOfMemory();
   NameWindow(window(), kFormProperty, form.name());
   NameWindow(window(), kPlaceProperty, TextOf(form.Place()));
   for (Control* control : form.Controls()) MakeView(*control);
