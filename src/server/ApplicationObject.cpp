@@ -1,5 +1,6 @@
 #include "server/ApplicationObject.h"
 
+#include "addin/Global_Variables.h"
 #include "server/Addin.h"
 #include "server/Module.h"
 #include "visio/Visio.h"
@@ -64,6 +65,9 @@ IDispatch* Required(IDispatch* object, const char* name) {
   return object;
 }
 
+// Most calls bring the host that the last one brought.
+IVApplicationPtr TheHost(IDispatch* application) { return WrapApplication(Required(application, "application"), visApp); }
+
 class ApplicationObject final : public ComObject<_Application>, public ISupportErrorInfo {
  public:
   explicit ApplicationObject(ComPtr<ITypeInfo> typeInfo) : typeInfo_(std::move(typeInfo)) {}
@@ -115,21 +119,16 @@ class ApplicationObject final : public ComObject<_Application>, public ISupportE
     return ToHresult([] { TheAddin().InitializePage(); });
   }
   HRESULT STDMETHODCALLTYPE SetupEventSink(IDispatch* application) noexcept override {
-    return ToHresult([&] { TheAddin().SetupEventSink(WrapApplication(Required(application, "application"))); });
+    return ToHresult([&] { TheAddin().SetupEventSink(TheHost(application)); });
   }
   HRESULT STDMETHODCALLTYPE ShowEditor(IDispatch* application, IDispatch* shape) noexcept override {
-    return ToHresult([&] {
-      TheAddin().ShowEditor(WrapApplication(Required(application, "application")), WrapShape(Required(shape, "shape")));
-    });
+    return ToHresult([&] { TheAddin().ShowEditor(TheHost(application), WrapShape(Required(shape, "shape"))); });
   }
   HRESULT STDMETHODCALLTYPE Submodel(IDispatch* application, IDispatch* shape) noexcept override {
-    return ToHresult(
-        [&] { TheAddin().Submodel(WrapApplication(Required(application, "application")), WrapShape(Required(shape, "shape"))); });
+    return ToHresult([&] { TheAddin().Submodel(TheHost(application), WrapShape(Required(shape, "shape"))); });
   }
   HRESULT STDMETHODCALLTYPE CloseSubmodel(IDispatch* application, IDispatch* page) noexcept override {
-    return ToHresult([&] {
-      TheAddin().CloseSubmodel(WrapApplication(Required(application, "application")), WrapPage(Required(page, "page")));
-    });
+    return ToHresult([&] { TheAddin().CloseSubmodel(TheHost(application), WrapPage(Required(page, "page"))); });
   }
   // Any object will do, so it is not looked at.
   HRESULT STDMETHODCALLTYPE CopyAndPaste(IDispatch*) noexcept override {

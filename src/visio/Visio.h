@@ -10,6 +10,8 @@
 namespace vardo {
 
 IVApplicationPtr WrapApplication(IDispatch* application);
+// The known one when that wraps the same object: it has asked for its members' numbers already.
+IVApplicationPtr WrapApplication(IDispatch* application, const IVApplicationPtr& known);
 IVPagePtr WrapPage(IDispatch* page);
 IVShapePtr WrapShape(IDispatch* shape);
 

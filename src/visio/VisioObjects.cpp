@@ -257,6 +257,12 @@ std::shared_ptr<Wrapper> WrapNew(IDispatch* object) {
   return WrapObject<Wrapper>(ComPtr<IDispatch>(object), std::make_shared<DispidTable>());
 }
 
+// By COM's rule: an object always gives out the same IUnknown.
+bool IsSameObject(const ComPtr<IDispatch>& a, const ComPtr<IDispatch>& b) {
+  const auto identity = a.As<IUnknown>();
+  return identity && identity == b.As<IUnknown>();
+}
+
 }  // namespace
 
 IVApplicationPtr WrapApplication(ComPtr<IDispatch> application, const DispidTablePtr& dispids) {
@@ -271,6 +277,10 @@ EventSubject WrapSubject(std::uint16_t eventCode, ComPtr<IDispatch> subject, con
 }
 
 IVApplicationPtr WrapApplication(IDispatch* application) { return WrapNew<VisioApplication>(application); }
+IVApplicationPtr WrapApplication(IDispatch* application, const IVApplicationPtr& known) {
+  const auto* visio = dynamic_cast<const VisioApplication*>(known.get());
+  return visio && IsSameObject(visio->host().object(), ComPtr<IDispatch>(application)) ? known : WrapApplication(application);
+}
 IVPagePtr WrapPage(IDispatch* page) { return WrapNew<VisioPage>(page); }
 IVShapePtr WrapShape(IDispatch* shape) { return WrapNew<VisioShape>(shape); }
 

@@ -138,6 +138,8 @@ class MessageBoxes {
   MessageBoxes& operator=(const MessageBoxes&) = delete;
 
   static const std::vector<std::string>& texts() { return texts_; }
+  // Of the last one.
+  static HWND owner() { return owner_; }
 
  private:
   static constexpr int kTextControl = 0xFFFF;
@@ -147,6 +149,7 @@ class MessageBoxes {
     wchar_t text[1024];
     if (code == HCBT_ACTIVATE && GetDlgItemTextW(box, kTextControl, text, std::size(text)) > 0) {
       texts_.push_back(FromWide(text));
+      owner_ = GetWindow(box, GW_OWNER);
       PostMessageW(box, WM_COMMAND, IDOK, 0);
     }
     return CallNextHookEx(nullptr, code, window, data);
@@ -154,6 +157,7 @@ class MessageBoxes {
 
   HHOOK hook_;
   static inline std::vector<std::string> texts_;
+  static inline HWND owner_ = nullptr;
 };
 
 // --- Memory that runs out
@@ -715,27 +719,44 @@ TEST_F(ServerTest, LateCallsMayFindNoMemory) {
   EXPECT_GT(count, 0);
 }
 
-// A person who presses Enter as soon as a dialog comes to the front, and again when a message has gone.
-class EnterOnDialogs {
+// A person who presses a key as soon as a dialog comes to the front, and again when a message has gone.
+class KeyOnDialogs {
  public:
-  EnterOnDialogs() : hook_(SetWindowsHookExW(WH_CBT, Watch, nullptr, GetCurrentThreadId())) { count_ = 0; }
-  ~EnterOnDialogs() { UnhookWindowsHookEx(hook_); }
-  EnterOnDialogs(const EnterOnDialogs&) = delete;
-  EnterOnDialogs& operator=(const EnterOnDialogs&) = delete;
+  explicit KeyOnDialogs(WORD key) : hook_(SetWindowsHookExW(WH_CBT, Watch, nullptr, GetCurrentThreadId())) {
+    key_ = key;
+    count_ = 0;
+    owner_ = nullptr;
+    othersWereEnabled_ = false;
+  }
+  ~KeyOnDialogs() { UnhookWindowsHookEx(hook_); }
+  KeyOnDialogs(const KeyOnDialogs&) = delete;
+  KeyOnDialogs& operator=(const KeyOnDialogs&) = delete;
 
   static int count() { return count_; }
+  // Of the last dialog, and whether a person could reach the host beside any of them.
+  static HWND owner() { return owner_; }
+  static bool othersWereEnabled() { return othersWereEnabled_; }
 
  private:
+  static BOOL CALLBACK NoteEnabled(HWND window, LPARAM dialog) {
+    if (window != reinterpret_cast<HWND>(dialog) && IsWindowVisible(window) && IsWindowEnabled(window)) othersWereEnabled_ = true;
+    return TRUE;
+  }
   static LRESULT CALLBACK Watch(int code, WPARAM window, LPARAM data) {
     if (code == HCBT_ACTIVATE && GetPropW(reinterpret_cast<HWND>(window), L"VardoForm")) {
       ++count_;
-      PostMessageW(reinterpret_cast<HWND>(window), WM_KEYDOWN, VK_RETURN, 1);
+      owner_ = GetWindow(reinterpret_cast<HWND>(window), GW_OWNER);
+      EnumThreadWindows(GetCurrentThreadId(), NoteEnabled, static_cast<LPARAM>(window));
+      PostMessageW(reinterpret_cast<HWND>(window), WM_KEYDOWN, key_, 1);
     }
     return CallNextHookEx(nullptr, code, window, data);
   }
 
   HHOOK hook_;
+  static inline WORD key_ = 0;
   static inline int count_ = 0;
+  static inline HWND owner_ = nullptr;
+  static inline bool othersWereEnabled_ = false;
 };
 
 class FrameOfHost {
@@ -754,17 +775,14 @@ class FrameOfHost {
   HWND window_;
 };
 
-// A host with one shape, a Create, which is all of its objects in one. Using it after its end ends the process with a code of its
-// own.
-class MortalHost : public ComObject<IDispatch> {
+// A host with one shape, a Create, which is all of its objects in one. It works in that window.
+class OneShapeHost : public ComObject<IDispatch> {
  public:
-  static constexpr UINT kUsedAfterItsEnd = 3;
-  static inline bool hasEnded = false;
+  explicit OneShapeHost(HWND window = nullptr) : window_(window) {}
 
-  ULONG STDMETHODCALLTYPE Release() noexcept override {
-    if (hasEnded) TerminateProcess(GetCurrentProcess(), kUsedAfterItsEnd);
-    return ComObject::Release();
-  }
+  // The members that numbers have been asked for, in that order.
+  const std::vector<std::string>& lookups() const { return members_; }
+
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) noexcept override { return *count = 0, S_OK; }
   HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) noexcept override {
@@ -778,13 +796,27 @@ class MortalHost : public ComObject<IDispatch> {
     Variant answer(ComPtr<IDispatch>(this));
     if (member == "CellExists" || member == "RowExists") answer = Variant(true);
     if (member == "Formula" || member == "Text" || member == "Name") answer = Variant("\"Create\"");
-    if (member == "Count" || member == "WindowHandle32") answer = Variant(0);
+    if (member == "Count") answer = Variant(0);
+    if (member == "WindowHandle32") answer = Variant(static_cast<int>(HandleToLong(window_)));
     if (result) *result = answer.Detach();
     return S_OK;
   }
 
  private:
+  HWND window_;
   std::vector<std::string> members_;
+};
+
+// Using it after its end ends the process with a code of its own.
+class MortalHost : public OneShapeHost {
+ public:
+  static constexpr UINT kUsedAfterItsEnd = 3;
+  static inline bool hasEnded = false;
+
+  ULONG STDMETHODCALLTYPE Release() noexcept override {
+    if (hasEnded) TerminateProcess(GetCurrentProcess(), kUsedAfterItsEnd);
+    return OneShapeHost::Release();
+  }
 };
 
 // Windows may end the host while a person is in a dialog.
@@ -804,6 +836,40 @@ TEST(ServerDeathTest, ReleasesNothingOfAHostThatEndsWithADialogOpen) {
       testing::ExitedWithCode(0), "");
 }
 
+// A host has more windows than the one it works in, and any of them may be the active one.
+TEST_F(ServerTest, DialogsAndMessagesStandOverTheHostsWindowAndKeepAPersonToThem) {
+  const FrameOfHost frame, other;
+  const auto host = MakeCom<OneShapeHost>(frame.window());
+  SetActiveWindow(other.window());
+  {
+    const KeyOnDialogs escape(VK_ESCAPE);
+    EXPECT_EQ(object_->ShowEditor(host.get(), host.get()), S_OK);
+    EXPECT_EQ(KeyOnDialogs::count(), 1);
+    EXPECT_EQ(KeyOnDialogs::owner(), frame.window());
+    EXPECT_FALSE(KeyOnDialogs::othersWereEnabled());
+  }
+  EXPECT_TRUE(IsWindowEnabled(frame.window()));
+  EXPECT_TRUE(IsWindowEnabled(other.window()));
+  const MessageBoxes boxes;
+  EXPECT_EQ(object_->InitializePage(), S_OK);
+  EXPECT_THAT(boxes.texts(), testing::ElementsAre("Error in procedure InititalizePage"));
+  EXPECT_EQ(MessageBoxes::owner(), frame.window());
+  EXPECT_TRUE(IsWindowEnabled(frame.window()));
+}
+
+// A number is asked for at the first call; a later call brings the same host.
+TEST_F(ServerTest, AsksTheHostForNoMembersNumberTwice) {
+  const auto host = MakeCom<OneShapeHost>();
+  const auto shape = MakeCom<OneShapeHost>();
+  const KeyOnDialogs escape(VK_ESCAPE);
+  EXPECT_EQ(object_->ShowEditor(host.get(), shape.get()), S_OK);
+  const std::vector<std::string> asked = host->lookups();
+  EXPECT_THAT(asked, testing::Contains("ActiveWindow"));
+  EXPECT_EQ(object_->ShowEditor(host.get(), shape.get()), S_OK);
+  EXPECT_EQ(KeyOnDialogs::count(), 2);
+  EXPECT_EQ(host->lookups(), asked);
+}
+
 // A dialog opens and writes in as many steps as there are; whichever fails, it closes again and gives the host's window back.
 TEST_F(ServerTest, DialogsAndSubmodelsMayFindNoMemory) {
   const FrameOfHost frame;
@@ -814,7 +880,7 @@ TEST_F(ServerTest, DialogsAndSubmodelsMayFindNoMemory) {
   const HostAutomation automation;
   const auto host = automation.Offer(drawing.application()), shape = automation.Offer(dropped);
   const MessageBoxes boxes;
-  const EnterOnDialogs person;
+  const KeyOnDialogs person(VK_RETURN);
   const int count = WithEachAllocationFailing([&] {
     const HRESULT result = object_->ShowEditor(host.get(), shape.get());
     EXPECT_EQ(FindWindowW(L"VardoForm", nullptr), nullptr);

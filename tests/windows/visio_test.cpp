@@ -399,6 +399,20 @@ TEST(VisioAdapter, AsksForEachMembersNumberOnce) {
   EXPECT_EQ(host.lookups.size(), 11u);
 }
 
+TEST(VisioAdapter, TheSameHostAgainIsTheOneThatIsKnown) {
+  FakeHost host;
+  const ComPtr<IDispatch> application = host.Make("Application"), another = host.Make("Application");
+  const IVApplicationPtr known = WrapApplication(application.get());
+  EXPECT_EQ(WrapApplication(application.get(), known), known);
+  const IVApplicationPtr other = WrapApplication(another.get(), known);
+  EXPECT_NE(other, known);
+  known->ActivePage();
+  other->ActivePage();
+  EXPECT_EQ(host.lookups["Application.ActivePage"], 2) << "another host may number otherwise";
+  EXPECT_TRUE(WrapApplication(application.get(), nullptr));
+  EXPECT_FALSE(WrapApplication(nullptr, known));
+}
+
 TEST(VisioAdapter, EveryMemberIsOneOfTheHosts) {
   FakeHost host;
   const ComPtr<IDispatch> application = host.Make("Application");
