@@ -169,9 +169,10 @@ std::string FromAnsi(const char* text) {
 }  // namespace
 }  // namespace vardo
 
-// For the help viewer beside the program; the texts are in the ANSI code page.
+// For the help viewer beside the program; the texts are in the ANSI code page. Where the file lies is not told.
 extern "C" __declspec(dllexport) void VardoHelpShown(const char* file, const char* topic) {
-  vardo::WindowDesktop::HelpShown(vardo::FromAnsi(file), vardo::FromAnsi(topic));
+  const std::string path = vardo::FromAnsi(file);
+  vardo::WindowDesktop::HelpShown(path.substr(path.find_last_of('\\') + 1), vardo::FromAnsi(topic));
 }
 
 int main() {

@@ -1,6 +1,7 @@
 #include "server/ApplicationObject.h"
 
 #include "addin/Global_Variables.h"
+#include "platform/win32/OwnModule.h"
 #include "server/Addin.h"
 #include "server/Module.h"
 #include "visio/Visio.h"
@@ -20,7 +21,7 @@ void Check(HRESULT result, const char* what) {
 
 ComPtr<ITypeInfo> LoadApplicationTypeInfo() {
   ComPtr<ITypeLib> library;
-  Check(LoadTypeLibEx(ModuleFile().c_str(), REGKIND_NONE, library.Receive()),
+  Check(LoadTypeLibEx(ModuleFile(OwnModule()).c_str(), REGKIND_NONE, library.Receive()),
         "The type library in VardoBasic.dll cannot be read.");
   ComPtr<ITypeInfo> info;
   Check(library->GetTypeInfoOfGuid(IID__Application, info.Receive()), "The type library in VardoBasic.dll lacks the class.");

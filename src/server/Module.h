@@ -1,16 +1,11 @@
-// The module (the DLL) that this code is part of, and what keeps it loaded.
+// What keeps the server loaded.
 #pragma once
 
 #include <windows.h>
 
-#include <string>
-
 namespace vardo {
 
-// Its full path.
-std::wstring ModuleFile();
-
-// Keeps the module loaded while it exists: one in every object that is handed out, and one for a client's own lock.
+// Keeps the module (the DLL) loaded while it exists: one in every object that is handed out, and one for a client's own lock.
 class ModuleLock {
  public:
   ModuleLock() noexcept { InterlockedIncrement(&count_); }

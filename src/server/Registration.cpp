@@ -1,7 +1,7 @@
 #include "server/Registration.h"
 
 #include "addin/host/HostError.h"
-#include "server/Module.h"
+#include "platform/win32/OwnModule.h"
 #include "visio/Com.h"
 
 // After windows.h, which it needs.
@@ -57,8 +57,7 @@ struct Value {
 
 std::vector<Value> Values() {
   const Keys keys;
-  const std::wstring file = ModuleFile();
-  const std::wstring folder = file.substr(0, file.find_last_of(L'\\'));
+  const std::filesystem::path file = ModuleFile(OwnModule());
   return {
       {keys.classKey, nullptr, kDescription},
       {keys.classKey + L"\\InprocServer32", nullptr, file},
@@ -79,7 +78,7 @@ std::vector<Value> Values() {
       {keys.interfaceKey + L"\\TypeLib", L"Version", kTypeLibraryVersion},
       {keys.libraryVersionKey, nullptr, L"Vardo Basic"},
       {keys.libraryVersionKey + L"\\FLAGS", nullptr, L"0"},
-      {keys.libraryVersionKey + L"\\HELPDIR", nullptr, folder},
+      {keys.libraryVersionKey + L"\\HELPDIR", nullptr, file.parent_path()},
       {keys.libraryPlatformKey, nullptr, file},
   };
 }

@@ -890,6 +890,24 @@ TEST_F(Win32PresenterTest, MessageBoxesStandOverTheTopForm) {
   });
 }
 
+// What the help viewer was asked to show.
+std::vector<std::string> helpShown;
+
+TEST_F(Win32PresenterTest, HelpIsTheFileBesideTheModuleOrWhereverTheViewerFindsIt) {
+  const HMODULE viewer = LoadLibraryW(VARDO_HELP_VIEWER);
+  ASSERT_NE(viewer, nullptr);
+  wchar_t program[MAX_PATH] = {};
+  GetModuleFileNameW(nullptr, program, MAX_PATH);
+  const auto beside = std::filesystem::path(program).replace_filename("Quellis.chm");
+  helpShown.clear();
+  Win32Platform machine;
+  machine.ShowHelp("Quellis.chm", "Create_.htm");
+  std::ofstream(beside).put('x');
+  machine.ShowHelp("Quellis.chm", "Entity_.htm");
+  std::filesystem::remove(beside);
+  EXPECT_THAT(helpShown, ElementsAre("Quellis.chm: Create_.htm", beside.string() + ": Entity_.htm"));
+}
+
 TEST_F(Win32PresenterTest, ScreenSizeIsThatOfTheOwnersScreenInTwips) {
   const HostWindow host;
   const TwipsSize twips = Win32Platform([&] { return host.window(); }).ScreenSize();
@@ -900,3 +918,8 @@ TEST_F(Win32PresenterTest, ScreenSizeIsThatOfTheOwnersScreenInTwips) {
 
 }  // namespace
 }  // namespace vardo
+
+// Called by the help viewer that the tests load.
+extern "C" __declspec(dllexport) void VardoHelpShown(const char* file, const char* topic) {
+  vardo::helpShown.push_back(std::string(file) + ": " + topic);
+}

@@ -3,8 +3,12 @@
 
 #include <windows.h>
 
+#include <filesystem>
+
 namespace vardo {
 
 HINSTANCE OwnModule();
+// The full path of a module's file; of the program's for null.
+std::filesystem::path ModuleFile(HMODULE module);
 
 }  // namespace vardo

@@ -2,6 +2,7 @@
 
 #include "platform/Characters.h"
 #include "platform/NativePlatform.h"
+#include "platform/win32/OwnModule.h"
 #include "platform/win32/Screen.h"
 #include "platform/win32/VisualStyles.h"
 #include "platform/win32/WideText.h"
@@ -62,12 +63,16 @@ RegistryKey OpenUserKey(std::string_view path) {
   return RegistryKey(key);
 }
 
-// addons beside the program.
-std::filesystem::path AddOnFolder() {
-  std::wstring program(MAX_PATH, L'\0');
-  for (DWORD size; (size = GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size()))) == program.size();)
-    program.resize(2 * program.size());
-  return std::filesystem::path(program.c_str()).parent_path() / "addons";
+std::filesystem::path AddOnFolder() { return ModuleFile(nullptr).parent_path() / "addons"; }
+
+// The whole path of the file beside this module; the name alone, for the viewer to look for, where there is none or the code page
+// lacks letters of the path.
+std::string HelpPath(std::string_view file) {
+  const auto path = ModuleFile(OwnModule()).replace_filename(ToWide(file));
+  BOOL replaced = FALSE;
+  const auto name = ToAnsi(FromWide(path.native()), &replaced);
+  std::error_code none;
+  return !replaced && std::filesystem::is_regular_file(path, none) ? name : ToAnsi(file);
 }
 
 using HtmlHelpFunction = HWND(WINAPI*)(HWND caller, LPCSTR file, UINT command, DWORD_PTR data);
@@ -97,7 +102,7 @@ void Win32Platform::ShowHelp(std::string_view file, std::string_view topic) {
   const auto htmlHelp = HtmlHelp();
   if (!htmlHelp) return;
   const auto topicName = ToAnsi(topic);
-  htmlHelp(owner_(), ToAnsi(file).c_str(), kDisplayTopic, reinterpret_cast<DWORD_PTR>(topicName.c_str()));
+  htmlHelp(owner_(), HelpPath(file).c_str(), kDisplayTopic, reinterpret_cast<DWORD_PTR>(topicName.c_str()));
 }
 
 bool Win32Platform::RunAddOn(std::string_view name) {
