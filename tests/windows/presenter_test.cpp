@@ -455,7 +455,14 @@ TEST_F(Win32PresenterTest, EscapeAndTheCloseBoxCancel) {
     SendMessageW(window, WM_SYSCOMMAND, SC_CLOSE, 0);
     EXPECT_FALSE(form.IsShown());
   });
-  EXPECT_THAT(trace, ElementsAre("cboName LostFocus"));
+  EXPECT_THAT(std::exchange(trace, {}), ElementsAre("cboName LostFocus"));
+  for (const char* control : {"cboName", "txtValue", "cmdAdd"}) {
+    WithWindow<TestForm>([&](TestForm& form, HWND, Win32Presenter& driver) {
+      driver.Focus(*form.Find(control));
+      PressKey(VK_F4, VK_MENU);
+      EXPECT_FALSE(form.IsShown()) << "Alt+F4 from " << control;
+    });
+  }
 }
 
 TEST_F(Win32PresenterTest, TypingInTheMiddleKeepsTheCaret) {

@@ -836,6 +836,31 @@ TEST(ServerDeathTest, ReleasesNothingOfAHostThatEndsWithADialogOpen) {
       testing::ExitedWithCode(0), "");
 }
 
+// In a process of its own, because the server listens to the first host that it hears of.
+TEST(ServerDeathTest, EventsMayFindNoMemory) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(
+      {
+        CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+        DrawingHost drawing;
+        drawing.New();
+        const HostAutomation automation;
+        Server::The().NewObject()->SetupEventSink(automation.Offer(drawing.application()).get());
+        const int page = drawing.ActivePage().id();
+        const int count = WithEachAllocationFailing([&] {
+          drawing.AddPage(std::nullopt);
+          drawing.application()->ActivePage()->Delete(1);
+          const IVShapePtr shape = drawing.Drop("Process", page, 1, 1, std::nullopt);
+          shape->SetText("Weld");
+          shape->Delete();
+          return S_OK;
+        });
+        const IVShapePtr last = drawing.Drop("Process", page, 1, 1, std::nullopt);
+        ExitProcess(count > 100 && last->Text() == "Process 1" ? 0 : 1);
+      },
+      testing::ExitedWithCode(0), "");
+}
+
 // A host has more windows than the one it works in, and any of them may be the active one.
 TEST_F(ServerTest, DialogsAndMessagesStandOverTheHostsWindowAndKeepAPersonToThem) {
   const FrameOfHost frame, other;
