@@ -1,10 +1,11 @@
-// What the services of Windows read in the registry.
+// The services of Windows where they go by what the machine holds: the registry, and how its user writes numbers.
 #include "platform/win32/Win32Platform.h"
 
 #include <gtest/gtest.h>
 
 #include <windows.h>
 
+#include <cstdlib>
 #include <string>
 #include <string_view>
 
@@ -61,6 +62,14 @@ TEST(Win32Platform, ReadsTextsOfTheRegistryAndNothingElse) {
     key.Set(type, bytes);
     EXPECT_EQ(machine.ReadRegistryString(kKey, kValue), want) << why;
   }
+}
+
+TEST(Win32Platform, ReadsNumbersAsTheUserWritesThem) {
+  const char* const other = std::getenv("VARDO_DECIMAL_SIGN");
+  const std::string sign = other ? other : ".";
+  Win32Platform machine;
+  EXPECT_EQ(machine.ParseReal("1" + sign + "5"), 1.5);
+  EXPECT_EQ(machine.ParseReal("-2" + sign + "25e1"), -22.5);
 }
 
 }  // namespace
