@@ -29,7 +29,8 @@ class Platform {
   virtual void ShowMessage(std::string_view text, std::string_view title, int style) = 0;
   // Of the screen that shows the forms, in twips (1/1440 inch; 15 to a pixel at 96 dots per inch).
   virtual TwipsSize ScreenSize() = 0;
-  // Opens a topic of a help file beside the program or the library that shows it. A viewer that cannot be started is no failure of the caller.
+  // Opens a topic of a help file beside the program or the library that shows it. A viewer that cannot be started is no failure
+  // of the caller.
   virtual void ShowHelp(std::string_view file, std::string_view topic) = 0;
   // Starts a program of the folder of add-ons by its file name and does not wait for it. False when there is none: the name may
   // come from anybody's drawing, so no other program of the machine is ever started.
