@@ -9,7 +9,6 @@
 #include <QKeyEvent>
 #include <QPixmap>
 #include <QPointer>
-#include <algorithm>
 #include <string>
 
 namespace vardo {
@@ -29,26 +28,13 @@ class ActiveAgain {
   QPointer<QWidget> window_;
 };
 
-class OnTop {
- public:
-  OnTop(std::vector<FormWindow*>& windows, FormWindow& window) : windows_(windows) { windows_.push_back(&window); }
-  ~OnTop() { windows_.pop_back(); }
-  OnTop(const OnTop&) = delete;
-  OnTop& operator=(const OnTop&) = delete;
-
- private:
-  std::vector<FormWindow*>& windows_;
-};
-
-ControlView& ViewOf(FormWindow& window, const Control& control) { return window.View(control); }
-
 }  // namespace
 
 void QtPresenter::RunModal(Form& form) {
-  QWidget* const below = windows_.empty() ? QApplication::activeWindow() : windows_.back();
+  QWidget* const below = windows_.Top() ? windows_.Top() : QApplication::activeWindow();
   const ActiveAgain activeAgain(below);
   FormWindow window(form, below);
-  const OnTop onTop(windows_, window);
+  const ShownWindows<FormWindow>::OnTop onTop(windows_, window);
   window.Open();
   Serve(window);
   if (form.IsShown()) form.UserKey("Escape");
@@ -60,45 +46,45 @@ void QtPresenter::Serve(FormWindow& window) {
   window.Run();
 }
 
-void QtPresenter::Closed(Form& form) { Window(form).Close(); }
+void QtPresenter::Closed(Form& form) { windows_.Of(form).Close(); }
 
 void QtPresenter::Focus(Control& control) {
   control.form().RequireFocusable(control);
-  ViewOf(Window(control.form()), control).GoTo();
+  ViewOf(control).GoTo();
 }
 
 void QtPresenter::Type(TextControl& control, std::string_view text) {
   const auto* combo = dynamic_cast<const ComboBox*>(&control);
   if (combo && combo->PickOnly()) return Pick(control, control.form().RequireOffered(*combo, text));
   control.form().RequireFocusable(control);
-  ViewOf(Window(control.form()), control).Type(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+  ViewOf(control).Type(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
 }
 
 void QtPresenter::Pick(Control& control, int index) {
   control.form().RequireItem(control, index);
-  ViewOf(Window(control.form()), control).Pick(index);
+  ViewOf(control).Pick(index);
 }
 
 void QtPresenter::Check(CheckBox& control, bool checked) {
   Focus(control);
-  if (control.Checked() != checked && control.Shown()) ViewOf(Window(control.form()), control).Click();
+  if (control.Checked() != checked && control.Shown()) ViewOf(control).Click();
 }
 
 void QtPresenter::Click(Control& control) {
   control.form().RequireFocusable(control);
-  ViewOf(Window(control.form()), control).Click();
+  ViewOf(control).Click();
 }
 
 void QtPresenter::DblClick(Control& control) {
   control.form().RequireFocusable(control);
-  ViewOf(Window(control.form()), control).DblClick();
+  ViewOf(control).DblClick();
 }
 
 void QtPresenter::Key(Form& form, std::string_view name) {
   const auto key = KeyOfName(name);
   // A blank typed over whatever the box has selected would be typing; so would be a key that has no name.
   if (!key || name == "Space") return form.UserKey(name);
-  FormWindow& window = Window(form);
+  FormWindow& window = windows_.Of(form);
   QWidget* const focus = window.focusWidget() ? window.focusWidget() : &window;
   for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
     QKeyEvent event(type, key->key(), key->keyboardModifiers());
@@ -107,16 +93,12 @@ void QtPresenter::Key(Form& form, std::string_view name) {
 }
 
 void QtPresenter::Screenshot(Form& form, const std::string& file) {
-  if (!Window(form).grab().save(QString::fromStdString(file), "PNG"))
+  if (!windows_.Of(form).grab().save(QString::fromStdString(file), "PNG"))
     throw RuntimeError(5, "No picture of " + form.name() + " could be written to " + file + ".");
 }
 
 void QtPresenter::ProcessEvents() { QApplication::processEvents(); }
 
-FormWindow& QtPresenter::Window(const Form& form) const {
-  const auto found = std::find_if(windows_.begin(), windows_.end(), [&](const FormWindow* w) { return &w->form() == &form; });
-  if (found == windows_.end()) throw RuntimeError(5, form.name() + " is not shown.");
-  return **found;
-}
+ControlView& QtPresenter::ViewOf(const Control& control) const { return windows_.Of(control.form()).View(control); }
 
 }  // namespace vardo

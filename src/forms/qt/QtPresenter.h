@@ -3,12 +3,13 @@
 #pragma once
 
 #include "forms/FormPresenter.h"
+#include "forms/ShownWindows.h"
 
 #include <functional>
-#include <vector>
 
 namespace vardo {
 
+class ControlView;
 class FormWindow;
 
 class QtPresenter : public FormPresenter, public FormDriver {
@@ -34,11 +35,11 @@ class QtPresenter : public FormPresenter, public FormDriver {
   static void ProcessEvents();
 
  private:
-  FormWindow& Window(const Form& form) const;
+  ControlView& ViewOf(const Control& control) const;
   void Serve(FormWindow& window);
 
   std::function<void(Form&)> pump_;
-  std::vector<FormWindow*> windows_;  // the topmost last
+  ShownWindows<FormWindow> windows_;
 };
 
 }  // namespace vardo

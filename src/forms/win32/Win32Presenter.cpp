@@ -8,28 +8,13 @@
 #include "forms/win32/Picture.h"
 #include "platform/win32/WideText.h"
 
-#include <algorithm>
 #include <string>
 
 namespace vardo {
-namespace {
-
-class OnTop {
- public:
-  OnTop(std::vector<FormWindow*>& windows, FormWindow& window) : windows_(windows) { windows_.push_back(&window); }
-  ~OnTop() { windows_.pop_back(); }
-  OnTop(const OnTop&) = delete;
-  OnTop& operator=(const OnTop&) = delete;
-
- private:
-  std::vector<FormWindow*>& windows_;
-};
-
-}  // namespace
 
 void Win32Presenter::RunModal(Form& form) {
   FormWindow window(form, TopWindow());
-  const OnTop onTop(windows_, window);
+  const ShownWindows<FormWindow>::OnTop onTop(windows_, window);
   window.Open();
   Serve(window);
 }
@@ -52,7 +37,7 @@ void Win32Presenter::Serve(FormWindow& window) {
   if (form.IsShown()) Hide(form);
 }
 
-void Win32Presenter::Closed(Form& form) { Window(form).Close(); }
+void Win32Presenter::Closed(Form& form) { windows_.Of(form).Close(); }
 
 void Win32Presenter::Focus(Control& control) {
   control.form().RequireFocusable(control);
@@ -87,32 +72,22 @@ void Win32Presenter::DblClick(Control& control) {
 }
 
 void Win32Presenter::Key(Form& form, std::string_view name) {
-  FormWindow& window = Window(form);
+  FormWindow& window = windows_.Of(form);
   const HWND focus = form.Focus() ? window.View(*form.Focus()).FocusWindow() : window.window();
   if (!SendNamedKey(focus, name)) form.UserKey(name);
 }
 
 void Win32Presenter::Screenshot(Form& form, const std::string& file) {
-  FormWindow& window = Window(form);
+  FormWindow& window = windows_.Of(form);
   if (!SavePicture(window.window(), file))
     throw RuntimeError(5, "No picture of " + form.name() + " could be written to " + file + ".");
 }
 
-FormWindow* Win32Presenter::Find(const Form& form) const {
-  const auto found = std::find_if(windows_.begin(), windows_.end(), [&](const FormWindow* w) { return &w->form() == &form; });
-  return found == windows_.end() ? nullptr : *found;
-}
-
 HWND Win32Presenter::WindowOf(const Form& form) const {
-  const FormWindow* window = Find(form);
+  const FormWindow* window = windows_.Find(form);
   return window ? window->window() : nullptr;
 }
 
-FormWindow& Win32Presenter::Window(const Form& form) const {
-  if (FormWindow* window = Find(form)) return *window;
-  throw RuntimeError(5, form.name() + " is not shown.");
-}
-
-HWND Win32Presenter::WindowOf(const Control& control) const { return Window(control.form()).View(control).window(); }
+HWND Win32Presenter::WindowOf(const Control& control) const { return windows_.Of(control.form()).View(control).window(); }
 
 }  // namespace vardo

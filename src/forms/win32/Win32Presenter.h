@@ -4,6 +4,7 @@
 #pragma once
 
 #include "forms/FormPresenter.h"
+#include "forms/ShownWindows.h"
 #include "forms/win32/FormWindow.h"
 #include "forms/win32/WindowNames.h"
 
@@ -11,7 +12,6 @@
 
 #include <functional>
 #include <unordered_map>
-#include <vector>
 
 namespace vardo {
 
@@ -24,7 +24,7 @@ class Win32Presenter : public FormPresenter, public FormDriver {
       : owner_(std::move(owner)), pump_(std::move(pump)) {}
 
   // The window of the form on top, else the owner: what a message stands over.
-  HWND TopWindow() const { return windows_.empty() ? owner_() : windows_.back()->window(); }
+  HWND TopWindow() const { return windows_.Top() ? windows_.Top()->window() : owner_(); }
   // Null when the form is not shown.
   HWND WindowOf(const Form& form) const;
 
@@ -45,8 +45,6 @@ class Win32Presenter : public FormPresenter, public FormDriver {
   void Screenshot(Form& form, const std::string& file) override;
 
  private:
-  FormWindow* Find(const Form& form) const;
-  FormWindow& Window(const Form& form) const;
   HWND WindowOf(const Control& control) const;
   void Serve(FormWindow& window);
 
@@ -54,7 +52,7 @@ class Win32Presenter : public FormPresenter, public FormDriver {
   std::function<void(Form&)> pump_;
   FormWindowClass windowClass_;
   std::unordered_map<const Form*, LoadedMark> marks_;
-  std::vector<FormWindow*> windows_;  // the topmost last
+  ShownWindows<FormWindow> windows_;
 };
 
 }  // namespace vardo
