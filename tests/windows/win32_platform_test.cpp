@@ -1,16 +1,22 @@
-// The services of Windows where they go by what the machine holds: the registry, and how its user writes numbers.
+// The services of Windows where they go by what the machine holds: the registry, how its user writes numbers, and add-ons.
 #include "platform/win32/Win32Platform.h"
+
+#include "platform/win32/OwnModule.h"
 
 #include <gtest/gtest.h>
 
 #include <windows.h>
 
 #include <cstdlib>
+#include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 
 namespace vardo {
 namespace {
+
+namespace fs = std::filesystem;
 
 constexpr const char* kKey = "Software\\Registry test of Vardo";
 constexpr const char* kValue = "Root";
@@ -70,6 +76,51 @@ TEST(Win32Platform, ReadsNumbersAsTheUserWritesThem) {
   Win32Platform machine;
   EXPECT_EQ(machine.ParseReal("1" + sign + "5"), 1.5);
   EXPECT_EQ(machine.ParseReal("-2" + sign + "25e1"), -22.5);
+}
+
+bool ComesTrue(const std::function<bool()>& condition) {
+  for (int tries = 0; tries < 1000; ++tries) {
+    if (condition()) return true;
+    Sleep(10);
+  }
+  return false;
+}
+
+TEST(Win32Platform, StartsProgramsOfTheAddOnsFolderAlone) {
+  const fs::path program = ModuleFile(nullptr);
+  const fs::path folder = program.parent_path() / "addons";
+  const fs::path report = folder / "report.xml";
+  fs::create_directories(folder);
+  fs::copy_file(program, folder / "XR Say.exe", fs::copy_options::overwrite_existing);
+  // The copy of this program runs no test, and writes its report all the same.
+  SetEnvironmentVariableW(L"GTEST_FILTER", L"-*");
+  SetEnvironmentVariableW(L"GTEST_OUTPUT", (L"xml:" + report.native()).c_str());
+
+  Win32Platform machine;
+  const struct {
+    std::string name;
+    const char* why;
+  } refused[] = {{"", "no name"},
+                 {"XR Missing.exe", "none of that name"},
+                 {program.filename().string(), "a program beside the folder"},
+                 {"..\\" + program.filename().string(), "the same by its path"},
+                 {"../" + program.filename().string(), "the same with the other slash"},
+                 {"cmd.exe", "a program of the machine"},
+                 {"C:\\windows\\system32\\cmd.exe", "the same by its path"},
+                 {std::string("XR Say.exe\0x", 12), "a name cut short"},
+                 {"XR Say.exe:x", "a part of a file"},
+                 {"XR*.exe", "a pattern"}};
+  for (const auto& [name, why] : refused) EXPECT_FALSE(machine.RunAddOn(name)) << why;
+  EXPECT_FALSE(fs::exists(report));
+
+  EXPECT_TRUE(machine.RunAddOn("XR Say.exe"));
+  EXPECT_TRUE(ComesTrue([&] { return fs::exists(report); }));
+  // Not while the program runs.
+  EXPECT_TRUE(ComesTrue([&] {
+    std::error_code failure;
+    fs::remove_all(folder, failure);
+    return !failure;
+  }));
 }
 
 }  // namespace
