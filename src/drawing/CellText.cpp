@@ -107,11 +107,10 @@ void WriteComputed(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, const
 
 std::string QuoteText(std::string_view text) {
   std::string quoted = "\"";
-  for (const char c : text) {
-    quoted += c;
-    if (c == '"') quoted += c;
-  }
-  return quoted += '"';
+  quoted.reserve(text.size() + 2);
+  for (size_t quote; (quote = text.find('"')) != std::string_view::npos; text.remove_prefix(quote + 1))
+    quoted.append(text.substr(0, quote + 1)) += '"';
+  return quoted.append(text) += '"';
 }
 
 bool FormulaIsInherited(pugi::xml_node cell) { return cell.attribute("F").value() == kInherited; }
