@@ -5,8 +5,8 @@ target_include_directories(vardo_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 # -Wrestrict of GCC 12 sees overlaps in plain string concatenation (GCC bug 105329).
 target_compile_options(vardo_options INTERFACE -Wall -Wextra -Wpedantic -Werror -Wno-restrict)
 if(VARDO_SANITIZE)
-  # A null pointer ends the program without a check for it, x86 reads at odd addresses, and the two checks are a quarter of the
-  # compiler's work.
+  # A null pointer that is followed ends the program without a check for it, x86 reads at odd addresses, and the two checks are a
+  # quarter of the compiler's work.
   target_compile_options(vardo_options INTERFACE -fsanitize=address,undefined -fno-sanitize=null,alignment
                          -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(vardo_options INTERFACE -fsanitize=address,undefined)
