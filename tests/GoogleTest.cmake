@@ -6,7 +6,8 @@ target_precompile_headers(vardo_gtest_headers PRIVATE <gmock/gmock.h> <gtest/gte
 
 # vardo_uses_gtest(TARGET lib...): links a program or library of tests with GoogleTest and those libraries.
 function(vardo_uses_gtest target)
-  target_link_libraries(${target} PUBLIC ${ARGN} vardo_options GTest::gmock)
+  target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR}/tests/support)
+  target_link_libraries(${target} PUBLIC ${ARGN} vardo_test_host vardo_options GTest::gmock)
   target_precompile_headers(${target} REUSE_FROM vardo_gtest_headers)
 endfunction()
 

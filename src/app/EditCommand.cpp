@@ -1,7 +1,7 @@
 #include "addin/Vardo_Visio_Link_Module.h"
-#include "addin/host/HostError.h"
 #include "app/Commands.h"
 #include "app/Modules.h"
+#include "base/Errors.h"
 #include "dialogs/ModuleDialog.h"
 #include "forms/Forms.h"
 #include "forms/headless/HeadlessPresenter.h"

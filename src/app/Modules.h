@@ -1,7 +1,7 @@
 // What a person sees of a drawing as a model: its modules and their properties.
 #pragma once
 
-#include "drawing/Drawing.h"
+#include "document/Drawing.h"
 
 #include <string>
 #include <utility>

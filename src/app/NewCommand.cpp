@@ -1,5 +1,5 @@
 #include "app/Commands.h"
-#include "drawing/Drawing.h"
+#include "document/Drawing.h"
 
 #include <fmt/format.h>
 

@@ -1,6 +1,6 @@
-#include "addin/host/HostError.h"
 #include "app/Commands.h"
-#include "drawing/vsdx/FileError.h"
+#include "base/Errors.h"
+#include "base/FileError.h"
 
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>

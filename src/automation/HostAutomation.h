@@ -23,7 +23,7 @@ class HostAutomation {
   ComPtr<IDispatch> Offer(const IVShapePtr& shape) const;
 
   // How often members of the objects have been called.
-  std::size_t CallCount() const;
+  size_t CallCount() const;
 
  private:
   std::shared_ptr<OfferedObjects> objects_;

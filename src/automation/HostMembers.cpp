@@ -71,7 +71,7 @@ template <class Parameter>
 using Kept = std::conditional_t<std::is_same_v<Parameter, std::string_view>, std::string, std::remove_cvref_t<Parameter>>;
 
 template <class Parameter>
-Kept<Parameter> ReadArgument(const CallArguments& arguments, std::size_t i, OfferedObjects& objects) {
+Kept<Parameter> ReadArgument(const CallArguments& arguments, size_t i, OfferedObjects& objects) {
   try {
     return Read<Kept<Parameter>>(*arguments[i], objects);
   } catch (const RuntimeError& error) {
@@ -97,11 +97,11 @@ struct Signature;
 template <class Class, class Return, class... Parameters>
 struct Signature<Return (Class::*)(Parameters...)> {
   using Interface = Class;
-  static constexpr std::size_t kCount = sizeof...(Parameters);
+  static constexpr size_t kCount = sizeof...(Parameters);
 
   template <auto kFunction>
   static Variant Run(Class& object, const CallArguments& arguments, OfferedObjects& objects) {
-    return [&]<std::size_t... i>(std::index_sequence<i...>) {
+    return [&]<size_t... i>(std::index_sequence<i...>) {
       // In braces, so that the arguments are read from the first on.
       [[maybe_unused]] const std::tuple<Kept<Parameters>...> kept{ReadArgument<Parameters>(arguments, i, objects)...};
       if constexpr (std::is_void_v<Return>) {
@@ -329,6 +329,6 @@ HostAutomation::HostAutomation() : objects_(std::make_shared<OfferedObjects>()) 
 ComPtr<IDispatch> HostAutomation::Offer(const IVApplicationPtr& application) const { return objects_->Offer(application); }
 ComPtr<IDispatch> HostAutomation::Offer(const IVPagePtr& page) const { return objects_->Offer(page); }
 ComPtr<IDispatch> HostAutomation::Offer(const IVShapePtr& shape) const { return objects_->Offer(shape); }
-std::size_t HostAutomation::CallCount() const { return objects_->CallCount(); }
+size_t HostAutomation::CallCount() const { return objects_->CallCount(); }
 
 }  // namespace vardo

@@ -18,7 +18,7 @@ class OfferedObjects;
 // A failure of the call itself.
 struct BadCall {
   HRESULT code;
-  std::optional<std::size_t> parameter = std::nullopt;  // the one that is wrong
+  std::optional<size_t> parameter = std::nullopt;  // the one that is wrong
 };
 
 // A member of the objects that stand for one of the host's interfaces.
@@ -27,7 +27,7 @@ struct OfferedMember {
   const wchar_t* name;
   WORD kind;  // DISPATCH_...
   ParameterNames parameters;
-  std::size_t parameterCount;
+  size_t parameterCount;
   Variant (*run)(Interface& object, const CallArguments& arguments, OfferedObjects& objects);
 };
 
@@ -91,10 +91,10 @@ class OfferedObjects : public std::enable_shared_from_this<OfferedObjects> {
   void Forget(const void* handle) { objects_.erase(handle); }
 
   void CountCall() { ++calls_; }
-  std::size_t CallCount() const { return calls_; }
+  size_t CallCount() const { return calls_; }
 
  private:
-  std::size_t calls_ = 0;
+  size_t calls_ = 0;
   // By the handle they keep alive.
   std::unordered_map<const void*, DispatchObject*> objects_;
 };
@@ -137,7 +137,7 @@ class OfferedObject : public DispatchObject {
     if (IsSameName(member.name, L"Item")) return DISPID_VALUE;
     const auto members = MembersOf<Interface>();
     DISPID id = 1;
-    while (!IsSameName(members[static_cast<std::size_t>(id - 1)].name, member.name)) ++id;
+    while (!IsSameName(members[static_cast<size_t>(id - 1)].name, member.name)) ++id;
     return id;
   }
 
@@ -145,7 +145,7 @@ class OfferedObject : public DispatchObject {
     for (const auto& member : MembersOf<Interface>()) {
       if (IdOf(member) != id || !(member.kind & kind)) continue;
       if (arguments.count() != member.parameterCount) throw BadCall{DISP_E_BADPARAMCOUNT};
-      for (std::size_t i = 0; i < member.parameterCount; ++i)
+      for (size_t i = 0; i < member.parameterCount; ++i)
         if (IsMissing(arguments[i])) throw BadCall{DISP_E_PARAMNOTOPTIONAL, arguments[i] ? std::optional(i) : std::nullopt};
       return member;
     }

@@ -1,6 +1,6 @@
 #include "automation/SinkCaller.h"
 
-#include "addin/host/HostError.h"
+#include "base/Errors.h"
 
 namespace vardo {
 namespace {
@@ -20,7 +20,7 @@ class SinkCaller : public IVEventSink {
                                            Variant(objects_->Offer(source)),
                                            Variant(eventCode)};
     std::array<VARIANT, owners.size()> arguments;
-    for (std::size_t i = 0; i < owners.size(); ++i) arguments[i] = owners[i].get();
+    for (size_t i = 0; i < owners.size(); ++i) arguments[i] = owners[i].get();
     DISPPARAMS parameters = {arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
     Variant answer;
     sink_->Invoke(procedure_, GUID{}, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, answer.Receive(), nullptr, nullptr);

@@ -16,7 +16,7 @@ class AutomationAddin : public HostedAddin {
   // The library that the add-in lives in.
   HMODULE library() const;
   // How often the add-in has called the host's objects.
-  std::size_t HostCallCount() const { return host_.CallCount(); }
+  size_t HostCallCount() const { return host_.CallCount(); }
 
   void AddVardoMenu() override;
   void InitializePage() override;

@@ -1,7 +1,7 @@
 #include "automation_script/WindowDesktop.h"
 
-#include "addin/host/HostError.h"
 #include "automation_script/MessageBoxSeen.h"
+#include "base/Errors.h"
 #include "forms/win32/Hands.h"
 #include "forms/win32/Keys.h"
 #include "forms/win32/Picture.h"

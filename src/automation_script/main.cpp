@@ -1,7 +1,7 @@
 // vardo-script: the script language with the add-in that is registered on this machine, in a drawing host of our own.
 #include "automation_script/AutomationAddin.h"
 #include "automation_script/WindowDesktop.h"
-#include "drawing/vsdx/FileError.h"
+#include "base/FileError.h"
 #include "platform/NativePlatform.h"
 #include "platform/win32/OwnModule.h"
 #include "platform/win32/WideText.h"
@@ -9,11 +9,10 @@
 #include "script/ScriptRunner.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <io.h>
 #include <objbase.h>
 #include <shellapi.h>
-
-#include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
 #include <algorithm>

@@ -69,7 +69,7 @@ constexpr std::span<const NamePair> kContents[] = {
     kFlowModules, kAttributes,      kEntityTypes, kResources, kSchedules,  kSets,
     kVariables,   kBatchAndProcess, kCounters,    kTallies,   kAllModules, kPictures,
 };
-static_assert(std::size(kContents) == static_cast<std::size_t>(NameList::Pictures) + 1);
+static_assert(std::size(kContents) == static_cast<size_t>(NameList::Pictures) + 1);
 
 constexpr NamePair kQueues[] = {{"Queue", "QueueName"}, {"Set", "SetQueueMembers"}};
 constexpr std::string_view kQueueSuffix = ".Queue";
@@ -103,13 +103,13 @@ void Add(ItemList& items, const StringList& names, std::string_view suffix = "")
 }  // namespace
 
 void BuildNameCatalogues() {
-  for (std::size_t i = 0; i < catalogues.size(); ++i) {
+  for (size_t i = 0; i < catalogues.size(); ++i) {
     if (catalogues[i].kinds.empty()) Fill(catalogues[i], kContents[i]);
   }
 }
 
 StringList GatherNames(NameList list, bool unique) {
-  const auto& [kinds, fields] = catalogues[static_cast<std::size_t>(list)];
+  const auto& [kinds, fields] = catalogues[static_cast<size_t>(list)];
   return FillComboFromDrawing(kinds, fields, unique);
 }
 

@@ -2,13 +2,13 @@
 
 #include "addin/Global_Variables.h"
 #include "addin/host/HostConstants.h"
-#include "addin/host/HostError.h"
 #include "addin/host/IVApplication.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
 #include "addin/host/SecondTry.h"
+#include "base/Errors.h"
+#include "modules/ModuleKinds.h"
 #include "platform/Platform.h"
-#include "props/ModuleKinds.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,6 +1,6 @@
 #include "dialogs/DialogFrame.h"
 
-#include "addin/host/HostError.h"
+#include "base/Errors.h"
 #include "dialogs/Utilities.h"
 #include "platform/Platform.h"
 

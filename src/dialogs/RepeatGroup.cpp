@@ -8,7 +8,7 @@
 
 namespace vardo {
 
-StringList FieldsOf(std::string_view line, std::size_t columns) {
+StringList FieldsOf(std::string_view line, size_t columns) {
   return columns == 1 ? StringList{std::string(line)} : SplitList(line, kListDelimiter);
 }
 
@@ -24,14 +24,14 @@ RepeatGroup::RepeatGroup(std::string_view countProperty, std::vector<RowColumn> 
     : countProperty_(countProperty), columns_(std::move(columns)), lineColumns_(lineColumns) {}
 
 StringList RepeatGroup::ReadLines(const IVShapePtr& shape) const {
-  const auto count = static_cast<std::size_t>(ReadRowCount(shape, countProperty_));
+  const auto count = static_cast<size_t>(ReadRowCount(shape, countProperty_));
   StringList lines;
   if (count == 0) return lines;
   std::vector<StringList> stored;
   for (const RowColumn& column : columns_) stored.push_back(GetPropList(shape, column.property, column.readDefault));
-  for (std::size_t i = 0; i < count; ++i) {
+  for (size_t i = 0; i < count; ++i) {
     StringList row;
-    for (std::size_t c = 0; c < columns_.size(); ++c)
+    for (size_t c = 0; c < columns_.size(); ++c)
       row.push_back(i < stored[c].size() ? stored[c][i] : std::string(columns_[c].readDefault));
     if (auto line = LineOf(row)) lines.push_back(std::move(*line));
   }
@@ -42,9 +42,9 @@ void RepeatGroup::WriteLines(const IVShapePtr& shape, const StringList& lines) c
   std::vector<StringList> stored(columns_.size());
   for (const std::string& line : lines) {
     StringList row = RowOf(line);
-    for (std::size_t c = 0; c < columns_.size(); ++c) stored[c].push_back(std::move(row[c]));
+    for (size_t c = 0; c < columns_.size(); ++c) stored[c].push_back(std::move(row[c]));
   }
-  for (std::size_t c = 0; c < columns_.size(); ++c) {
+  for (size_t c = 0; c < columns_.size(); ++c) {
     if (lines.empty()) stored[c].emplace_back(columns_[c].filler);
     SetPropList(shape, columns_[c].property, stored[c]);
   }
@@ -53,7 +53,7 @@ void RepeatGroup::WriteLines(const IVShapePtr& shape, const StringList& lines) c
 
 std::optional<std::string> RepeatGroup::LineOf(const StringList& row) const {
   StringList items;
-  for (const std::size_t c : ColumnsShown(row)) items.push_back(columns_[c].toText ? columns_[c].toText(row[c]) : row[c]);
+  for (const size_t c : ColumnsShown(row)) items.push_back(columns_[c].toText ? columns_[c].toText(row[c]) : row[c]);
   if (items.empty()) return std::nullopt;
   return JoinList(items);
 }
@@ -63,17 +63,17 @@ StringList RepeatGroup::RowOf(std::string_view line) const {
   StringList row;
   for (const RowColumn& column : columns_) row.emplace_back(column.filler);
   const StringList items = FieldsOf(line, columns_.size());
-  for (std::size_t i = 0; i < std::min(items.size(), ColumnsShown(row).size()); ++i) {
-    const std::size_t c = ColumnsShown(row)[i];
+  for (size_t i = 0; i < std::min(items.size(), ColumnsShown(row).size()); ++i) {
+    const size_t c = ColumnsShown(row)[i];
     row[c] = columns_[c].toStored ? columns_[c].toStored(items[i]) : items[i];
   }
   return row;
 }
 
-std::vector<std::size_t> RepeatGroup::ColumnsShown(const StringList& row) const {
+std::vector<size_t> RepeatGroup::ColumnsShown(const StringList& row) const {
   if (lineColumns_) return lineColumns_(row);
-  std::vector<std::size_t> all(columns_.size());
-  std::iota(all.begin(), all.end(), std::size_t{0});
+  std::vector<size_t> all(columns_.size());
+  std::iota(all.begin(), all.end(), size_t{0});
   return all;
 }
 

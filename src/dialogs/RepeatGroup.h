@@ -14,7 +14,7 @@
 namespace vardo {
 
 // The fields of a line. The line of a group of one column is its only field, separators and all.
-StringList FieldsOf(std::string_view line, std::size_t columns);
+StringList FieldsOf(std::string_view line, size_t columns);
 
 struct RowColumn {
   std::string_view property;
@@ -31,7 +31,7 @@ class RepeatGroup {
  public:
   // The columns that a line shows, in its order; the row is by column, as stored, and known as far as those columns that say
   // which others are shown. None: the row makes no line.
-  using LineColumns = std::vector<std::size_t> (*)(const StringList& row);
+  using LineColumns = std::vector<size_t> (*)(const StringList& row);
 
   // Written in the order of the columns, then the count. Without lineColumns a line shows all columns.
   RepeatGroup(std::string_view countProperty, std::vector<RowColumn> columns, LineColumns lineColumns = nullptr);
@@ -43,7 +43,7 @@ class RepeatGroup {
  private:
   std::optional<std::string> LineOf(const StringList& row) const;
   StringList RowOf(std::string_view line) const;
-  std::vector<std::size_t> ColumnsShown(const StringList& row) const;
+  std::vector<size_t> ColumnsShown(const StringList& row) const;
 
   std::string countProperty_;
   std::vector<RowColumn> columns_;

@@ -2,14 +2,14 @@
 
 #include "addin/Global_Variables.h"
 #include "addin/host/HostConstants.h"
-#include "addin/host/HostError.h"
 #include "addin/host/IVApplication.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
 #include "addin/host/SecondTry.h"
+#include "base/Errors.h"
+#include "base/ScopeExit.h"
 #include "catalog/NameCatalogues.h"
 #include "connect/Glue_Connections.h"
-#include "events/AtExit.h"
 #include "events/PageRegisters.h"
 #include "props/PropertyCells.h"
 #include "props/StringFunctions.h"
@@ -24,8 +24,6 @@ std::vector<std::string> PagesToDelete;
 std::vector<std::string> PagesToInitialise;
 
 namespace {
-
-std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
 
 // Of the master; empty for a shape that has none.
 std::string KindOf(const IVShapePtr& shape) {
@@ -165,7 +163,7 @@ void CEventSink::PageAdded(const IVPagePtr& page) try {
   for (const BookkeepingRow& row : kBookkeepingRows)
     WithSecondTry([&] { sheet->AddNamedRow(kSectionProp, row.name, kTagDefault); });
   for (const BookkeepingRow& row : kBookkeepingRows) {
-    const std::string formula = row.name == kParentPageRow ? Quoted(PendingParentPage) : std::string(row.formula);
+    const std::string formula = row.name == kParentPageRow ? InQuotes(PendingParentPage) : std::string(row.formula);
     WithSecondTry([&] { sheet->Cells(CellName(row.name))->SetFormula(formula); });
   }
   PendingParentPage.clear();

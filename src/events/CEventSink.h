@@ -42,7 +42,7 @@ class CEventSink : public IVEventSink {
   // One more event has been registered. The one that tells of deleted pages is switched off while queued pages are deleted, so
   // that their going does not come back here.
   void Advised(const IVEventPtr& event, bool isPageDeleted);
-  std::size_t AdvisedEvents() const { return advisedEvents_; }
+  size_t AdvisedEvents() const { return advisedEvents_; }
 
  private:
   void DrainQueues();
@@ -56,7 +56,7 @@ class CEventSink : public IVEventSink {
   void Recount(const IVPagePtr& page, const ShapeIndexes& goingAway);
 
   IVEventPtr pageDeletedEvent_;
-  std::size_t advisedEvents_ = 0;
+  size_t advisedEvents_ = 0;
   bool pageDeletedIsOff_ = false;
   bool draining_ = false;
   bool puttingText_ = false;

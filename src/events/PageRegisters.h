@@ -2,7 +2,7 @@
 #pragma once
 
 #include "addin/host/HostFwd.h"
-#include "props/ModuleKinds.h"
+#include "modules/ModuleKinds.h"
 
 #include <string>
 #include <string_view>

@@ -2,13 +2,14 @@
 
 #include "addin/Global_Variables.h"
 #include "addin/host/HostConstants.h"
-#include "addin/host/HostError.h"
 #include "addin/host/IVApplication.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
 #include "addin/host/SecondTry.h"
-#include "events/AtExit.h"
-#include "platform/Characters.h"
+#include "base/Characters.h"
+#include "base/Errors.h"
+#include "base/ScopeExit.h"
+#include "events/PageRegisters.h"
 #include "platform/Platform.h"
 #include "props/DrawingLists.h"
 #include "props/PropertyCells.h"
@@ -21,7 +22,6 @@ std::string PendingParentPage;
 namespace {
 
 constexpr std::string_view kSubPage = "VardoSubPage";
-constexpr std::string_view kParentPage = "VardoParentPage";
 constexpr std::string_view kSuffix = " (Submodel)";
 constexpr size_t kLongestWholeName = 20;
 constexpr size_t kPrefixLength = 18;
@@ -89,7 +89,7 @@ void OpenSubmodelPage(const IVShapePtr& process) {
   const IVPagePtr page = AllPages()->Add();
   try {
     // Unless the listener for new pages has written it.
-    if (!PendingParentPage.empty()) SetPagePropList(page, kParentPage, parent);
+    if (!PendingParentPage.empty()) SetPagePropList(page, kParentPageRow, parent);
     page->SetName(target);
     AddCloseAction(page->PageSheet());
     SetPropList(process, kSubPage, target);
@@ -100,7 +100,7 @@ void OpenSubmodelPage(const IVShapePtr& process) {
 }
 
 void ShowParentPage(const IVPagePtr& page) {
-  const std::string parent = PropText(page->PageSheet(), kParentPage);
+  const std::string parent = PropText(page->PageSheet(), kParentPageRow);
   if (PageExists(parent)) ShowPage(parent);
 }
 

@@ -1,6 +1,6 @@
 #include "forms/Controls.h"
 
-#include "addin/host/HostError.h"
+#include "base/Errors.h"
 #include "forms/Form.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "forms/Form.h"
 
-#include "addin/host/HostError.h"
+#include "base/Errors.h"
 #include "platform/Platform.h"
 
 #include <algorithm>

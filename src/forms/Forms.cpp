@@ -1,6 +1,6 @@
 #include "forms/Forms.h"
 
-#include "addin/host/HostError.h"
+#include "base/Errors.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,7 +1,7 @@
 // The windows of the forms that a toolkit shows now, each modal to the one below.
 #pragma once
 
-#include "addin/host/HostError.h"
+#include "base/Errors.h"
 #include "forms/Form.h"
 
 #include <algorithm>

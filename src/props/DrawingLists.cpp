@@ -2,10 +2,10 @@
 
 #include "addin/Global_Variables.h"
 #include "addin/host/HostConstants.h"
-#include "addin/host/HostError.h"
 #include "addin/host/IVApplication.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
+#include "base/Errors.h"
 #include "platform/Platform.h"
 #include "props/PropertyCells.h"
 
@@ -19,7 +19,7 @@ namespace {
 // The text of a shape's cell; a property that the shape lacks is created. A formula too short for quotes counts as empty and
 // stays.
 std::string ReadOrCreate(const IVShapePtr& shape, const std::string& cellName) {
-  const auto read = [&] { return QuotedText(shape->Cells(cellName)->Formula()).value_or(""); };
+  const auto read = [&] { return TextBetweenQuotes(shape->Cells(cellName)->Formula()).value_or(""); };
   try {
     return read();
   } catch (const HostError&) {
@@ -37,7 +37,7 @@ StringList FillComboFromDrawing(const StringList& registers, const StringList& f
   const int pageCount = pages->Count();
   for (int i = 1; i <= pageCount; ++i) {
     const auto page = pages->Item(i);
-    for (std::size_t j = 0; j < registers.size(); ++j) CollectPageValues(page, registers[j], CellName(fields.at(j)), values);
+    for (size_t j = 0; j < registers.size(); ++j) CollectPageValues(page, registers[j], CellName(fields.at(j)), values);
   }
   const auto withoutFirstDelimiter = std::string_view(values).substr(values.empty() ? 0 : kListDelimiter.size());
   return SplitToUniqueList(withoutFirstDelimiter, kListDelimiter, unique);

@@ -2,11 +2,11 @@
 
 #include "addin/Global_Variables.h"
 #include "addin/host/HostConstants.h"
-#include "addin/host/HostError.h"
 #include "addin/host/IVApplication.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
-#include "platform/Characters.h"
+#include "base/Characters.h"
+#include "base/Errors.h"
 
 namespace vardo {
 namespace {
@@ -26,8 +26,6 @@ constexpr Trait kTraitsBesidesLabel[] = {
     {".Prompt", "\"\""}, {".Type", "0"}, {".SortKey", "\"\""}, {".Format", "\"@\""}, kHidden, {".Verify", "0"},
 };
 
-std::string Quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
-
 void Write(IVShape& sheet, const std::string& cell, std::string_view formula) { sheet.Cells(cell)->SetFormula(formula); }
 void Write(IVShape& sheet, const std::string& cell, const Trait& trait) {
   Write(sheet, cell + std::string(trait.suffix), trait.formula);
@@ -36,21 +34,21 @@ void Write(IVShape& sheet, const std::string& cell, const Trait& trait) {
 void CreateShapeProperty(IVShape& shape, std::string_view field) {
   const auto cell = CellName(field);
   shape.AddNamedRow(kSectionProp, field, kTagDefault);
-  Write(shape, cell, {".Label", Quoted(field)});
+  Write(shape, cell, {".Label", InQuotes(field)});
   for (const Trait& trait : kTraitsBesidesLabel) Write(shape, cell, trait);
 }
 
 void CreatePageProperty(IVShape& sheet, std::string_view field) {
   const auto cell = CellName(field);
   sheet.AddNamedRow(kSectionProp, field, kTagDefault);
-  Write(sheet, cell, Quoted(""));
+  Write(sheet, cell, InQuotes(""));
   Write(sheet, cell, kHidden);
 }
 
 // The text of a field of the sheet that getSheet gives, or none when it cannot be read.
 template <typename GetSheet>
 std::optional<std::string> ReadText(const GetSheet& getSheet, std::string_view field) try {
-  return QuotedText(getSheet()->Cells(CellName(field))->Formula());
+  return TextBetweenQuotes(getSheet()->Cells(CellName(field))->Formula());
 } catch (const AutomationError&) {
   return std::nullopt;
 }
@@ -58,7 +56,7 @@ std::optional<std::string> ReadText(const GetSheet& getSheet, std::string_view f
 void WriteText(const IVShapePtr& sheet, std::string_view field, std::string_view text,
                void (*create)(IVShape&, std::string_view)) {
   const auto cell = CellName(field);
-  const auto formula = Quoted(text);
+  const auto formula = InQuotes(text);
   try {
     Write(*sheet, cell, formula);
     return;
@@ -84,7 +82,9 @@ StringList ReadList(const GetSheet& getSheet, std::string_view field, std::strin
 
 std::string CellName(std::string_view field) { return std::string(kPropPrefix) + std::string(field); }
 
-std::optional<std::string> QuotedText(std::string_view formula) {
+std::string InQuotes(std::string_view text) { return '"' + std::string(text) + '"'; }
+
+std::optional<std::string> TextBetweenQuotes(std::string_view formula) {
   if (formula.empty()) return std::nullopt;
   formula.remove_prefix(FirstCharacter(formula).size());
   if (formula.empty()) return std::nullopt;
@@ -103,7 +103,7 @@ StringList GetPagePropList(const IVPagePtr& page, std::string_view field, std::s
 std::string PropText(const IVShapePtr& sheet, std::string_view field) {
   const auto cell = CellName(field);
   try {
-    return QuotedText(sheet->Cells(cell)->Formula()).value_or("");
+    return TextBetweenQuotes(sheet->Cells(cell)->Formula()).value_or("");
   } catch (const HostError&) {
     if (sheet->CellExists(cell, kExistsAnywhere)) throw;
   }

@@ -17,8 +17,10 @@ inline constexpr std::string_view kPropPrefix = "Prop.";
 // The name of the cell that holds a field.
 std::string CellName(std::string_view field);
 
+// The formula of a text as it is kept: in quotes, its own quotes not doubled.
+std::string InQuotes(std::string_view text);
 // What stands between a formula's first and last character, which are not looked at; none when it has not both.
-std::optional<std::string> QuotedText(std::string_view formula);
+std::optional<std::string> TextBetweenQuotes(std::string_view formula);
 
 // The items of a field. When its cell cannot be read, the default's words instead: it is split at blanks and punctuation too, so
 // that "Entity 1" becomes "Entity" and "1". At least one item.

@@ -1,7 +1,7 @@
 #include "props/StringFunctions.h"
 
-#include "addin/host/HostError.h"
-#include "platform/Characters.h"
+#include "base/Characters.h"
+#include "base/Errors.h"
 #include "platform/Platform.h"
 
 #include <algorithm>
@@ -28,7 +28,7 @@ Delimited WithOneDelimiter(std::string_view text, std::string_view delimiters) {
   return {TranslateChars(text, delimiters, first), first};
 }
 
-std::size_t FindDelimiter(const Delimited& list, std::size_t from) {
+size_t FindDelimiter(const Delimited& list, size_t from) {
   return list.delimiter.empty() ? std::string::npos : list.text.find(list.delimiter, from);
 }
 
@@ -43,8 +43,8 @@ std::vector<std::string_view> Characters(std::string_view text) {
 StringList SplitList(std::string_view text, std::string_view delimiters) {
   const auto list = WithOneDelimiter(text, delimiters);
   StringList items;
-  std::size_t start = 0;
-  for (std::size_t end; (end = FindDelimiter(list, start)) != std::string::npos; start = end + list.delimiter.size()) {
+  size_t start = 0;
+  for (size_t end; (end = FindDelimiter(list, start)) != std::string::npos; start = end + list.delimiter.size()) {
     items.push_back(list.text.substr(start, end - start));
   }
   items.push_back(list.text.substr(start));
@@ -53,7 +53,7 @@ StringList SplitList(std::string_view text, std::string_view delimiters) {
 
 std::string JoinList(const StringList& items) {
   std::string text;
-  for (std::size_t i = 0; i < items.size(); ++i) {
+  for (size_t i = 0; i < items.size(); ++i) {
     if (i > 0) text += kListDelimiter;
     text += items[i];
   }
@@ -63,8 +63,8 @@ std::string JoinList(const StringList& items) {
 std::string GetListItem(std::string_view text, int n, std::string_view delimiters) {
   if (n < 1) throw RuntimeError::InvalidArgument("list item " + std::to_string(n));
   const auto list = WithOneDelimiter(text, delimiters);
-  std::size_t start = 0;
-  std::size_t end = FindDelimiter(list, start);
+  size_t start = 0;
+  size_t end = FindDelimiter(list, start);
   if (end == std::string::npos) return list.text;
   for (int skipped = 1; skipped < n; ++skipped) {
     if (end == std::string::npos) return "";
@@ -93,7 +93,7 @@ std::string TranslateChars(std::string_view text, std::string_view from, std::st
     if (found == replaced.end()) {
       result += character;
     } else if (!replacements.empty()) {
-      result += replacements[std::min<std::size_t>(found - replaced.begin(), replacements.size() - 1)];
+      result += replacements[std::min<size_t>(found - replaced.begin(), replacements.size() - 1)];
     }
   }
   return result;
@@ -103,7 +103,7 @@ std::string UnquoteFormula(std::string_view formula) {
   if (formula.starts_with('"')) formula.remove_prefix(1);
   if (formula.ends_with('"')) formula.remove_suffix(1);
   std::string text;
-  for (std::size_t i = 0; i < formula.size(); ++i) {
+  for (size_t i = 0; i < formula.size(); ++i) {
     if (formula.substr(i).starts_with("\"\"")) ++i;
     text += formula[i];
   }

@@ -1,8 +1,8 @@
 #include "script/AddinSession.h"
 
-#include "addin/host/HostError.h"
-#include "drawing/CellText.h"
-#include "drawing/HostObjects.h"
+#include "base/Errors.h"
+#include "document/CellText.h"
+#include "memoryhost/HostObjects.h"
 #include "platform/Platform.h"
 
 #include <optional>

@@ -1,7 +1,7 @@
 // The add-in at work in the in-memory drawing host: the two joined as they are when the drawing program loads the add-in.
 #pragma once
 
-#include "drawing/DrawingHost.h"
+#include "memoryhost/DrawingHost.h"
 #include "script/HostedAddin.h"
 
 #include <filesystem>

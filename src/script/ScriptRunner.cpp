@@ -1,10 +1,11 @@
 #include "script/ScriptRunner.h"
 
-#include "addin/host/HostError.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
-#include "drawing/HostObjects.h"
-#include "drawing/vsdx/FileError.h"
+#include "base/Errors.h"
+#include "base/FileError.h"
+#include "base/Text.h"
+#include "memoryhost/HostObjects.h"
 #include "script/FormJson.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "server/Registration.h"
 
-#include "addin/host/HostError.h"
+#include "base/Errors.h"
 #include "platform/win32/OwnModule.h"
 #include "visio/Com.h"
 

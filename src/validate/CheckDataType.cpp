@@ -1,7 +1,8 @@
 #include "validate/CheckDataType.h"
 
-#include "addin/host/HostError.h"
-#include "platform/Characters.h"
+#include "base/Characters.h"
+#include "base/Errors.h"
+#include "base/Text.h"
 #include "platform/Platform.h"
 
 #include <algorithm>

@@ -1,8 +1,9 @@
 #include "visio/Com.h"
 
-#include "platform/Utf16.h"
+#include "base/Utf16.h"
 
 #include <climits>
+
 #include <cstdio>
 #include <new>
 
@@ -66,7 +67,7 @@ class LockedArray {
 
 // An array of that many elements in a variant, with its memory at hand until it is filled.
 template <class Element, class Fill>
-Variant FilledArray(VARTYPE type, std::size_t size, const Fill& fill) {
+Variant FilledArray(VARTYPE type, size_t size, const Fill& fill) {
   VARIANT value;
   VariantInit(&value);
   value.parray = SafeArrayCreateVector(type, 0, static_cast<ULONG>(size));

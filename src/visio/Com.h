@@ -2,7 +2,7 @@
 //   Text inside is UTF-8, in a BSTR it is UTF-16; between them nothing is lost, zeros and unpaired surrogates included.
 #pragma once
 
-#include "addin/host/HostError.h"
+#include "base/Errors.h"
 #include "platform/win32/WideText.h"
 
 #include <windows.h>

@@ -25,7 +25,7 @@ HRESULT DispatchObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
   ids[0] = member->id;
   bool areKnown = true;
   for (UINT i = 1; i < count; ++i) {
-    for (std::size_t parameter = 0; parameter < kMaxParameters; ++parameter)
+    for (size_t parameter = 0; parameter < kMaxParameters; ++parameter)
       if (IsSameName(names[i], (*member->parameters)[parameter])) ids[i] = static_cast<DISPID>(parameter);
     areKnown = areKnown && ids[i] != DISPID_UNKNOWN;
   }
@@ -35,16 +35,16 @@ HRESULT DispatchObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
 CallArguments::CallArguments(const DISPPARAMS* parameters) noexcept {
   if (!parameters || !parameters->rgvarg) return;
   count_ = parameters->cArgs;
-  const std::size_t named = parameters->rgdispidNamedArgs ? std::min(parameters->cNamedArgs, parameters->cArgs) : 0;
-  const std::size_t positional = count_ - named;
-  const auto set = [&](std::size_t parameter, std::size_t argument) {
+  const size_t named = parameters->rgdispidNamedArgs ? std::min(parameters->cNamedArgs, parameters->cArgs) : 0;
+  const size_t positional = count_ - named;
+  const auto set = [&](size_t parameter, size_t argument) {
     if (parameter < kMaxParameters) values_[parameter] = &parameters->rgvarg[argument];
   };
   // Those given by position come behind the named ones, the last of them first.
-  for (std::size_t i = 0; i < positional; ++i) set(i, count_ - 1 - i);
-  for (std::size_t i = 0; i < named; ++i) {
+  for (size_t i = 0; i < positional; ++i) set(i, count_ - 1 - i);
+  for (size_t i = 0; i < named; ++i) {
     const DISPID parameter = parameters->rgdispidNamedArgs[i];
-    set(parameter == DISPID_PROPERTYPUT ? positional : static_cast<std::size_t>(parameter), i);
+    set(parameter == DISPID_PROPERTYPUT ? positional : static_cast<size_t>(parameter), i);
   }
 }
 

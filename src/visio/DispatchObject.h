@@ -9,7 +9,7 @@
 
 namespace vardo {
 
-inline constexpr std::size_t kMaxParameters = 6;
+inline constexpr size_t kMaxParameters = 6;
 // In calling order; null behind the last.
 using ParameterNames = std::array<const wchar_t*, kMaxParameters>;
 
@@ -38,13 +38,13 @@ class CallArguments {
  public:
   explicit CallArguments(const DISPPARAMS* parameters) noexcept;
   // Null where none was given, also behind the last.
-  const VARIANT* operator[](std::size_t parameter) const { return parameter < kMaxParameters ? values_[parameter] : nullptr; }
+  const VARIANT* operator[](size_t parameter) const { return parameter < kMaxParameters ? values_[parameter] : nullptr; }
   // How many were given.
-  std::size_t count() const { return count_; }
+  size_t count() const { return count_; }
 
  private:
   std::array<const VARIANT*, kMaxParameters> values_{};
-  std::size_t count_ = 0;
+  size_t count_ = 0;
 };
 
 }  // namespace vardo

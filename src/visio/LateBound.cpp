@@ -6,7 +6,7 @@
 namespace vardo {
 
 DISPID DispidTable::Find(HostClass hostClass, const wchar_t* member, IDispatch& object) {
-  auto& known = ids_[static_cast<std::size_t>(hostClass)];
+  auto& known = ids_[static_cast<size_t>(hostClass)];
   if (const auto found = known.find(member); found != known.end()) return found->second;
   DISPID id = DISPID_UNKNOWN;
   auto* name = const_cast<OLECHAR*>(member);

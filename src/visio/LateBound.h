@@ -44,7 +44,7 @@ class DispidTable {
   DISPID Find(HostClass hostClass, const wchar_t* member, IDispatch& object);
 
  private:
-  std::array<std::unordered_map<std::wstring_view, DISPID>, static_cast<std::size_t>(HostClass::Count)> ids_;
+  std::array<std::unordered_map<std::wstring_view, DISPID>, static_cast<size_t>(HostClass::Count)> ids_;
 };
 using DispidTablePtr = std::shared_ptr<DispidTable>;
 
@@ -71,7 +71,7 @@ class LateBound {
   void Put(const wchar_t* member, const Variant& value) const { Run(member, DISPATCH_PROPERTYPUT, {value}); }
 
  private:
-  static constexpr std::size_t kMaxArguments = 4;
+  static constexpr size_t kMaxArguments = 4;
   Variant Run(const wchar_t* member, WORD kind, std::initializer_list<Variant> arguments) const;
   [[noreturn]] static void ThrowWrongType(const wchar_t* member);
 

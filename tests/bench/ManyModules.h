@@ -3,7 +3,8 @@
 
 #include "TestDrawings.h"
 #include "addin/host/IVApplication.h"
-#include "drawing/DrawingHost.h"
+#include "base/Text.h"
+#include "memoryhost/DrawingHost.h"
 #include "props/PropertyCells.h"
 
 #include <fmt/format.h>

@@ -31,7 +31,7 @@ class Meter {
 
  private:
   const AutomationAddin& addin_;
-  std::size_t calls_;
+  size_t calls_;
   Clock::time_point start_ = Clock::now();
 };
 

@@ -2,7 +2,7 @@
 // deflated with zlib and pugixml alone, which is the least that opening and rewriting them can cost.
 #include "Measurements.h"
 #include "TestDrawings.h"
-#include "drawing/vsdx/ZipDirectory.h"
+#include "package/ZipDirectory.h"
 
 #include <fmt/format.h>
 #include <zlib.h>

@@ -4,11 +4,12 @@
 #include "TestDrawings.h"
 #include "TestPlatform.h"
 #include "addin/host/IVApplication.h"
-#include "drawing/Glue.h"
+#include "base/Text.h"
+#include "document/Glue.h"
 #include "forms/Forms.h"
 #include "forms/headless/HeadlessPresenter.h"
+#include "modules/ModuleKinds.h"
 #include "props/DrawingLists.h"
-#include "props/ModuleKinds.h"
 #include "props/PropertyCells.h"
 #include "script/AddinSession.h"
 
@@ -64,7 +65,7 @@ class World {
   SheetRef MiddleModule() { return Module(modules_.size() / 2); }
   // The shapes of the first half: modules, and as many connectors.
   std::vector<int> Half() {
-    const auto half = static_cast<std::ptrdiff_t>(modules_.size() / 2);
+    const auto half = static_cast<ptrdiff_t>(modules_.size() / 2);
     std::vector<int> ids(modules_.begin(), modules_.begin() + half);
     ids.insert(ids.end(), connectors_.begin(), connectors_.begin() + half);
     return ids;

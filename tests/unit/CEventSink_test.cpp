@@ -5,12 +5,12 @@
 #include "addin/Application.h"
 #include "addin/Global_Variables.h"
 #include "addin/host/HostConstants.h"
-#include "addin/host/HostError.h"
 #include "addin/host/IVApplication.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
-#include "drawing/DrawingHost.h"
+#include "base/Errors.h"
 #include "events/PageRegisters.h"
+#include "memoryhost/DrawingHost.h"
 #include "props/PropertyCells.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "drawing/CellNames.h"
+#include "document/CellNames.h"
 
 #include "addin/host/HostConstants.h"
 

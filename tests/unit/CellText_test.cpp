@@ -1,6 +1,7 @@
-#include "drawing/CellText.h"
+#include "document/CellText.h"
 
 #include "TestDrawings.h"
+#include "base/Numbers.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "validate/CheckDataType.h"
 
 #include "TestPlatform.h"
-#include "addin/host/HostError.h"
+#include "base/Errors.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
 // How the in-memory host glues connectors and keeps values in step with what they depend on.
 #include "addin/host/HostConstants.h"
-#include "addin/host/HostError.h"
 #include "addin/host/IVShape.h"
-#include "drawing/DrawingHost.h"
-#include "drawing/FormulaReferences.h"
+#include "base/Errors.h"
+#include "formula/FormulaReferences.h"
+#include "memoryhost/DrawingHost.h"
 
 #include <gmock/gmock.h>
 

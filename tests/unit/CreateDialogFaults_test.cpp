@@ -1,19 +1,19 @@
 // The add-in in a drawing host that refuses a call: the first, the second and so on until what was asked for succeeds, each time
 // once and once for ever after.
+#include "FaultInjection.h"
 #include "TestPlatform.h"
 #include "addin/Application.h"
 #include "addin/Global_Variables.h"
-#include "addin/host/FaultInjection.h"
 #include "addin/host/HostConstants.h"
 #include "addin/host/IVApplication.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
 #include "catalog/NameCatalogues.h"
-#include "drawing/DrawingHost.h"
 #include "events/CEventSink.h"
 #include "events/PageRegisters.h"
 #include "forms/Forms.h"
 #include "forms/headless/HeadlessPresenter.h"
+#include "memoryhost/DrawingHost.h"
 #include "props/PropertyCells.h"
 #include "props/StringFunctions.h"
 
@@ -64,8 +64,6 @@ constexpr EditedField kEdited[] = {
     {"cboExpression", "Prop.CreateExpression", "EXPO(2)"},
     {"cboScheduleName", "Prop.CreateScheduleName", "Shifts"},
 };
-
-std::string Quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
 
 class CreateDialogFaults : public testing::Test {
  protected:
@@ -224,7 +222,7 @@ TEST_F(CreateDialogFaults, AnOKThatFailsShowsOneMessageAndCanBePressedAgain) {
   const IVShapePtr shape = Drop("Create");
   Drop("Process");
   std::vector<CellWrite> expectedWrites = {{"Create", "", "Arrivals"}};
-  for (const EditedField& field : kEdited) expectedWrites.push_back({"Create", field.cell, Quoted(field.text)});
+  for (const EditedField& field : kEdited) expectedWrites.push_back({"Create", field.cell, InQuotes(field.text)});
 
   whenShown_ = [&](Form& form) {
     Control& ok = *form.Find("cmdOK");
@@ -264,7 +262,7 @@ TEST_F(CreateDialogFaults, AnOKThatFailsShowsOneMessageAndCanBePressedAgain) {
     EXPECT_THAT(LoadedForms(), IsEmpty());
     const auto cells = Cells();
     EXPECT_EQ(cells.at("Text"), "Arrivals");
-    for (const EditedField& field : kEdited) EXPECT_EQ(cells.at(field.cell), Quoted(field.text)) << field.cell;
+    for (const EditedField& field : kEdited) EXPECT_EQ(cells.at(field.cell), InQuotes(field.text)) << field.cell;
     host_.Undo();
     EXPECT_EQ(Cells(), before) << "the command is one step, whatever happened in it";
     ASSERT_EQ(faults_.failures(), failures);

@@ -104,7 +104,7 @@ TEST_P(RowLists, RowsAreWrittenLastColumnByColumnAndThenTheirCount) {
   expected.push_back({table().kind, "Prop." + rows().count, "\"2\""});
   std::vector<CellWrite> writes = host_.TakeWriteLog();
   ASSERT_GE(writes.size(), expected.size());
-  writes.erase(writes.begin(), writes.end() - static_cast<std::ptrdiff_t>(expected.size()));
+  writes.erase(writes.begin(), writes.end() - static_cast<ptrdiff_t>(expected.size()));
   EXPECT_THAT(writes, ElementsAreArray(expected));
 }
 

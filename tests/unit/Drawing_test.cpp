@@ -1,10 +1,10 @@
-#include "drawing/Drawing.h"
+#include "document/Drawing.h"
 
 #include "TestDrawings.h"
 #include "addin/host/HostConstants.h"
-#include "addin/host/HostError.h"
 #include "addin/host/IVShape.h"
-#include "drawing/DrawingHost.h"
+#include "base/Errors.h"
+#include "memoryhost/DrawingHost.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

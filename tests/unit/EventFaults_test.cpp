@@ -1,19 +1,19 @@
 // All that the add-in does without a dialog, in a drawing host that refuses a call: the first, the second and so on until what
 // was asked for is done without it, each time once and once for ever after. Then the host is well again and the next thing
 // happens.
+#include "FaultInjection.h"
 #include "TestPlatform.h"
 #include "addin/Application.h"
 #include "addin/Global_Variables.h"
-#include "addin/host/FaultInjection.h"
 #include "addin/host/HostConstants.h"
 #include "addin/host/IVApplication.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
 #include "catalog/NameCatalogues.h"
-#include "drawing/DrawingHost.h"
 #include "events/CEventSink.h"
 #include "events/SubmodelPages.h"
-#include "props/ModuleKinds.h"
+#include "memoryhost/DrawingHost.h"
+#include "modules/ModuleKinds.h"
 #include "props/PropertyCells.h"
 #include "props/StringFunctions.h"
 

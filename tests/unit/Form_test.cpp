@@ -1,7 +1,7 @@
 #include "forms/Form.h"
 
 #include "TestPlatform.h"
-#include "addin/host/HostError.h"
+#include "base/Errors.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "forms/Forms.h"
 
 #include "TestPlatform.h"
-#include "addin/host/HostError.h"
+#include "base/Errors.h"
 #include "forms/headless/HeadlessPresenter.h"
 
 #include <gmock/gmock.h>

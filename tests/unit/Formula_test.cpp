@@ -1,4 +1,4 @@
-#include "drawing/Formula.h"
+#include "formula/Formula.h"
 
 #include <gtest/gtest.h>
 

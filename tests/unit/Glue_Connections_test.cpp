@@ -3,9 +3,9 @@
 #include "TestPlatform.h"
 #include "addin/Global_Variables.h"
 #include "addin/host/HostConstants.h"
-#include "addin/host/HostError.h"
 #include "addin/host/IVShape.h"
-#include "drawing/DrawingHost.h"
+#include "base/Errors.h"
+#include "memoryhost/DrawingHost.h"
 
 #include <gmock/gmock.h>
 

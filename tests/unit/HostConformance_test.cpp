@@ -1,7 +1,7 @@
 #include "HostConformance.h"
 
 #include "DrawingUser.h"
-#include "addin/host/Forwarding.h"
+#include "Forwarding.h"
 
 namespace vardo {
 namespace {

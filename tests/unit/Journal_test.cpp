@@ -1,4 +1,4 @@
-#include "drawing/Journal.h"
+#include "document/Journal.h"
 
 #include <gtest/gtest.h>
 

@@ -2,8 +2,8 @@
 #include "TestDrawings.h"
 #include "addin/host/HostConstants.h"
 #include "addin/host/IVShape.h"
-#include "drawing/DrawingHost.h"
-#include "drawing/vsdx/FileError.h"
+#include "base/FileError.h"
+#include "memoryhost/DrawingHost.h"
 
 #include <gtest/gtest.h>
 #include <librevenge-stream/librevenge-stream.h>

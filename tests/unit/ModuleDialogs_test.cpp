@@ -14,8 +14,6 @@ using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
 
-std::string Quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
-
 std::string Shows(const std::string& text, const std::string& shapeText) { return text == kShapeText ? shapeText : text; }
 
 class ModuleDialogs : public TableTest {
@@ -30,12 +28,12 @@ class ModuleDialogs : public TableTest {
       else if (row.property.find('.') != std::string::npos)
         writes.push_back({sheet, row.property, text});
       else
-        writes.push_back({sheet, CellName(row.property), Quoted(text)});
+        writes.push_back({sheet, CellName(row.property), InQuotes(text)});
     }
     for (const RowGroup& rows : table().rows) {
       for (size_t i = 0; i < rows.noRows.size(); ++i)
-        writes.push_back({sheet, CellName(rows.columns[i]), Quoted(rows.noRows[i])});
-      if (!rows.noRows.empty()) writes.push_back({sheet, CellName(rows.count), Quoted("0")});
+        writes.push_back({sheet, CellName(rows.columns[i]), InQuotes(rows.noRows[i])});
+      if (!rows.noRows.empty()) writes.push_back({sheet, CellName(rows.count), InQuotes("0")});
     }
     return writes;
   }

@@ -1,4 +1,10 @@
-#include "drawing/vsdx/Package.h"
+#include "package/Package.h"
+
+#include "TestPackages.h"
+#include "base/Text.h"
+#include "package/Limits.h"
+#include "package/PartNames.h"
+#include "package/XmlText.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,11 +14,6 @@
 #include <fstream>
 #include <map>
 #include <random>
-
-#include "TestPackages.h"
-#include "drawing/vsdx/Limits.h"
-#include "drawing/vsdx/PartNames.h"
-#include "drawing/vsdx/XmlText.h"
 
 namespace vardo {
 namespace {
@@ -180,7 +181,7 @@ TEST(Package, RefusesASecondEndRecord) {
 }
 
 TEST(Package, AcceptsUpToTheLimitsAndNoMore) {
-  const auto withEntries = [](std::size_t count) {
+  const auto withEntries = [](size_t count) {
     std::vector<ZipItem> items = DrawingItems();
     while (items.size() < count) items.push_back({"x" + std::to_string(items.size()), ""});
     return MakeZip(items);
@@ -189,11 +190,11 @@ TEST(Package, AcceptsUpToTheLimitsAndNoMore) {
   EXPECT_EQ(Refusal(withEntries(kMaxEntries + 1)),
             "test.vsdx is not safe to open: it has 10001 parts, more than the 10000 allowed; ask its maker for a clean copy.");
 
-  const auto nested = [](std::size_t depth) {
+  const auto nested = [](size_t depth) {
     std::string xml;
-    for (std::size_t i = 0; i < depth; ++i) xml += "<a>";
+    for (size_t i = 0; i < depth; ++i) xml += "<a>";
     xml += "text";
-    for (std::size_t i = 0; i < depth; ++i) xml += "</a>";
+    for (size_t i = 0; i < depth; ++i) xml += "</a>";
     return MakeZip(DrawingWith(kPagePart, xml));
   };
   const std::string tooDeep =
@@ -240,7 +241,7 @@ TEST(Package, RefusesBadXml) {
 }
 
 TEST(Package, AFaultIsFoundWhereverItStands) {
-  for (std::size_t before = 0; before < 100; ++before) {
+  for (size_t before = 0; before < 100; ++before) {
     std::string text(before, 'x');
     text += '\x01';
     text.append(100, 'y');
@@ -254,7 +255,7 @@ TEST(Package, ACutFileIsNeverOpened) {
   std::unique_ptr<Package> drawing = OpenDrawing();
   EditPage(*drawing);
   for (const std::string& zip : {MakeZip(DrawingItems()), SavedBytes(*drawing)})
-    for (std::size_t length = 0; length < zip.size(); ++length)
+    for (size_t length = 0; length < zip.size(); ++length)
       ASSERT_NE(Refusal(zip.substr(0, length)), "opened") << "cut to " << length << " of " << zip.size() << " bytes";
 }
 
@@ -263,7 +264,7 @@ TEST(Package, AFlippedByteIsFoundOrHarmless) {
   EditPage(*drawing);
   for (const std::string& zip : {MakeZip(DrawingItems()), SavedBytes(*drawing)}) {
     const auto contents = Contents(*Open(zip));
-    for (std::size_t at = 0; at < zip.size(); ++at)
+    for (size_t at = 0; at < zip.size(); ++at)
       for (const char mask : {'\x01', '\x20', '\xFF'}) {
         std::string flipped = zip;
         flipped[at] ^= mask;
@@ -502,7 +503,7 @@ TEST(Package, AnEditLeavesAllElseAsItWas) {
   const std::string saved = SavedBytes(*package);
   const std::vector<ZipEntry> before = ReadZipDirectory(zip, ""), after = ReadZipDirectory(saved, "");
   ASSERT_EQ(before.size(), after.size());
-  for (std::size_t i = 0; i < before.size(); ++i) {
+  for (size_t i = 0; i < before.size(); ++i) {
     EXPECT_EQ(before[i].name, after[i].name) << "in their order";
     EXPECT_EQ(after[i].method, after[i].name == kPagePart ? 8 : 0) << "others are not even packed anew";
   }
@@ -710,7 +711,7 @@ TEST(Package, KeepsPermissionsAndLinks) {
 std::vector<fs::path> SampleFiles(const fs::path& folder) {
   std::vector<fs::path> files;
   for (const auto& entry : fs::directory_iterator(folder))
-    if (Lowered(entry.path().extension().string()).starts_with(".vs")) files.push_back(entry.path());
+    if (LowerAscii(entry.path().extension().string()).starts_with(".vs")) files.push_back(entry.path());
   std::sort(files.begin(), files.end());
   return files;
 }

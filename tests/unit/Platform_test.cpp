@@ -1,8 +1,9 @@
 #include "platform/Platform.h"
 
 #include "TestPlatform.h"
-#include "platform/Characters.h"
-#include "platform/Utf16.h"
+#include "base/Characters.h"
+#include "base/Text.h"
+#include "base/Utf16.h"
 #ifndef _WIN32
 #include "platform/posix/PosixPlatform.h"
 

@@ -8,7 +8,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
@@ -29,6 +28,7 @@
 #include <QTextBrowser>
 #include <QTimer>
 #include <QWindow>
+
 #include <memory>
 
 namespace vardo {

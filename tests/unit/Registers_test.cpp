@@ -5,7 +5,7 @@
 #include "addin/host/IVApplication.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
-#include "props/ModuleKinds.h"
+#include "modules/ModuleKinds.h"
 #include "props/PropertyCells.h"
 #include "props/StringFunctions.h"
 #include "script/AddinSession.h"

@@ -1,7 +1,7 @@
 // Foreign drawings keep all they hold: small ones of our own, and every file in the folder that VARDO_SAMPLES names.
 #include "TestDrawings.h"
-#include "drawing/DrawingHost.h"
-#include "drawing/vsdx/FileError.h"
+#include "base/FileError.h"
+#include "memoryhost/DrawingHost.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

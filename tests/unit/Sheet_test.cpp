@@ -1,8 +1,8 @@
-#include "drawing/Sheet.h"
+#include "document/Sheet.h"
 
 #include "TestDrawings.h"
 #include "addin/host/HostConstants.h"
-#include "addin/host/HostError.h"
+#include "base/Errors.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

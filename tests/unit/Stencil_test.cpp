@@ -1,16 +1,16 @@
+#include "modules/ModuleProperties.h"
+#include "stencil/StencilPackage.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <pugixml.hpp>
 
 #include <algorithm>
 #include <filesystem>
 #include <map>
-#include <pugixml.hpp>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "drawing/stencil/ModuleKinds.h"
-#include "drawing/stencil/StencilPackage.h"
 
 namespace vardo {
 namespace {
@@ -452,14 +452,14 @@ TEST_F(Stencil, StylesGiveLinesFillAndText) {
 
 TEST_F(Stencil, EveryPartIsWellFormedAndReached) {
   std::vector<std::string> sources{""};
-  std::size_t reached = 0;
-  for (std::size_t i = 0; i < sources.size(); ++i)
+  size_t reached = 0;
+  for (size_t i = 0; i < sources.size(); ++i)
     for (const Relationship& relationship : package_->RelationshipsOf(sources[i])) {
       EXPECT_TRUE(package_->Has(relationship.target)) << relationship.target;
       sources.push_back(relationship.target);
       ++reached;
     }
-  std::size_t parts = 0;
+  size_t parts = 0;
   for (const std::string& name : package_->PartNames()) {
     pugi::xml_document document;
     EXPECT_TRUE(document.load_string(package_->Bytes(name).c_str())) << name;

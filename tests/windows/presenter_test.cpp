@@ -1,6 +1,6 @@
 // Forms in the windows of Windows. The model driven directly is the measure: the same acts through window messages must leave the
 // same traces.
-#include "../unit/PresenterScripts.h"
+#include "PresenterScripts.h"
 #include "forms/win32/Keys.h"
 #include "forms/win32/MessageLoop.h"
 #include "forms/win32/Win32Presenter.h"
@@ -11,7 +11,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <windows.h>
 // After windows.h, which they need.
 #include <commctrl.h>

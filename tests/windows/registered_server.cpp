@@ -2,9 +2,9 @@
 // the registered type library. Prints what is wrong; the exit code is 0 when nothing is.
 #include "visio/Com.h"
 
-#include <cstdio>
-
 #include <initguid.h>
+
+#include <cstdio>
 // After initguid.h, which turns the declarations into definitions.
 #include <VardoBasic.h>
 

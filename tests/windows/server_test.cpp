@@ -4,11 +4,12 @@
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
 #include "automation/HostAutomation.h"
-#include "drawing/DrawingHost.h"
+#include "memoryhost/DrawingHost.h"
 #include "visio/Com.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <initguid.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -18,8 +19,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include <initguid.h>
 // After initguid.h, which turns the declarations into definitions.
 #include <VardoBasic.h>
 
@@ -183,9 +182,9 @@ class OneFailingAllocation {
 
  private:
   static bool FailsNow() { return current_->after_ >= 0 && current_->after_-- == 0; }
-  static void* Malloc(std::size_t size) { return FailsNow() ? nullptr : std::malloc(size); }
-  static void* Calloc(std::size_t count, std::size_t size) { return FailsNow() ? nullptr : std::calloc(count, size); }
-  static void* Realloc(void* old, std::size_t size) { return FailsNow() ? nullptr : std::realloc(old, size); }
+  static void* Malloc(size_t size) { return FailsNow() ? nullptr : std::malloc(size); }
+  static void* Calloc(size_t count, size_t size) { return FailsNow() ? nullptr : std::calloc(count, size); }
+  static void* Realloc(void* old, size_t size) { return FailsNow() ? nullptr : std::realloc(old, size); }
   static BSTR STDMETHODCALLTYPE AllocString(const OLECHAR* text, UINT length) {
     return FailsNow() ? nullptr : SysAllocStringLen(text, length);
   }
@@ -792,7 +791,7 @@ class OneShapeHost : public ComObject<IDispatch> {
   }
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*,
                                    UINT*) noexcept override {
-    const std::string& member = members_[static_cast<std::size_t>(id)];
+    const std::string& member = members_[static_cast<size_t>(id)];
     Variant answer(ComPtr<IDispatch>(this));
     if (member == "CellExists" || member == "RowExists") answer = Variant(true);
     if (member == "Formula" || member == "Text" || member == "Name") answer = Variant("\"Create\"");

@@ -6,7 +6,7 @@
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVEventList.h"
 #include "addin/host/IVShape.h"
-#include "drawing/DrawingHost.h"
+#include "memoryhost/DrawingHost.h"
 #include "visio/DispatchObject.h"
 
 #include <gmock/gmock.h>

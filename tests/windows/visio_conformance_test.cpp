@@ -1,6 +1,6 @@
 // The suite that every host is put through, over the way that the add-in goes to Visio: the adapter, automation objects, and the
 // in-memory host behind them.
-#include "../unit/DrawingUser.h"
+#include "DrawingUser.h"
 
 #include "automation/HostAutomation.h"
 #include "visio/Visio.h"

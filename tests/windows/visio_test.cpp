@@ -340,7 +340,7 @@ TEST(VisioAdapter, ReleasesEveryReference) {
   ASSERT_EQ(host.sinks.size(), 1u);
   host.sinks[0]->AddRef();
   EXPECT_EQ(host.sinks[0]->Release(), 1u) << "the sink is the host's alone";
-  EXPECT_EQ(host.calls.size(), static_cast<std::size_t>(host.callCount));
+  EXPECT_EQ(host.calls.size(), static_cast<size_t>(host.callCount));
 }
 
 TEST(VisioAdapter, ReleasesEveryReferenceWhereverTheHostFails) {
@@ -609,11 +609,11 @@ struct ToldEvent {
   std::int16_t code;
   bool hasSource;
   std::int32_t id, sequence;
-  std::size_t subject;
+  size_t subject;
   std::string moreInfo;
 };
 
-constexpr std::size_t kNothing = 0, kDocument = 1, kPage = 2, kShape = 3, kSelection = 4, kWindow = 5;
+constexpr size_t kNothing = 0, kDocument = 1, kPage = 2, kShape = 3, kSelection = 4, kWindow = 5;
 
 class ToldSink : public IVEventSink {
  public:
@@ -820,7 +820,7 @@ TEST_F(SinkDispatch, EachEventHasASubjectOfItsKind) {
   const struct {
     std::uint16_t code;
     const char* className;
-    std::size_t subject;
+    size_t subject;
   } cases[] = {
       {kEventDocumentCreated, "Document", kDocument},
       {kEventDocumentClosed, "Document", kDocument},

@@ -4,7 +4,6 @@
 #include "platform/win32/OwnModule.h"
 
 #include <gtest/gtest.h>
-
 #include <windows.h>
 
 #include <cstdlib>

@@ -1,7 +1,7 @@
 // A host that is busy refuses a call that it takes a moment later.
 #pragma once
 
-#include "addin/host/HostError.h"
+#include "base/Errors.h"
 
 namespace vardo {
 

@@ -7,7 +7,7 @@
 namespace vardo {
 namespace {
 
-enum Column : std::size_t { kType, kVariable, kNewValue, kAttribute, kEntityType, kPicture, kOther };
+enum Column : size_t { kType, kVariable, kNewValue, kAttribute, kEntityType, kPicture, kOther };
 
 // In the order of the enumeration.
 const std::vector<RowColumn> kColumns = {
@@ -20,7 +20,7 @@ const std::vector<RowColumn> kColumns = {
     {"AssignOther", "J", "J"},
 };
 
-std::vector<std::size_t> LineColumns(const StringList& row) {
+std::vector<size_t> LineColumns(const StringList& row) {
   const std::string& type = row[kType];
   if (type == "Variable") return {kType, kVariable, kNewValue};
   if (type == "Attribute") return {kType, kAttribute, kNewValue};

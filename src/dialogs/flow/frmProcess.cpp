@@ -43,7 +43,7 @@ constexpr std::string_view kResource = "Resource";
 // A row that is not for a resource is for a set.
 std::string RowType(std::string_view stored) { return stored == kResource ? std::string(stored) : "Set"; }
 
-enum Column : std::size_t { kType, kSetName, kRule, kQuantity, kSaveAttribute, kResourceName, kSetIndex };
+enum Column : size_t { kType, kSetName, kRule, kQuantity, kSaveAttribute, kResourceName, kSetIndex };
 
 // In the order of the enumeration.
 const std::vector<RowColumn> kColumns = {
@@ -56,7 +56,7 @@ const std::vector<RowColumn> kColumns = {
     {"Process_RInputAttribute", "1", "Attribute 1"},
 };
 
-std::vector<std::size_t> LineColumns(const StringList& row) {
+std::vector<size_t> LineColumns(const StringList& row) {
   if (row[kType] == kResource) return {kType, kResourceName, kQuantity};
   return {kType, kSetName, kQuantity, kRule, row[kRule] == kSpecificMember ? kSetIndex : kSaveAttribute};
 }

@@ -1,7 +1,7 @@
 #include "dialogs/flow/frmSeparate.h"
 
 #include "addin/host/HostConstants.h"
-#include "addin/host/HostError.h"
+#include "base/Errors.h"
 #include "dialogs/ItemLists.h"
 #include "dialogs/flow/frmSeparate_Attributes.h"
 #include "forms/FormLayout.h"

@@ -1,6 +1,6 @@
 #include "forms/headless/HeadlessPresenter.h"
 
-#include "addin/host/HostError.h"
+#include "base/Errors.h"
 #include "forms/Forms.h"
 
 namespace vardo {

@@ -17,6 +17,7 @@
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QStandardItemModel>
+
 #include <functional>
 #include <limits>
 

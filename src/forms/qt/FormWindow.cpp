@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QScopedValueRollback>
 #include <QScreen>
+
 #include <algorithm>
 #include <cmath>
 

@@ -5,6 +5,7 @@
 
 #include <QDialog>
 #include <QEventLoop>
+
 #include <unordered_map>
 
 namespace vardo {

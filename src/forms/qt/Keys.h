@@ -3,6 +3,7 @@
 
 #include <QKeyCombination>
 #include <QKeyEvent>
+
 #include <optional>
 #include <string>
 #include <string_view>

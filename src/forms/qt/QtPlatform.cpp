@@ -9,6 +9,7 @@
 #include <QPointer>
 #include <QScreen>
 #include <QUrl>
+
 #include <utility>
 
 namespace vardo {

@@ -1,6 +1,6 @@
 #include "forms/qt/QtPresenter.h"
 
-#include "addin/host/HostError.h"
+#include "base/Errors.h"
 #include "forms/Forms.h"
 #include "forms/qt/FormWindow.h"
 #include "forms/qt/Keys.h"
@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QPixmap>
 #include <QPointer>
+
 #include <string>
 
 namespace vardo {

@@ -1,6 +1,6 @@
 #include "forms/win32/ControlView.h"
 
-#include "addin/host/HostError.h"
+#include "base/Errors.h"
 #include "forms/win32/DialogFont.h"
 #include "forms/win32/Keys.h"
 #include "forms/win32/WindowNames.h"

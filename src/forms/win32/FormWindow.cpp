@@ -1,6 +1,6 @@
 #include "forms/win32/FormWindow.h"
 
-#include "addin/host/HostError.h"
+#include "base/Errors.h"
 #include "forms/win32/ReaderNames.h"
 #include "forms/win32/WindowNames.h"
 #include "platform/win32/OwnModule.h"

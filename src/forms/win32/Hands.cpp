@@ -1,6 +1,6 @@
 #include "forms/win32/Hands.h"
 
-#include "addin/host/HostError.h"
+#include "base/Errors.h"
 #include "forms/win32/Keys.h"
 #include "platform/win32/WideText.h"
 

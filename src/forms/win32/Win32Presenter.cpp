@@ -1,6 +1,6 @@
 #include "forms/win32/Win32Presenter.h"
 
-#include "addin/host/HostError.h"
+#include "base/Errors.h"
 #include "forms/Forms.h"
 #include "forms/win32/Hands.h"
 #include "forms/win32/Keys.h"

@@ -1,6 +1,7 @@
 #include "platform/posix/PosixPlatform.h"
 
-#include "platform/Characters.h"
+#include "base/Characters.h"
+#include "base/Text.h"
 #include "platform/NativePlatform.h"
 
 #include <langinfo.h>
@@ -34,7 +35,7 @@ constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
 constexpr std::string_view kDigits = "0123456789";
 
 // A registry value longer than the reader's buffer is no value.
-constexpr std::size_t kRegistryBufferSize = 256;
+constexpr size_t kRegistryBufferSize = 256;
 
 constexpr double kScreenWidthPixels = 1280;
 constexpr double kScreenHeightPixels = 1024;
@@ -221,7 +222,7 @@ std::optional<std::string> PosixPlatform::AsciiEquivalent(const icu::UnicodeStri
 // Begins with a byte that no printable text has.
 std::string PosixPlatform::SortKey(const icu::UnicodeString& text) const {
   const auto size = collator_->getSortKey(text, nullptr, 0);
-  std::string key(1 + static_cast<std::size_t>(size), '\1');
+  std::string key(1 + static_cast<size_t>(size), '\1');
   collator_->getSortKey(text, reinterpret_cast<std::uint8_t*>(key.data()) + 1, size);
   return key;
 }

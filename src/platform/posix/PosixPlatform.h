@@ -3,14 +3,14 @@
 
 #include "platform/Platform.h"
 
+#include <unicode/tblcoll.h>
+
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
-
-#include <unicode/tblcoll.h>
 
 namespace vardo {
 

@@ -1,6 +1,6 @@
 #include "platform/win32/WideText.h"
 
-#include "platform/Utf16.h"
+#include "base/Utf16.h"
 
 namespace vardo {
 

@@ -1,6 +1,7 @@
 #include "platform/win32/Win32Platform.h"
 
-#include "platform/Characters.h"
+#include "base/Characters.h"
+#include "base/Text.h"
 #include "platform/NativePlatform.h"
 #include "platform/win32/OwnModule.h"
 #include "platform/win32/Screen.h"
@@ -22,7 +23,7 @@ namespace vardo {
 namespace {
 
 constexpr REGSAM kQueryAccess = 1;
-constexpr std::size_t kRegistryBufferSize = 256;
+constexpr size_t kRegistryBufferSize = 256;
 constexpr UINT kDisplayTopic = 0;
 
 // In the ANSI code page; *replaced tells whether it lacks a character. UTF-8 as code page takes neither flag nor question.

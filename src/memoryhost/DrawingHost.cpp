@@ -1,0 +1,459 @@
+#include "memoryhost/DrawingHost.h"
+
+#include "addin/host/HostConstants.h"
+#include "addin/host/IVDocument.h"
+#include "addin/host/IVShape.h"
+#include "base/Errors.h"
+#include "base/Numbers.h"
+#include "document/Glue.h"
+#include "document/Recalculation.h"
+#include "formula/FormulaReferences.h"
+#include "memoryhost/HostObjects.h"
+#include "stencil/StencilPackage.h"
+
+#include <algorithm>
+#include <unordered_map>
+#include <utility>
+
+namespace vardo {
+namespace {
+
+const SectionInfo& ConnectionPoints() { return *FindSection(kSectionConnectionPts); }
+
+HostError NotOpen() { return HostError(kHostNotAllowed, "No drawing is open."); }
+
+}  // namespace
+
+struct DrawingHost::AdvisedEvent : public IVEvent {
+  void SetEnabled(bool on) override { enabled = on; }
+  std::int16_t code = 0;
+  std::int32_t id = 0;
+  IVEventSinkPtr sink;
+  std::string targetArgs;
+  bool enabled = true;
+};
+
+DrawingHost::DrawingHost() : application_(MakeApplication(*this)) {}
+// A sink may keep its own event.
+DrawingHost::~DrawingHost() {
+  for (const auto& event : advises_) event->sink.reset();
+}
+
+void DrawingHost::New() {
+  Replace(Drawing::New(), {});
+  Raise(kEventDocumentCreated, MakeDocument(*this, serial_));
+}
+
+void DrawingHost::Open(const std::filesystem::path& file) { Replace(Drawing::Open(file), file); }
+
+void DrawingHost::Replace(std::unique_ptr<Drawing> drawing, const std::filesystem::path& file) {
+  if (drawing_) Raise(kEventDocumentClosed, MakeDocument(*this, serial_));
+  drawing_ = std::move(drawing);
+  file_ = file;
+  ++serial_;
+  activePage_ = drawing_->PageAt(1).id();
+  selection_.clear();
+}
+
+std::filesystem::path DrawingHost::Save(const std::optional<std::filesystem::path>& file) {
+  const std::filesystem::path target = file.value_or(file_);
+  if (target.empty()) throw HostError(kHostNotAllowed, "The drawing has never been saved: name a file.");
+  drawing().Save(target);
+  file_ = target;
+  return target;
+}
+
+Drawing& DrawingHost::drawing() {
+  if (!drawing_) throw NotOpen();
+  return *drawing_;
+}
+
+DrawingPage& DrawingHost::ActivePage() {
+  DrawingPage* page = drawing().FindPage(activePage_);
+  return page ? *page : drawing_->PageAt(1);
+}
+
+IVPagePtr DrawingHost::AddPage(const std::optional<std::string>& name) {
+  const UndoStep step(drawing().journal(), "Insert Page");
+  if (name && (name->empty() || drawing_->FindPage(*name)))
+    throw HostError(kHostNotAllowed, "A page needs a name that no other page has.");
+  DrawingPage& page = drawing_->AddPage(ActivePage());
+  const int id = page.id();
+  if (name) page.SetName(*name);
+  Raise(kEventPageAdded, MakePage(*this, serial_, id));
+  ShowPage(id);
+  return MakePage(*this, serial_, id);
+}
+
+void DrawingHost::DeletePage(int pageId, bool renumber) {
+  const UndoStep step(drawing().journal(), "Delete Page");
+  if (drawing_->PageCount() == 1) throw HostError(kHostNotAllowed, "A drawing keeps at least one page.");
+  Raise(kEventPageDeleted, MakePage(*this, serial_, pageId));
+  // A listener may have deleted it, or all others.
+  DrawingPage* page = drawing_->FindPage(pageId);
+  if (!page || drawing_->PageCount() == 1) return;
+  const bool wasActive = page == &ActivePage();
+  const int index = drawing_->IndexOf(*page);
+  drawing_->RemovePage(*page, renumber);
+  if (wasActive) return ShowPage(drawing_->PageAt(std::max(1, index - 1)).id());
+  // Its tab has gone from the window. What a listener has put off until now is done in this step, so that undo takes it back too.
+  Raise(kEventWindowChanged, MakeWindow(*this, serial_));
+}
+
+void DrawingHost::ShowPage(int pageId) {
+  if (activePage_ == pageId) return;
+  ResolvePage(serial_, pageId);
+  activePage_ = pageId;
+  selection_.clear();
+  Raise(kEventWindowChanged, MakeWindow(*this, serial_));
+}
+
+void DrawingHost::RenamePage(int pageId, std::string_view name) {
+  const UndoStep step(drawing().journal(), "Rename Page");
+  DrawingPage& page = ResolvePage(serial_, pageId);
+  DrawingPage* const same = drawing_->FindPage(name);
+  if (name.empty() || (same && same != &page)) throw HostError(kHostNotAllowed, "A page needs a name that no other page has.");
+  page.SetName(name);
+  Raise(kEventPageChanged, MakePage(*this, serial_, pageId));
+}
+
+std::vector<std::string> DrawingHost::MasterNames() {
+  std::vector<std::string> names;
+  for (int i = 1; i <= drawing().MasterCount(); ++i) names.push_back(drawing_->MasterAt(i).Name());
+  for (const std::string& name : StencilMasterNames())
+    if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
+  return names;
+}
+
+IVShapePtr DrawingHost::Drop(std::string_view masterName, int pageId, double x, double y,
+                             const std::optional<std::string>& text) {
+  const UndoStep step(drawing().journal(), "Drop On Page");
+  ShowPage(pageId);
+  const DrawingMaster* master = drawing_->BringMaster(masterName);
+  if (!master) throw HostError(kHostBadIndex, "There is no master " + std::string(masterName) + ".");
+  DrawingShape& shape = ActivePage().AddInstance(*master, x, y);
+  const SheetRef ref = RefTo(ActivePage(), shape.id());
+  if (text) shape.SetText(drawing_->editor(), *text);
+  return Announce(ref);
+}
+
+// The shape is selected before anybody hears of it. Null when a listener has deleted it.
+IVShapePtr DrawingHost::Announce(const SheetRef& ref) {
+  SelectAndTell({ref.shape});
+  const IVShapePtr object = MakeShape(*this, ref);
+  Raise(kEventShapeAdded, object);
+  DrawingPage* page = drawing_->FindPage(ref.page);
+  return page && page->FindShape(ref.shape) ? object : nullptr;
+}
+
+std::vector<IVShapePtr> DrawingHost::Paste(const std::vector<SheetRef>& copied, int pageId) {
+  // As in a selection, a shape is there once, however often it is named.
+  std::vector<SheetRef> originals;
+  for (const SheetRef& ref : copied)
+    if (std::find(originals.begin(), originals.end(), ref) == originals.end()) originals.push_back(ref);
+  const UndoStep step(drawing().journal(), "Paste");
+  ShowPage(pageId);
+  DrawingPage& page = ActivePage();
+  std::unordered_map<int, int> newIds;
+  std::vector<int> ids;
+  for (const SheetRef& original : originals) newIds[ids.emplace_back(ResolveShape(original).id())] = page.TakeNewId();
+  std::vector<int> copies;
+  for (const SheetRef& original : originals)
+    copies.push_back(page.AddCopy(ResolveShape(original), newIds, newIds.at(original.shape)).id());
+  if (!originals.empty()) page.CopyGlue(ResolvePage(serial_, originals.front().page), ids, newIds);
+
+  for (const int id : copies) Announce({serial_, pageId, id});
+  DrawingPage& now = ResolvePage(serial_, pageId);
+  std::erase_if(copies, [&](int id) { return now.FindShape(id) == nullptr; });
+  std::vector<IVShapePtr> objects;
+  for (const int id : copies) objects.push_back(MakeShape(*this, {serial_, pageId, id}));
+  SelectAndTell(copies);
+  return objects;
+}
+
+IVShapePtr DrawingHost::Connect(std::string_view masterName, int pageId, const End& begin, const End& end) {
+  const UndoStep step(drawing().journal(), "Connector");
+  ShowPage(pageId);
+  for (const End& glued : {begin, end}) {
+    if (!glued.shape) continue;
+    const DrawingShape& shape = ResolveShape({serial_, pageId, *glued.shape});
+    const auto count = static_cast<int>(shape.Rows(ConnectionPoints()).size());
+    if (glued.point && (*glued.point < 1 || *glued.point > count))
+      throw HostError(kHostBadIndex,
+                      ActivePage().NameOf(shape) + " has no connection point " + std::to_string(*glued.point) + ".");
+  }
+  const DrawingMaster* master = drawing_->BringMaster(masterName);
+  if (!master) throw HostError(kHostBadIndex, "There is no master " + std::string(masterName) + ".");
+  if (!master->TopShape() || !master->TopShape()->IsOneDimensional())
+    throw HostError(kHostNotAllowed, "The master " + std::string(masterName) + " is no connector.");
+
+  // Where each end is to be roughly, for the other to turn to: a loose end lies to the right of where the connector begins, or to
+  // the left of its end.
+  constexpr double kLooseLength = 1;
+  DrawingPage& page = ActivePage();
+  const auto middle = [&](const End& e) { return e.shape ? std::optional(MiddleOf(*page.FindShape(*e.shape))) : std::nullopt; };
+  const std::optional<Point> from = middle(begin), to = middle(end);
+  const Point start = from ? *from : to ? Point{to->x - 2 * kLooseLength, to->y} : Point{kLooseLength, kLooseLength};
+  const Point finish = to ? *to : Point{start.x + (from ? 2 : 1) * kLooseLength, start.y};
+
+  const SheetRef ref = RefTo(page, page.AddInstance(*master, (start.x + finish.x) / 2, (start.y + finish.y) / 2).id());
+  const End* ends[] = {&begin, &end};
+  const Point places[] = {start, finish};
+  for (size_t i = 0; i < 2; ++i) {
+    PutFormula(ref, {nullptr, "", kConnectorEnds[i].x}, NumberText(places[i].x));
+    PutFormula(ref, {nullptr, "", kConnectorEnds[i].y}, NumberText(places[i].y));
+  }
+  for (size_t i = 0; i < 2; ++i)
+    if (ends[i]->shape) Glue(ref, kConnectorEnds[i], *ends[i], places[1 - i]);
+
+  return Announce(ref);
+}
+
+void DrawingHost::Glue(const SheetRef& connector, const ConnectorEnd& cells, const End& end, Point otherEnd) {
+  const auto put = [&](const char* cell, const std::string& formula) {
+    if (const auto address = ResolveShape(connector).Find(cell)) PutFormula(connector, *address, formula);
+  };
+  put(cells.trigger, TriggerOfShape(*end.shape));
+  const bool walks = end.walks && !end.point;
+  const std::string glue =
+      walks ? std::string(cells.walkingGlue)
+            : PointGlue(*end.shape,
+                        end.point ? *end.point : AddOutlinePoint({connector.drawing, connector.page, *end.shape}, otherEnd));
+  put(cells.x, glue);
+  put(cells.y, glue);
+}
+
+// Where a connector touches the outline the host makes a point, and marks it as its own. Returns the point's number.
+int DrawingHost::AddOutlinePoint(const SheetRef& ref, Point towards) {
+  const SectionInfo& points = ConnectionPoints();
+  const Point side = NearestSide(ResolveShape(ref), towards);
+  const auto count = static_cast<short>(ResolveShape(ref).Rows(points).size());
+  const short row = AddRow(ref, points, count);
+  const std::string key = ResolveShape(ref).Rows(points)[static_cast<size_t>(row)].key;
+  PutFormula(ref, {&points, key, "X"}, "Width*" + NumberText(side.x));
+  PutFormula(ref, {&points, key, "Y"}, "Height*" + NumberText(side.y));
+  PutFormula(ref, {&points, key, "AutoGen"}, "1");
+  return row + 1;
+}
+
+void DrawingHost::Select(const std::vector<int>& shapeIds) {
+  for (const int id : shapeIds) ResolveShape({serial_, ActivePage().id(), id});
+  SelectAndTell(shapeIds);
+}
+
+void DrawingHost::SelectAndTell(std::vector<int> shapeIds) {
+  if (shapeIds == selection_) return;
+  selection_ = std::move(shapeIds);
+  Raise(kEventWindowChanged, MakeWindow(*this, serial_));
+}
+
+void DrawingHost::DeleteSelection() {
+  const UndoStep step(drawing().journal(), "Delete");
+  const int pageId = ActivePage().id();
+  const std::vector<int> going = selection_;
+  if (going.empty()) return;
+  Raise(kEventBeforeSelectionDelete, MakeSelection(*this, serial_, pageId, going));
+  if (DrawingPage* page = drawing_->FindPage(pageId)) page->Remove(going);
+  SelectAndTell({});
+}
+
+void DrawingHost::TypeText(const SheetRef& ref, std::string_view text, bool keepSelection) {
+  const UndoStep step(drawing().journal(), "Typing");
+  ResolveShape(ref);
+  ShowPage(ref.page);
+  const std::vector<int> selected = keepSelection ? selection_ : std::exchange(selection_, {});
+  WriteText(ref, text);
+  if (keepSelection || activePage_ != ref.page) return;
+  selection_ = selected;
+}
+
+void DrawingHost::SetCell(const SheetRef& ref, std::string_view cell, std::string_view formula) {
+  const UndoStep step(drawing().journal(), "Set Cell");
+  Sheet& sheet = *Resolve(ref).sheet;
+  if (!sheet.Find(cell)) {
+    const auto name = ParseCellName(cell);
+    const bool canMake =
+        name && name->section && (name->section->section == kSectionProp || name->section->section == kSectionUser);
+    if (!canMake) throw HostError(kHostNoSuchCell, "The cell " + std::string(cell) + " does not exist.");
+    sheet.AddNamedRow(drawing_->editor(), *name->section, name->row);
+  }
+  const auto address = sheet.Find(cell);
+  if (!address) throw HostError(kHostNoSuchCell, "The cell " + std::string(cell) + " does not exist.");
+  WriteFormula(ref, *address, formula);
+}
+
+void DrawingHost::DeleteRow(const SheetRef& ref, short section, short row) {
+  const UndoStep step(drawing().journal(), "Delete Row");
+  const SectionInfo* info = FindSection(section);
+  if (!info) throw HostError(kHostNotAllowed, "Section " + std::to_string(section) + " has no rows to delete.");
+  const SheetView view = Resolve(ref);
+  const bool existed = row >= 0 && static_cast<size_t>(row) < view.sheet->Rows(*info).size();
+  view.sheet->DeleteRow(drawing_->editor(), *info, row);
+  if (existed && !info->rowsHaveNames) heldRows_.TakenOut(drawing_->journal(), {ref, info, row});
+  if (existed && info == &ConnectionPoints() && ref.shape >= 0) view.page->RenumberPoints(ResolveShape(ref), row, -1);
+}
+
+short DrawingHost::AddRow(const SheetRef& ref, const SectionInfo& section, short position) {
+  const UndoStep step(drawing().journal(), "Add Row");
+  const SheetView view = Resolve(ref);
+  short added = view.sheet->AddRow(drawing_->editor(), section, position);
+  if (!section.rowsHaveNames && position >= 0 && added > position) {
+    MoveRowsUp(ref, section, position);
+    added = position;
+  }
+  if (!section.rowsHaveNames) heldRows_.PutIn(drawing_->journal(), {ref, &section, added});
+  const bool isLast = static_cast<size_t>(added) + 1 == view.sheet->Rows(section).size();
+  if (!isLast && &section == &ConnectionPoints() && ref.shape >= 0) view.page->RenumberPoints(ResolveShape(ref), added, +1);
+  return added;
+}
+
+// Rows that come from a master keep their places. For a new row to stand before one of them, what the rows hold moves up to the
+// next, and into the new one at the end; its own blank cells come to stand at the position.
+void DrawingHost::MoveRowsUp(const SheetRef& ref, const SectionInfo& section, short position) {
+  const std::vector<Sheet::Row> rows = Resolve(ref).sheet->Rows(section);
+  for (const ColumnInfo& column : section.columns) {
+    const auto cell = [&](size_t row) { return CellAddress{&section, rows[row].key, std::string(column.name)}; };
+    const std::string blank = FormulaOf(ref, cell(rows.size() - 1));
+    for (size_t row = rows.size() - 1; row > static_cast<size_t>(position); --row) {
+      const std::string below = FormulaOf(ref, cell(row - 1));
+      PutFormula(ref, cell(row), below.empty() ? blank : below);
+    }
+    PutFormula(ref, cell(static_cast<size_t>(position)), blank);
+  }
+}
+
+std::shared_ptr<const HeldRow> DrawingHost::HoldRow(const SheetRef& ref, const CellAddress& address) {
+  if (!address.section || address.section->rowsHaveNames) return nullptr;
+  const auto position = Resolve(ref).sheet->PositionOf(address);
+  return heldRows_.Hold(ref, *address.section, position.value());
+}
+
+void DrawingHost::RunCommand(std::string_view label, const std::function<void()>& command) {
+  const UndoStep step(drawing().journal(), label);
+  command();
+}
+
+std::string DrawingHost::Undo() {
+  if (!drawing().journal().CanUndo()) throw HostError(kHostNotAllowed, "There is nothing to undo.");
+  selection_.clear();
+  return drawing_->Undo();
+}
+
+std::string DrawingHost::Redo() {
+  if (!drawing().journal().CanRedo()) throw HostError(kHostNotAllowed, "There is nothing to redo.");
+  selection_.clear();
+  return drawing_->Redo();
+}
+
+void DrawingHost::StartWriteLog() { writes_.emplace(); }
+
+std::vector<CellWrite> DrawingHost::TakeWriteLog() {
+  std::vector<CellWrite> taken = std::move(writes_).value_or(std::vector<CellWrite>());
+  writes_.reset();
+  return taken;
+}
+
+DrawingHost::SheetView DrawingHost::Resolve(const SheetRef& ref) {
+  if (ref.shape == SheetRef::kDocumentSheet) {
+    if (!drawing().DocumentSheet()) throw HostError(kHostObjectGone, "The drawing has no document sheet.");
+    return {nullptr, drawing_->DocumentSheet()};
+  }
+  DrawingPage& page = ResolvePage(ref.drawing, ref.page);
+  return {&page, ref.shape == SheetRef::kPageSheet ? &page.PageSheet() : &ResolveShape(ref)};
+}
+
+DrawingShape& DrawingHost::ResolveShape(const SheetRef& ref) {
+  DrawingShape* shape = ref.shape < 0 ? nullptr : ResolvePage(ref.drawing, ref.page).FindShape(ref.shape);
+  if (!shape) throw HostError(kHostObjectGone, "The shape has gone.");
+  return *shape;
+}
+
+DrawingPage& DrawingHost::ResolvePage(int drawingSerial, int pageId) {
+  DrawingPage* page = drawingSerial == serial_ ? drawing().FindPage(pageId) : nullptr;
+  if (!page) throw HostError(kHostObjectGone, "The page has gone.");
+  return *page;
+}
+
+std::string DrawingHost::FormulaOf(const SheetView& view, const CellAddress& address) {
+  const std::string stored = view.sheet->Formula(address);
+  if (!view.page || stored.find('!') == std::string::npos) return stored;
+  return RewriteReferences(stored, [&](FormulaReference& reference) {
+    const DrawingShape* shape = reference.onOtherPage ? nullptr : view.page->FindSheet(reference.sheet);
+    if (shape) reference.sheet = view.page->NameOf(*shape);
+    return shape != nullptr;
+  });
+}
+
+void DrawingHost::PutFormula(const SheetRef& ref, const CellAddress& address, std::string_view formula) {
+  const SheetView view = Resolve(ref);
+  std::string stored(formula);
+  if (view.page && formula.find('!') != std::string_view::npos)
+    stored = RewriteReferences(formula, [&](FormulaReference& reference) {
+      const DrawingShape* shape = reference.onOtherPage ? nullptr : view.page->FindShape(reference.sheet);
+      if (shape) reference.sheet = "Sheet." + std::to_string(shape->id());
+      return shape != nullptr;
+    });
+  view.sheet->SetFormula(drawing_->editor(), address, stored, drawing_->ScopeFor(view.page, *view.sheet, address));
+  if (ref.shape >= 0) view.page->NoteReferences(ResolveShape(ref));
+  Recalculation recalculation(*drawing_, view.page);
+  recalculation.Changed(*view.sheet, address);
+  recalculation.Run();
+  const ConnectorEnd* end = ref.shape >= 0 && !address.section ? FindConnectorEnd(address.cell) : nullptr;
+  if (end) view.page->KeepConnect(ResolveShape(ref), *end);
+}
+
+void DrawingHost::WriteFormula(const SheetRef& ref, const CellAddress& address, std::string_view formula) {
+  const UndoStep step(drawing().journal(), "Edit");
+  PutFormula(ref, address, formula);
+  if (!writes_) return;
+  const std::string row = address.section ? std::string(address.section->prefix) + "." + address.row + "." : "";
+  const bool isValue = address.section && address.cell == address.section->shortName;
+  writes_->push_back({SheetName(ref), isValue ? row.substr(0, row.size() - 1) : row + address.cell, std::string(formula)});
+}
+
+void DrawingHost::WriteText(const SheetRef& ref, std::string_view text) {
+  DrawingShape& shape = ResolveShape(ref);
+  const std::string moreInfo = "/doc=1 /page=" + std::to_string(drawing_->IndexOf(ResolvePage(ref.drawing, ref.page))) +
+                               " /shape=Sheet." + std::to_string(shape.id());
+  if (shape.Text() != text) shape.SetText(drawing_->editor(), text);
+  if (writes_) writes_->push_back({SheetName(ref), "", std::string(text)});
+  Raise(kEventTextChanged, MakeShape(*this, ref), moreInfo);
+}
+
+void DrawingHost::DeleteShape(const SheetRef& ref) {
+  ResolveShape(ref);
+  ResolvePage(ref.drawing, ref.page).Remove({ref.shape});
+  if (activePage_ != ref.page) return;
+  std::vector<int> left = selection_;
+  std::erase(left, ref.shape);
+  SelectAndTell(left);
+}
+
+IVEventPtr DrawingHost::Advise(std::int16_t code, const IVEventSinkPtr& sink, std::string_view targetArgs) {
+  auto event = std::make_shared<AdvisedEvent>();
+  event->code = code;
+  event->id = AdviseCount() + 1;
+  event->sink = sink;
+  event->targetArgs = targetArgs;
+  advises_.push_back(event);
+  return event;
+}
+
+IVEventPtr DrawingHost::AdviseAt(int index) { return advises_[static_cast<size_t>(index - 1)]; }
+
+void DrawingHost::Raise(std::uint16_t code, const EventSubject& subject, std::string_view moreInfo) {
+  if (drawing_ && drawing_->journal().UndoingOrRedoing()) return;
+  const auto signedCode = static_cast<std::int16_t>(code);
+  const std::vector<std::shared_ptr<AdvisedEvent>> listeners = advises_;
+  for (const auto& listener : listeners)
+    if (listener->code == signedCode && listener->enabled)
+      listener->sink->VisEventProc(signedCode, application_, listener->id, ++eventSequence_, subject, moreInfo);
+}
+
+std::string DrawingHost::SheetName(const SheetRef& ref) {
+  if (ref.shape == SheetRef::kPageSheet) return "ThePage";
+  if (ref.shape == SheetRef::kDocumentSheet) return "TheDoc";
+  return ResolvePage(ref.drawing, ref.page).NameOf(ResolveShape(ref));
+}
+
+}  // namespace vardo

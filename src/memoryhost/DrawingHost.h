@@ -1,0 +1,145 @@
+// The in-memory drawing host: what a person does in the drawing program, and the object model through which the add-in sees it.
+//   One drawing is open at a time. Everything runs on the caller's thread; events are delivered inside the call that raises them.
+//   Each command of a person, with all that its listeners did, is one undo step. While a step is undone or redone no event is
+//   raised.
+#pragma once
+
+#include "addin/host/HostFwd.h"
+#include "addin/host/IVEventList.h"
+#include "document/Drawing.h"
+#include "memoryhost/HeldRows.h"
+#include "memoryhost/HostMenus.h"
+#include "memoryhost/SheetRef.h"
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vardo {
+
+// One write of the add-in or a person to a cell or, with an empty cell name, to a shape's text.
+struct CellWrite {
+  std::string sheet;  // the shape's name, "ThePage" or "TheDoc"
+  std::string cell;   // "Prop.CreateName"; empty for the shape's text
+  std::string text;   // the formula, or the text
+  bool operator==(const CellWrite&) const = default;
+};
+
+class DrawingHost {
+ public:
+  DrawingHost();
+  ~DrawingHost();
+  DrawingHost(const DrawingHost&) = delete;
+  DrawingHost& operator=(const DrawingHost&) = delete;
+
+  // The object model; good as long as the host.
+  const IVApplicationPtr& application() const { return application_; }
+
+  // --- The drawing. Throw FileError, or HostError 5 where nothing is open; the open drawing stays as it was.
+  void New();
+  void Open(const std::filesystem::path& file);
+  // Without a file, where it was opened from or last saved. Returns the file.
+  std::filesystem::path Save(const std::optional<std::filesystem::path>& file);
+  bool IsOpen() const { return drawing_ != nullptr; }
+  Drawing& drawing();
+
+  // --- Pages.
+  DrawingPage& ActivePage();
+  IVPagePtr AddPage(const std::optional<std::string>& name);
+  void DeletePage(int pageId, bool renumber);
+  void ShowPage(int pageId);
+  void RenamePage(int pageId, std::string_view name);
+
+  // --- Shapes. Positions in inches from the page's lower left corner.
+  std::vector<std::string> MasterNames();
+  // Null when a listener has deleted it.
+  IVShapePtr Drop(std::string_view master, int pageId, double x, double y, const std::optional<std::string>& text);
+  // The copies that no listener has deleted.
+  std::vector<IVShapePtr> Paste(const std::vector<SheetRef>& originals, int pageId);
+  // Draws a connector and glues its ends before its event is raised; it is selected then. Points count from 1. Null when a
+  // listener has deleted it. Throws HostError when the master is no connector or a shape has no such point; nothing is drawn
+  // then.
+  struct End {
+    std::optional<int> shape = {};  // none: a loose end
+    std::optional<int> point = {};
+    bool walks = false;  // without a point: glued to the shape as a whole, not to a new point at its outline
+  };
+  IVShapePtr Connect(std::string_view master, int pageId, const End& begin, const End& end);
+  void Select(const std::vector<int>& shapeIds);  // of the active page
+  // Deletes those shapes of the active page after raising the event that comes before a selection goes.
+  void DeleteSelection();
+  // A person types: the event is raised with nothing selected, unless the selection is kept.
+  void TypeText(const SheetRef& shape, std::string_view text, bool keepSelection);
+  // Makes a missing Prop. or User. row first.
+  void SetCell(const SheetRef& sheet, std::string_view cell, std::string_view formula);
+  void DeleteRow(const SheetRef& sheet, short section, short row);
+
+  // What a command of the add-in does in one undo step.
+  void RunCommand(std::string_view label, const std::function<void()>& command);
+
+  // Throw HostError(kHostNotAllowed) when there is nothing to undo or redo. Return the step's label.
+  std::string Undo();
+  std::string Redo();
+
+  // --- Menus.
+  HostMenus& menus() { return menus_; }
+
+  // --- For tests and for commands that report what they did.
+  void StartWriteLog();
+  std::vector<CellWrite> TakeWriteLog();
+
+  // --- Behind the object model. Throw HostError(kHostObjectGone) when the sheet or page has gone.
+  struct SheetView {
+    DrawingPage* page;  // null for the document's sheet
+    Sheet* sheet;
+  };
+  SheetView Resolve(const SheetRef& ref);
+  DrawingShape& ResolveShape(const SheetRef& ref);
+  DrawingPage& ResolvePage(int drawing, int pageId);
+  SheetRef RefTo(const DrawingPage& page, int shapeId) const { return {serial_, page.id(), shapeId}; }
+  int serial() const { return serial_; }
+  const std::vector<int>& selection() const { return selection_; }
+  // Formulas name shapes by their names here, and by "Sheet." and their IDs in the drawing, so that a shape can be renamed.
+  std::string FormulaOf(const SheetView& view, const CellAddress& address);
+  std::string FormulaOf(const SheetRef& ref, const CellAddress& address) { return FormulaOf(Resolve(ref), address); }
+  void WriteFormula(const SheetRef& ref, const CellAddress& address, std::string_view formula);
+  short AddRow(const SheetRef& ref, const SectionInfo& section, short position);
+  // The row of a cell that is going to be held; null for one that is known by its name.
+  std::shared_ptr<const HeldRow> HoldRow(const SheetRef& ref, const CellAddress& address);
+  void WriteText(const SheetRef& ref, std::string_view text);
+  void DeleteShape(const SheetRef& ref);
+  IVEventPtr Advise(std::int16_t code, const IVEventSinkPtr& sink, std::string_view targetArgs);
+  int AdviseCount() const { return static_cast<int>(advises_.size()); }
+  IVEventPtr AdviseAt(int index);
+
+ private:
+  struct AdvisedEvent;
+
+  void Replace(std::unique_ptr<Drawing> drawing, const std::filesystem::path& file);
+  void Raise(std::uint16_t code, const EventSubject& subject, std::string_view moreInfo = {});
+  void SelectAndTell(std::vector<int> shapeIds);
+  IVShapePtr Announce(const SheetRef& ref);
+  void PutFormula(const SheetRef& ref, const CellAddress& address, std::string_view formula);
+  void Glue(const SheetRef& connector, const ConnectorEnd& cells, const End& end, Point otherEnd);
+  int AddOutlinePoint(const SheetRef& ref, Point towards);
+  void MoveRowsUp(const SheetRef& ref, const SectionInfo& section, short position);
+  std::string SheetName(const SheetRef& ref);
+
+  IVApplicationPtr application_;
+  HeldRows heldRows_;
+  std::unique_ptr<Drawing> drawing_;
+  std::filesystem::path file_;
+  int serial_ = 0;
+  int activePage_ = 0;
+  std::vector<int> selection_;
+  std::vector<std::shared_ptr<AdvisedEvent>> advises_;
+  std::int32_t eventSequence_ = 0;
+  HostMenus menus_;
+  std::optional<std::vector<CellWrite>> writes_;
+};
+
+}  // namespace vardo

@@ -1,0 +1,322 @@
+#include "memoryhost/HostObjects.h"
+
+#include "addin/host/HostConstants.h"
+#include "addin/host/IVApplication.h"
+#include "addin/host/IVDocument.h"
+#include "addin/host/IVShape.h"
+#include "base/Errors.h"
+#include "base/Numbers.h"
+
+namespace vardo {
+namespace {
+
+HostError BadIndex(std::string_view what, const std::string& index) {
+  return HostError(kHostBadIndex, "There is no " + std::string(what) + " " + index + ".");
+}
+
+class CellObject : public IVCell {
+ public:
+  CellObject(DrawingHost& host, const SheetRef& ref, CellAddress address)
+      : host_(host), ref_(ref), address_(std::move(address)), row_(host.HoldRow(ref, address_)) {}
+  std::string Formula() override {
+    const DrawingHost::SheetView view = Existing();
+    return host_.FormulaOf(view, address_);
+  }
+  void SetFormula(std::string_view formula) override {
+    Existing();
+    host_.WriteFormula(ref_, address_, formula);
+  }
+  void SetResult(double value) override { SetFormula(NumberText(value)); }
+
+ private:
+  DrawingHost::SheetView Existing() {
+    const DrawingHost::SheetView view = host_.Resolve(ref_);
+    const bool there = row_ ? !row_->gone : view.sheet->Exists(address_);
+    if (!there) throw HostError(kHostObjectGone, "The cell " + address_.cell + " has gone with its row.");
+    if (row_) address_.row = view.sheet->Rows(*address_.section)[static_cast<size_t>(row_->position)].key;
+    return view;
+  }
+  DrawingHost& host_;
+  SheetRef ref_;
+  CellAddress address_;
+  std::shared_ptr<const HeldRow> row_;  // null where the address itself stays good
+};
+
+class MasterObject : public IVMaster {
+ public:
+  MasterObject(DrawingHost& host, int drawing, int id) : host_(host), drawing_(drawing), id_(id) {}
+  std::string Name() override { return Get().Name(); }
+  void Delete() override { host_.drawing().RemoveMaster(Get()); }
+
+ private:
+  DrawingMaster& Get() {
+    DrawingMaster* master = host_.IsOpen() && host_.serial() == drawing_ ? host_.drawing().FindMaster(id_) : nullptr;
+    if (!master) throw HostError(kHostObjectGone, "The master has gone.");
+    return *master;
+  }
+  DrawingHost& host_;
+  int drawing_, id_;
+};
+
+class ShapeObject : public IVShape {
+ public:
+  ShapeObject(DrawingHost& host, const SheetRef& ref) : host_(host), ref_(ref) {}
+
+  IVCellPtr Cells(std::string_view name) override {
+    if (auto address = View().Find(name)) return std::make_shared<CellObject>(host_, ref_, *std::move(address));
+    throw HostError(kHostNoSuchCell, "The cell " + std::string(name) + " does not exist.");
+  }
+  bool CellExists(std::string_view name, short localOnly) override {
+    return View().Find(name, localOnly != kExistsAnywhere).has_value();
+  }
+  IVCellPtr CellsSRC(short section, short row, short column) override {
+    if (auto address = View().Find(section, row, column)) return std::make_shared<CellObject>(host_, ref_, *std::move(address));
+    throw HostError(kHostNoSuchCell, "There is no cell " + std::to_string(column) + " in row " + std::to_string(row) +
+                                         " of section " + std::to_string(section) + ".");
+  }
+
+  std::string Text() override { return host_.ResolveShape(ref_).Text(); }
+  void SetText(std::string_view text) override { host_.WriteText(ref_, text); }
+  std::string Name() override { return IsPageSheet() ? "ThePage" : Page().NameOf(host_.ResolveShape(ref_)); }
+  int ID() override { return IsPageSheet() ? 0 : host_.ResolveShape(ref_).id(); }
+  int Index() override { return IsPageSheet() ? 0 : Page().IndexOf(host_.ResolveShape(ref_)); }
+  short Type() override { return IsPageSheet() ? kShapeTypePage : host_.ResolveShape(ref_).Type(); }
+  IVMasterPtr Master() override {
+    if (IsPageSheet()) return nullptr;
+    const int id = host_.ResolveShape(ref_).MasterId();
+    return id < 0 || !host_.drawing().FindMaster(id) ? nullptr : std::make_shared<MasterObject>(host_, ref_.drawing, id);
+  }
+  IVPagePtr ContainingPage() override { return MakePage(host_, ref_.drawing, Page().id()); }
+
+  int RowCount(short section) override {
+    const SectionInfo* info = FindSection(section);
+    return info ? static_cast<int>(View().Rows(*info).size()) : 0;
+  }
+  bool RowExists(short section, short row, short localOnly) override {
+    if (section == kSectionObject)
+      return !IsOneDimensionalRow(row) ? FindObjectCell(row, 0) != nullptr : View().IsOneDimensional();
+    const SectionInfo* info = FindSection(section);
+    if (!info || row < 0) return false;
+    const std::vector<Sheet::Row> rows = View().Rows(*info);
+    return static_cast<size_t>(row) < rows.size() && (localOnly == kExistsAnywhere || rows[static_cast<size_t>(row)].local);
+  }
+  void AddSection(short section) override { View().AddSection(host_.drawing().editor(), Known(section)); }
+  short AddRow(short section, short row, short) override { return host_.AddRow(ref_, Known(section), row); }
+  short AddNamedRow(short section, std::string_view name, short) override {
+    return View().AddNamedRow(host_.drawing().editor(), Known(section), name);
+  }
+  void DeleteRow(short section, short row) override { host_.DeleteRow(ref_, section, row); }
+
+  int SetFormulas(const std::vector<std::int16_t>& stream, const std::vector<std::string>& formulas, short) override {
+    if (formulas.empty() || stream.size() % 3 != 0)
+      throw HostError(kHostNotAllowed, "A list of cells needs three numbers for each cell and a formula.");
+    const size_t count = stream.size() / 3;
+    for (size_t i = 0; i < count; ++i)
+      CellsSRC(stream[3 * i], stream[3 * i + 1], stream[3 * i + 2])->SetFormula(formulas[std::min(i, formulas.size() - 1)]);
+    return static_cast<int>(count);
+  }
+  void Delete() override {
+    if (IsPageSheet()) throw HostError(kHostNotAllowed, "A page's sheet cannot be deleted.");
+    host_.DeleteShape(ref_);
+  }
+
+ private:
+  bool IsPageSheet() const { return ref_.shape < 0; }
+  Sheet& View() { return *host_.Resolve(ref_).sheet; }
+  DrawingPage& Page() { return host_.ResolvePage(ref_.drawing, ref_.page); }
+  static const SectionInfo& Known(short section) {
+    if (const SectionInfo* info = FindSection(section)) return *info;
+    throw HostError(kHostNotAllowed, "Section " + std::to_string(section) + " takes no rows.");
+  }
+  DrawingHost& host_;
+  SheetRef ref_;
+};
+
+class ShapesObject : public IVShapes {
+ public:
+  ShapesObject(DrawingHost& host, int drawing, int pageId) : host_(host), drawing_(drawing), pageId_(pageId) {}
+  int Count() override { return Page().ShapeCount(); }
+  IVShapePtr Item(int index) override {
+    DrawingPage& page = Page();
+    if (index < 1 || index > page.ShapeCount()) throw BadIndex("shape", std::to_string(index));
+    return Make(page.ShapeAt(index));
+  }
+  IVShapePtr Item(std::string_view name) override {
+    if (DrawingShape* shape = Page().FindShape(name)) return Make(*shape);
+    throw BadIndex("shape", std::string(name));
+  }
+  IVShapePtr ItemFromID(int id) override {
+    if (DrawingShape* shape = Page().FindShape(id)) return Make(*shape);
+    throw BadIndex("shape with the ID", std::to_string(id));
+  }
+
+ private:
+  DrawingPage& Page() { return host_.ResolvePage(drawing_, pageId_); }
+  IVShapePtr Make(const DrawingShape& shape) { return MakeShape(host_, {drawing_, pageId_, shape.id()}); }
+  DrawingHost& host_;
+  int drawing_, pageId_;
+};
+
+class PageObject : public IVPage {
+ public:
+  PageObject(DrawingHost& host, int drawing, int id) : host_(host), drawing_(drawing), id_(id) {}
+  std::string Name() override { return Get().Name(); }
+  void SetName(std::string_view name) override {
+    Get();
+    host_.RenamePage(id_, name);
+  }
+  IVShapePtr PageSheet() override { return MakeShape(host_, host_.RefTo(Get(), SheetRef::kPageSheet)); }
+  IVShapesPtr Shapes() override {
+    Get();
+    return std::make_shared<ShapesObject>(host_, drawing_, id_);
+  }
+  void Delete(short renumber) override {
+    Get();
+    host_.DeletePage(id_, renumber != 0);
+  }
+
+ private:
+  DrawingPage& Get() { return host_.ResolvePage(drawing_, id_); }
+  DrawingHost& host_;
+  int drawing_, id_;
+};
+
+// The document and its collections name the drawing they were taken from; another one opened since is not theirs.
+class OfDrawing {
+ protected:
+  OfDrawing(DrawingHost& host, int drawing) : host_(host), drawing_(drawing) {}
+  Drawing& Get() {
+    if (!host_.IsOpen() || host_.serial() != drawing_) throw HostError(kHostObjectGone, "The drawing has been closed.");
+    return host_.drawing();
+  }
+  DrawingHost& host_;
+  int drawing_;
+};
+
+class PagesObject : public IVPages, OfDrawing {
+ public:
+  using OfDrawing::OfDrawing;
+  PagesObject(DrawingHost& host, int drawing) : OfDrawing(host, drawing) {}
+  int Count() override { return Get().PageCount(); }
+  IVPagePtr Item(int index) override {
+    if (index < 1 || index > Count()) throw BadIndex("page", std::to_string(index));
+    return MakePage(host_, drawing_, Get().PageAt(index).id());
+  }
+  IVPagePtr Item(std::string_view name) override {
+    if (const DrawingPage* page = Get().FindPage(name)) return MakePage(host_, drawing_, page->id());
+    throw BadIndex("page", std::string(name));
+  }
+  IVPagePtr Add() override {
+    Get();
+    return host_.AddPage(std::nullopt);
+  }
+};
+
+class MastersObject : public IVMasters, OfDrawing {
+ public:
+  MastersObject(DrawingHost& host, int drawing) : OfDrawing(host, drawing) {}
+  int Count() override { return Get().MasterCount(); }
+  IVMasterPtr Item(int index) override {
+    if (index < 1 || index > Count()) throw BadIndex("master", std::to_string(index));
+    return std::make_shared<MasterObject>(host_, drawing_, Get().MasterAt(index).id());
+  }
+};
+
+class DocumentObject : public IVDocument, OfDrawing {
+ public:
+  DocumentObject(DrawingHost& host, int drawing) : OfDrawing(host, drawing) {}
+  IVPagesPtr Pages() override {
+    Get();
+    return std::make_shared<PagesObject>(host_, drawing_);
+  }
+  IVMastersPtr Masters() override {
+    Get();
+    return std::make_shared<MastersObject>(host_, drawing_);
+  }
+};
+
+class SelectionObject : public IVSelection {
+ public:
+  SelectionObject(DrawingHost& host, int drawing, int pageId, std::vector<int> ids)
+      : host_(host), drawing_(drawing), pageId_(pageId), ids_(std::move(ids)) {}
+  int Count() override { return static_cast<int>(ids_.size()); }
+  IVShapePtr Item(int index) override {
+    if (index < 1 || index > Count()) throw BadIndex("selected shape", std::to_string(index));
+    return MakeShape(host_, {drawing_, pageId_, ids_[static_cast<size_t>(index - 1)]});
+  }
+
+ private:
+  DrawingHost& host_;
+  int drawing_, pageId_;
+  std::vector<int> ids_;
+};
+
+class WindowObject : public IVWindow, OfDrawing {
+ public:
+  WindowObject(DrawingHost& host, int drawing) : OfDrawing(host, drawing) {}
+  IVSelectionPtr Selection() override {
+    Get();
+    return MakeSelection(host_, drawing_, host_.ActivePage().id(), host_.selection());
+  }
+  IVPagePtr Page() override {
+    Get();
+    return MakePage(host_, drawing_, host_.ActivePage().id());
+  }
+  void SetPage(std::string_view name) override {
+    const DrawingPage* page = Get().FindPage(name);
+    if (!page) throw BadIndex("page", std::string(name));
+    host_.ShowPage(page->id());
+  }
+};
+
+class EventListObject : public IVEventList {
+ public:
+  explicit EventListObject(DrawingHost& host) : host_(host) {}
+  IVEventPtr AddAdvise(std::int16_t code, const IVEventSinkPtr& sink, std::string_view iid,
+                       std::string_view targetArgs) override {
+    if (!iid.empty() || !sink) throw HostError(kHostNotAllowed, "An event needs a sink and an empty interface identifier.");
+    return host_.Advise(code, sink, targetArgs);
+  }
+  int Count() override { return host_.AdviseCount(); }
+  IVEventPtr Item(int index) override {
+    if (index < 1 || index > Count()) throw BadIndex("event", std::to_string(index));
+    return host_.AdviseAt(index);
+  }
+
+ private:
+  DrawingHost& host_;
+};
+
+class ApplicationObject : public IVApplication {
+ public:
+  explicit ApplicationObject(DrawingHost& host) : host_(host) {}
+  IVWindowPtr ActiveWindow() override {
+    host_.drawing();
+    return MakeWindow(host_, host_.serial());
+  }
+  IVPagePtr ActivePage() override { return MakePage(host_, host_.serial(), host_.ActivePage().id()); }
+  IVDocumentPtr ActiveDocument() override {
+    host_.drawing();
+    return MakeDocument(host_, host_.serial());
+  }
+  IVEventListPtr EventList() override { return std::make_shared<EventListObject>(host_); }
+  IVUIObjectPtr CustomMenus() override { return host_.menus().CustomMenus(); }
+  IVUIObjectPtr BuiltInMenus() override { return host_.menus().BuiltInMenus(); }
+  void SetCustomMenus(const IVUIObjectPtr& menus) override { host_.menus().SetCustomMenus(menus); }
+
+ private:
+  DrawingHost& host_;
+};
+
+}  // namespace
+
+IVApplicationPtr MakeApplication(DrawingHost& host) { return std::make_shared<ApplicationObject>(host); }
+IVDocumentPtr MakeDocument(DrawingHost& host, int drawing) { return std::make_shared<DocumentObject>(host, drawing); }
+IVWindowPtr MakeWindow(DrawingHost& host, int drawing) { return std::make_shared<WindowObject>(host, drawing); }
+IVPagePtr MakePage(DrawingHost& host, int drawing, int pageId) { return std::make_shared<PageObject>(host, drawing, pageId); }
+IVShapePtr MakeShape(DrawingHost& host, const SheetRef& ref) { return std::make_shared<ShapeObject>(host, ref); }
+IVSelectionPtr MakeSelection(DrawingHost& host, int drawing, int pageId, std::vector<int> shapeIds) {
+  return std::make_shared<SelectionObject>(host, drawing, pageId, std::move(shapeIds));
+}
+
+}  // namespace vardo

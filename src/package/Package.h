@@ -1,0 +1,139 @@
+// A drawing's file as a set of parts: opened with every guard up, edited as trees, saved without loss and in one step.
+#pragma once
+
+#include "base/FileError.h"
+#include "package/XmlPart.h"
+#include "package/ZipArchive.h"
+#include "platform/FileSystem.h"
+
+#include <pugixml.hpp>
+
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace vardo {
+
+struct Relationship {
+  std::string id, type;
+  std::string target;  // the part it names, without a leading slash; the raw text when external
+  bool external = false;
+};
+
+// Names of parts have no leading slash and are found without regard to the case of ASCII letters. Not for several threads at a
+// time. Every throw is a FileError whose sentence names the file, and the part where one is to blame; nothing has changed then.
+class Package {
+ public:
+  // Reads the whole file; it is not needed afterwards. Every part is unpacked once to prove its checksum, and the document, its
+  // pages, masters and windows, with their relationships, are parsed, so that what opens can be relied on. Solutions and other
+  // payload stay bytes, well-formed or not. Refused: all that ZipDirectory.h and XmlPart.h refuse, and packages whose main part
+  // is missing or no Visio drawing, stencil or template. A package without [Content_Types].xml is taken at its relationships'
+  // word.
+  static std::unique_ptr<Package> OpenFile(const std::filesystem::path& path);
+  static std::unique_ptr<Package> OpenBytes(std::string zip, std::string displayName);
+  // [Content_Types].xml with the defaults for .rels and .xml, and empty package relationships.
+  static std::unique_ptr<Package> Create(std::string displayName);
+
+  // How sentences name the file.
+  const std::string& displayName() const { return file_; }
+
+  // In the order of the archive, then new ones as they were added; folders and parts taken out are left out.
+  std::vector<std::string> PartNames() const;
+  bool Has(std::string_view part) const;
+  // As Save would write it; unedited parts byte for byte as they were read.
+  std::string Bytes(std::string_view part) const;
+  // The part's tree, parsed at first use; good as long as the package, taken out or not.
+  XmlPart& Xml(std::string_view part);
+
+  // A new part, declared in [Content_Types].xml (unless the package has none, or its default for the extension says so already).
+  // The name must never have been used in this package, not even by a part since taken out: FreshName gives one.
+  XmlPart& AddXml(std::string part, std::string_view xml, std::string_view contentType);
+  void AddBytes(std::string part, std::string bytes, std::string_view contentType);
+  // `stem`, the lowest number from 1 that is free, `ending`: FreshName("visio/pages/page", ".xml").
+  std::string FreshName(std::string_view stem, std::string_view ending) const;
+  // Takes a part out or puts it back where it was, with its declaration and its own relationships; its tree lives on meanwhile.
+  // Relationships that lead to it are the caller's.
+  void SetPresent(std::string_view part, bool present);
+
+  // Of a part, or with "" of the package; in their order. None when there is no relationships part.
+  std::vector<Relationship> RelationshipsOf(std::string_view part);
+  // Adds one and returns its id: the given one, or the next free rIdN. One that was removed is put back in its old place when its
+  // id is given with the same type and target, as undo does.
+  std::string AddRelationship(std::string_view part, std::string_view type, std::string_view targetPart, std::string id = {});
+  void RemoveRelationship(std::string_view part, std::string_view id);
+
+  // The document, as the package's relationships name it.
+  std::string MainPart();
+
+  // Whether a save would write anything but what was opened or last saved.
+  bool changed() const;
+  // Writes the package to the target (see WriteFileAtomically for what holds on failure); the package is unchanged afterwards.
+  // Untouched parts keep their packed bytes and place, and the same package gives the same bytes anywhere; with nothing changed
+  // these are the bytes opened.
+  void Save(const std::filesystem::path& target, FileSystem& files = MachineFileSystem());
+
+ private:
+  // An element taken out of a list part (a declaration, a relationship), kept with its place so that putting it back undoes the
+  // removal.
+  struct TakenElement {
+    pugi::xml_node copy;
+    ptrdiff_t place;
+  };
+  struct Part {
+    std::string name;
+    std::optional<size_t> index{};   // in the archive
+    std::string bytes{};             // of a part that the archive has not, as added or last saved
+    std::unique_ptr<XmlPart> xml{};  // once parsed
+    bool present = true;
+    std::unordered_map<std::string, TakenElement> taken{};  // of a list part, by part name or id
+    std::set<std::string> deviations{};                     // elements added or removed since the last save
+
+    bool Changed() const { return present != index.has_value() || (present && xml && xml->changed()); }
+  };
+
+  // Where the archive just written has a part, or the content it keeps while taken out.
+  struct SavedPart {
+    std::optional<size_t> index;
+    std::string bytes;
+  };
+
+  explicit Package(std::string displayName);
+  void ReadArchive(std::string zip);
+  void ParseDrawing();
+  void CheckMainPart(const std::string& main);
+
+  Part* Find(std::string_view name) const;
+  Part* FindPresent(std::string_view name) const;
+  Part& Get(std::string_view name) const;
+  Part& Insert(Part part);
+  XmlPart& Xml(Part& part);
+  std::string Bytes(const Part& part) const;
+  std::string SavedBytes(const Part& part) const;
+
+  std::string ContentTypeOf(std::string_view part);
+  void Declare(const Part& part, std::string_view contentType);
+  void SetDeclared(const Part& part, bool declared);
+  void TakeOut(Part& list, pugi::xml_node element, const std::string& key);
+  bool PutBack(Part& list, const std::string& key);
+  void NoteDeviation(Part& list, pugi::xml_node element);
+  Part& RelationshipsPart(std::string_view part);
+  void SettleRelationships(Part& list, bool sourcePresent);
+
+  std::vector<ZipEdit> Edits() const;
+  std::vector<SavedPart> PartsIn(const ZipArchive& archive) const;
+  void Adopt(std::unique_ptr<ZipArchive> archive, std::vector<SavedPart> saved);
+
+  std::string file_;
+  std::unique_ptr<ZipArchive> archive_;
+  std::vector<std::unique_ptr<Part>> parts_;
+  std::unordered_map<std::string, Part*> byName_;  // lowered
+  pugi::xml_document takenElements_;
+};
+
+}  // namespace vardo

@@ -1,0 +1,64 @@
+// One XML part of a package as a tree that writes itself back as it was read.
+#pragma once
+
+#include <pugixml.hpp>
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace vardo {
+
+// The text of a part, owned.
+struct XmlBytes {
+  std::unique_ptr<char[]> data;
+  size_t size = 0;
+
+  std::string_view View() const { return {data.get(), size}; }
+  static XmlBytes CopyOf(std::string_view text);
+};
+
+// The tree is edited through root() and pugixml; each edit is told with Touch. Values are UTF-8 without escapes. Line breaks in
+// element text are as in the file, mostly CR LF; readers take CR LF, CR and LF as one line break. A raw line break in an
+// attribute is a space, as XML has it.
+//
+// Serialise gives back the bytes read, but for what means nothing in XML: white space within tags, mixed quotes, <x></x> for
+// <x/>, references where a plain character does. Parts written by Visio come back byte for byte.
+class XmlPart {
+ public:
+  // Throws FileError, naming the file and the part, when the text is not one well-formed element in UTF-8, has a DOCTYPE, or is
+  // nested deeper than kMaxXmlDepth.
+  XmlPart(const std::string& file, std::string name, XmlBytes text);
+  XmlPart(const XmlPart&) = delete;
+  XmlPart& operator=(const XmlPart&) = delete;
+
+  const std::string& name() const { return name_; }
+  // The root element; good as long as the part.
+  pugi::xml_node root() { return root_; }
+
+  // An edit (+1), or an edit undone (-1). Back at the count of the last save, the part is unchanged - unless a new edit took the
+  // place of one that had been saved and then undone.
+  void Touch(int direction = +1);
+  // An undone edit done once more. (Touch(+1) is right too, but leaves a part changed that is back at what was saved.)
+  void Retouch() { ++edits_; }
+  bool changed() const { return edits_ != savedEdits_; }
+  void MarkSaved() { savedEdits_ = edits_; }
+
+  // What stands around the root element verbatim, its attributes' kind of quotes, no white space added. Control characters, which
+  // XML cannot hold, are left out.
+  std::string Serialise() const;
+  // One element of the part, written the same way.
+  std::string Serialise(pugi::xml_node element) const;
+
+ private:
+  std::string name_, prolog_, epilog_;
+  XmlBytes text_;  // parsed in place: the tree points into it
+  pugi::xml_document document_;
+  pugi::xml_node root_;
+  char quote_ = '"';
+  bool carriageReturnReferences_ = false;
+  long long edits_ = 0, savedEdits_ = 0;
+};
+
+}  // namespace vardo

@@ -1,0 +1,25 @@
+// The shapes of the masters: what stands between the tags of each master's one top shape.
+#pragma once
+
+#include "modules/ModuleGeometry.h"
+#include "stencil/PartWriter.h"
+
+#include <span>
+#include <string_view>
+
+namespace vardo {
+
+struct Connector {
+  std::string_view name, prompt;
+  std::string_view text;    // empty for none
+  std::string_view colour;  // "#rrggbb"
+};
+inline constexpr double kConnectorWidth = 1, kConnectorHeight = 0.5;
+
+// The five connectors in stencil order.
+std::span<const Connector> Connectors();
+
+void WriteModule(PartWriter& writer, const ModuleGeometry& module);
+void WriteConnector(PartWriter& writer, const Connector& connector);
+
+}  // namespace vardo
