@@ -14,7 +14,8 @@ std::vector<std::pair<std::string, std::string>> PropertiesOfShape(const Sheet& 
   std::vector<std::pair<std::string, std::string>> properties;
   const SectionInfo& section = *FindSectionByElement("Property");
   for (const Sheet::Row& row : shape.Rows(section))
-    properties.emplace_back(row.key, UnquoteFormula(shape.Formula({&section, row.key, std::string(section.shortName)})));
+    properties.emplace_back(shape.RowText(section, row.key),
+                            UnquoteFormula(shape.Formula({&section, row.key, Symbol(section.shortName)})));
   return properties;
 }
 

@@ -22,15 +22,11 @@ Json ModuleJson(DrawingPage& page, const DrawingShape& shape, const std::string&
 Json ConnectionsJson(DrawingPage& page) {
   Json connections = Json::array();
   std::unordered_map<int, size_t> known;
-  if (!page.contents()) return connections;
-  for (const pugi::xml_node connect : page.contents()->root().child("Connects").children("Connect")) {
-    const DrawingShape* connector = page.FindShape(connect.attribute("FromSheet").as_int(-1));
-    const DrawingShape* glued = page.FindShape(connect.attribute("ToSheet").as_int(-1));
-    const std::string_view cell = connect.attribute("FromCell").value();
-    if (!connector || !glued || (cell.substr(0, 5) != "Begin" && cell.substr(0, 3) != "End")) continue;
-    const auto [place, isNew] = known.emplace(connector->id(), connections.size());
-    if (isNew) connections.push_back({{"connector", page.NameOf(*connector)}, {"from", nullptr}, {"to", nullptr}});
-    connections[place->second][cell[0] == 'B' ? "from" : "to"] = page.NameOf(*glued);
+  for (const auto& [connector, target, isBegin] : page.GluedEnds()) {
+    const auto [place, isNew] = known.emplace(connector, connections.size());
+    if (isNew)
+      connections.push_back({{"connector", page.NameOf(*page.FindShape(connector))}, {"from", nullptr}, {"to", nullptr}});
+    connections[place->second][isBegin ? "from" : "to"] = page.NameOf(*page.FindShape(target));
   }
   return connections;
 }

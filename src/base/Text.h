@@ -2,6 +2,7 @@
 // platform's to say.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,6 +19,10 @@ constexpr bool IsAsciiLetter(char c) { return LowerAscii(c) >= 'a' && LowerAscii
 std::string QuoteText(std::string_view text);
 // What stands between the quotes of such a string, without the doubling. A text that has not both quotes is taken as it is.
 std::string UnquoteText(std::string_view quoted);
+
+// What a drawing's file, being XML, cannot hold of a text: "the character U+FFFF", "bytes that are not UTF-8". None when all can
+// be kept.
+std::optional<std::string> FindUnkeepable(std::string_view text);
 
 // A text that a sentence quotes: at most 200 characters of it, the rest as "...", and characters that do not print as "?".
 std::string InWords(std::string_view text);

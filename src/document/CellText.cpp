@@ -3,98 +3,150 @@
 #include "base/Numbers.h"
 #include "base/Text.h"
 
+#include <pugixml.hpp>
+
 namespace vardo {
 namespace {
 
 bool IsString(pugi::xml_node cell, bool isText) { return isText || std::string_view(cell.attribute("U").value()) == "STR"; }
 
-// V, or the element's text where the value has line breaks; those are line feeds to us whatever they are in the file.
-std::string RawValue(pugi::xml_node cell) {
-  if (const pugi::xml_attribute value = cell.attribute("V")) return value.value();
+bool IsText(pugi::xml_node node) { return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata; }
+
+// Line ends within an element are line feeds to us whatever they are in the file.
+std::string WithLineFeeds(std::string_view raw) {
   std::string text;
-  for (const char* at = cell.child_value(); *at; ++at) {
-    if (*at != '\r')
-      text += *at;
-    else if (at[1] != '\n')
+  for (size_t i = 0; i < raw.size(); ++i) {
+    if (raw[i] != '\r')
+      text += raw[i];
+    else if (i + 1 >= raw.size() || raw[i + 1] != '\n')
       text += '\n';
   }
   return text;
 }
 
-void RemoveChildren(TreeEditor& editor, XmlPart& part, pugi::xml_node cell) {
+std::string TextWithin(pugi::xml_node cell) {
+  std::string text;
+  for (const pugi::xml_node child : cell.children())
+    if (IsText(child)) text += child.value();
+  return WithLineFeeds(text);
+}
+
+// V, or the element's text where the value has line breaks.
+std::string RawValue(pugi::xml_node cell) {
+  const pugi::xml_attribute value = cell.attribute("V");
+  return value ? value.value() : TextWithin(cell);
+}
+
+// What a cell is to hold; empty: no such attribute.
+struct Content {
+  std::string value;
+  std::string_view unit, formula, error = {};
+
+  bool GoesInText() const { return value.find_first_of("\n\r") != std::string::npos; }
+};
+
+bool Holds(pugi::xml_node cell, const Content& content) {
+  const auto is = [&](const char* name, std::string_view value) {
+    const pugi::xml_attribute attribute = cell.attribute(name);
+    return value == attribute.value() && (attribute || value.empty());
+  };
+  const bool inText = !cell.attribute("V");
+  return inText == content.GoesInText() && RawValue(cell) == content.value && is("U", content.unit) && is("F", content.formula) &&
+         is("E", content.error);
+}
+
+void SetOrAppend(pugi::xml_node cell, const char* name, std::string_view value) {
+  pugi::xml_attribute attribute = cell.attribute(name);
+  if (!attribute) attribute = cell.append_attribute(name);
+  attribute.set_value(std::string(value).c_str());
+}
+
+// V U F E in the order files have them, unless another order is there and can stay.
+void PutAttributes(pugi::xml_node cell, const Content& content) {
+  const bool sameUnit = cell.attribute("U").value() == content.unit && (!content.unit.empty() || !cell.attribute("U"));
+  const bool inPlace = sameUnit && cell.attribute("V");
+  if (!inPlace || content.formula.empty()) cell.remove_attribute("F");
+  if (!inPlace) cell.remove_attribute("U");
+  cell.remove_attribute("E");
+  if (content.GoesInText())
+    cell.remove_attribute("V");
+  else
+    SetOrAppend(cell, "V", content.value);
+  for (const auto& [name, value] : {std::pair("U", content.unit), std::pair("F", content.formula), std::pair("E", content.error)})
+    if (!value.empty()) SetOrAppend(cell, name, value);
+}
+
+// Comments and other elements within the cell stay.
+void RemoveTextWithin(TreeEditor& editor, XmlPart& part, pugi::xml_node cell) {
   for (pugi::xml_node child = cell.first_child(); child;) {
     const pugi::xml_node next = child.next_sibling();
-    if (child.type() != pugi::node_element) editor.Remove(part, child);
+    if (IsText(child)) editor.Remove(part, child);
     child = next;
   }
 }
 
-// V U F in the order files have them; an attribute that is not wanted goes.
-void WriteAttributes(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, const std::string& value, std::string_view unit,
-                     std::string_view formula) {
-  const bool sameUnit = cell.attribute("U").value() == unit && (!unit.empty() || !cell.attribute("U"));
-  const bool inPlace = sameUnit && cell.attribute("V");
-  if (!inPlace || formula.empty()) editor.RemoveAttribute(part, cell, "F");
-  if (!inPlace) editor.RemoveAttribute(part, cell, "U");
-  editor.RemoveAttribute(part, cell, "E");
-  RemoveChildren(editor, part, cell);
-  if (value.find_first_of("\n\r") != std::string::npos) {
-    editor.RemoveAttribute(part, cell, "V");
-    editor.AppendText(part, cell, value);
-  } else {
-    editor.SetAttribute(part, cell, "V", value);
-  }
-  if (!unit.empty()) editor.SetAttribute(part, cell, "U", unit);
-  if (!formula.empty()) editor.SetAttribute(part, cell, "F", formula);
+void Put(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, const Content& content) {
+  if (Holds(cell, content)) return;
+  const std::string unit(content.unit), formula(content.formula);  // of the cell itself, perhaps
+  const Content kept{content.value, unit, formula, content.error};
+  if (cell.first_child()) RemoveTextWithin(editor, part, cell);
+  editor.ChangeAttributes(part, cell, [&](pugi::xml_node changed) { PutAttributes(changed, kept); });
+  if (kept.GoesInText()) editor.AppendText(part, cell, kept.value);
 }
 
-void WriteComputed(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, const CellValue& value, std::string_view formula,
-                   bool isText) {
-  if (const auto* text = std::get_if<std::string>(&value))
-    return WriteAttributes(editor, part, cell, *text, isText ? "" : "STR", formula);
-  const std::string unit = cell.attribute("U").value();
-  WriteAttributes(editor, part, cell, NumberText(std::get<double>(value)), unit == "STR" ? std::string_view() : unit, formula);
+Content Computed(pugi::xml_node cell, const CellValue& value, std::string_view formula, bool isText) {
+  if (const auto* text = std::get_if<std::string>(&value)) return {*text, isText ? "" : "STR", formula};
+  const std::string_view unit = cell.attribute("U").value();
+  return {NumberText(std::get<double>(value)), unit == "STR" ? "" : unit, formula};
 }
 
-}  // namespace
-
-bool FormulaIsInherited(pugi::xml_node cell) { return cell.attribute("F").value() == kInherited; }
-
-std::string FormulaText(pugi::xml_node cell, bool isText) {
-  const pugi::xml_attribute formula = cell.attribute("F");
-  if (formula) return formula.value() == kNoFormula ? "" : formula.value();
-  const std::string raw = RawValue(cell);
-  if (IsString(cell, isText)) return QuoteText(raw);
-  const std::string_view unitCode = cell.attribute("U").value();
+// What a cell of that content would be read as.
+std::string FormulaOf(const std::string& raw, std::string_view unitCode, bool isText) {
+  if (isText || unitCode == "STR") return QuoteText(raw);
   const std::optional<double> number = ParseNumber(raw);
   if (!number) return QuoteText(raw);
   if (unitCode == "BOOL") return *number != 0 ? "TRUE" : "FALSE";
   return InUnit(*number, unitCode).value_or(raw);
 }
 
+}  // namespace
+
+bool FormulaIsInherited(pugi::xml_node cell) { return cell.attribute("F").value() == kInheritedFormula; }
+
+std::string_view OwnFormulaOf(pugi::xml_node cell) {
+  const std::string_view formula = cell.attribute("F").value();
+  return formula == kInheritedFormula || formula == kFormulaOfNone ? "" : formula;
+}
+
+std::string FormulaText(pugi::xml_node cell, bool isText) {
+  if (const pugi::xml_attribute formula = cell.attribute("F")) return formula.value() == kFormulaOfNone ? "" : formula.value();
+  return FormulaOf(RawValue(cell), cell.attribute("U").value(), isText);
+}
+
 CellValue StoredValue(pugi::xml_node cell, bool isText) {
-  const std::string raw = RawValue(cell);
+  std::string raw = RawValue(cell);
   if (IsString(cell, isText)) return raw;
   if (const auto number = ParseNumber(raw)) return *number;
   return raw;
 }
 
 void WriteFormula(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, std::string_view formula,
-                  const std::optional<CellValue>& value, bool isText) {
-  if (formula.empty()) return WriteAttributes(editor, part, cell, isText ? "" : "0", "", kNoFormula);
-  if (const auto constant = ParseConstant(formula)) {
-    const bool unitGoesWithoutSaying = isText && constant->unit == "STR";
-    WriteAttributes(editor, part, cell, constant->value, unitGoesWithoutSaying ? "" : constant->unit, "");
+                  const std::optional<CellValue>& value, bool isText, std::string_view error) {
+  if (formula.empty()) return Put(editor, part, cell, {isText ? "" : "0", "", kFormulaOfNone});
+  if (auto constant = ParseConstant(formula)) {
+    const std::string_view unit = isText && constant->unit == "STR" ? std::string_view() : constant->unit;
     // "1.50 in" and a number in a text cell would read back differently from value and unit alone.
-    if (FormulaText(cell, isText) != formula) editor.SetAttribute(part, cell, "F", formula);
-    return;
+    const bool readsBack = FormulaOf(WithLineFeeds(constant->value), unit, isText) == formula;
+    return Put(editor, part, cell, {std::move(constant->value), unit, readsBack ? "" : formula});
   }
-  if (!value) return WriteAttributes(editor, part, cell, RawValue(cell), cell.attribute("U").value(), formula);
-  WriteComputed(editor, part, cell, *value, formula, isText);
+  Content content =
+      value ? Computed(cell, *value, formula, isText) : Content{RawValue(cell), cell.attribute("U").value(), formula, error};
+  Put(editor, part, cell, content);
 }
 
 void WriteValue(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, const CellValue& value, bool isText) {
-  WriteComputed(editor, part, cell, value, std::string(cell.attribute("F").value()), isText);
+  const std::string formula = cell.attribute("F").value();
+  Put(editor, part, cell, Computed(cell, value, formula, isText));
 }
 
 }  // namespace vardo

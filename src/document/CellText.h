@@ -4,9 +4,8 @@
 #pragma once
 
 #include "document/TreeEditor.h"
+#include "document/XmlNode.h"
 #include "formula/Constant.h"
-
-#include <pugixml.hpp>
 
 #include <optional>
 #include <string>
@@ -14,19 +13,22 @@
 
 namespace vardo {
 
-inline constexpr std::string_view kInherited = "Inh";
-inline constexpr std::string_view kNoFormula = "No Formula";
+inline constexpr std::string_view kInheritedFormula = "Inh";
+inline constexpr std::string_view kFormulaOfNone = "No Formula";
 
 // True when the cell's formula is the master's: it is marked so, and only its value is local.
 bool FormulaIsInherited(pugi::xml_node cell);
+// The cell's own formula, where it is neither a constant, nor inherited, nor none; else empty.
+std::string_view OwnFormulaOf(pugi::xml_node cell);
 // The formula of a cell that does not inherit it. isText: a constant without a unit is a string all the same.
 std::string FormulaText(pugi::xml_node cell, bool isText);
 // The value as it stands in the file: a number where it reads as one and the unit is no string's.
 CellValue StoredValue(pugi::xml_node cell, bool isText);
 
-// Writes a formula into a Cell element. value is what it evaluates to; without one the cell keeps its last value.
+// Writes a formula into a Cell element. value is what it evaluates to; without one the cell keeps its last value. error: of a
+// formula that has no value now.
 void WriteFormula(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, std::string_view formula,
-                  const std::optional<CellValue>& value, bool isText);
+                  const std::optional<CellValue>& value, bool isText, std::string_view error = {});
 
 // Writes what the cell's formula has become, and leaves the formula.
 void WriteValue(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, const CellValue& value, bool isText);

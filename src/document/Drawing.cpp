@@ -2,23 +2,26 @@
 
 #include "base/Errors.h"
 #include "base/FileError.h"
-#include "document/Glue.h"
+#include "base/Numbers.h"
+#include "base/Text.h"
+#include "document/DrawingCheck.h"
+#include "document/PackageEdits.h"
 #include "document/VisioXml.h"
+#include "package/Package.h"
 #include "stencil/StencilPackage.h"
 
+#include <pugixml.hpp>
+
 #include <algorithm>
+#include <set>
 
 namespace vardo {
 namespace {
 
-bool EndsWith(std::string_view text, std::string_view ending) {
-  return text.size() >= ending.size() && text.substr(text.size() - ending.size()) == ending;
-}
-
-// The id attribute of a <Rel>, whatever prefix the file gives its namespace.
+// The id attribute of an entry's <Rel>, whatever prefix the file gives its namespace.
 pugi::xml_attribute RelId(pugi::xml_node entry) {
   for (const pugi::xml_attribute attribute : entry.child("Rel").attributes())
-    if (EndsWith(attribute.name(), ":id")) return attribute;
+    if (std::string_view(attribute.name()).ends_with(":id")) return attribute;
   return {};
 }
 
@@ -29,39 +32,23 @@ XmlPart& ExpectRoot(Package& package, const std::string& part, std::string_view 
   XmlPart& xml = package.Xml(part);
   if (xml.root().name() != root)
     throw FileError::NotADrawing(package.displayName(), "written in a way that is not understood (" + PartInWords(part) +
-                                                            " starts with <" + xml.root().name() + ">, not <" +
+                                                            " starts with <" + InWords(xml.root().name()) + ">, not <" +
                                                             std::string(root) + ">)");
   return xml;
 }
 
+bool IsNamed(pugi::xml_node node, std::string_view name) { return name == node.name(); }
+
+int PlaceAmong(pugi::xml_node entry) {
+  int place = 0;
+  for (pugi::xml_node before = entry.previous_sibling(entry.name()); before; before = before.previous_sibling(entry.name()))
+    ++place;
+  return place;
+}
+
 }  // namespace
 
-DrawingMaster::DrawingMaster(pugi::xml_node entry, std::string partName, XmlPart& part)
-    : entry_(entry), id_(entry.attribute("ID").as_int()), partName_(std::move(partName)), part_(part) {
-  struct Pending {
-    pugi::xml_node element;
-    const DrawingShape* parent;
-  };
-  std::vector<Pending> pending{{part.root().child("Shapes").child("Shape"), nullptr}};
-  if (!pending[0].element) return;
-  for (size_t at = 0; at < pending.size(); ++at) {
-    shapes_.push_back(std::make_unique<DrawingShape>(part, pending[at].element, nullptr, pending[at].parent));
-    const DrawingShape* shape = shapes_.back().get();
-    for (const pugi::xml_node inner : pending[at].element.child("Shapes").children("Shape")) pending.push_back({inner, shape});
-  }
-}
-
-std::string DrawingMaster::Name() const {
-  const pugi::xml_attribute name = entry_.attribute("NameU");
-  return name ? name.value() : entry_.attribute("Name").value();
-}
-
-const DrawingShape* DrawingMaster::TopShape() const { return shapes_.empty() ? nullptr : shapes_.front().get(); }
-
-const DrawingShape* DrawingMaster::FindShape(int id) const {
-  const auto found = std::find_if(shapes_.begin(), shapes_.end(), [&](const auto& shape) { return shape->id() == id; });
-  return found == shapes_.end() ? nullptr : found->get();
-}
+// ---------------------------------------------------------------------------------------------------------- opening
 
 std::unique_ptr<Drawing> Drawing::Open(const std::filesystem::path& file) {
   return std::unique_ptr<Drawing>(new Drawing(Package::OpenFile(file)));
@@ -69,62 +56,124 @@ std::unique_ptr<Drawing> Drawing::Open(const std::filesystem::path& file) {
 
 std::unique_ptr<Drawing> Drawing::New() { return std::unique_ptr<Drawing>(new Drawing(MakeNewDrawing())); }
 
-Drawing::Drawing(std::unique_ptr<Package> package) : package_(std::move(package)) {
+Drawing::Drawing(std::unique_ptr<Package> package)
+    : package_(std::move(package)), log_(*package_, *this), editor_(*package_, *this, log_) {
   ReadDocument();
-  Reread();
-}
-
-void Drawing::ReadDocument() {
-  const std::string document = package_->MainPart();
-  ExpectRoot(*package_, document, "VisioDocument");
-  pagesPart_ = RelatedPart(document, "/pages");
-  mastersPart_ = RelatedPart(document, "/masters");
-  if (pagesPart_.empty()) throw FileError::Damaged(package_->displayName(), "it has no list of pages");
-}
-
-void Drawing::Reread() {
-  pages_.clear();
-  masters_.clear();
-  masterFormulas_.clear();
-  XmlPart& document = package_->Xml(package_->MainPart());
-  const pugi::xml_node sheet = document.root().child("DocumentSheet");
-  documentSheet_ = sheet ? std::make_unique<Sheet>(document, sheet, nullptr) : nullptr;
   ReadMasters();
   ReadPages();
 }
 
+Drawing::~Drawing() = default;
+
+void Drawing::Save(const std::filesystem::path& file) { package_->Save(file); }
+
+bool Drawing::Changed() const { return package_->changed(); }
+
+void Drawing::ReadDocument() {
+  const std::string document = package_->MainPart();
+  XmlPart& part = ExpectRoot(*package_, document, "VisioDocument");
+  pagesPart_ = RelatedPart(document, "/pages");
+  mastersPart_ = RelatedPart(document, "/masters");
+  if (pagesPart_.empty()) throw FileError::Damaged(package_->displayName(), "it has no list of pages");
+  if (const pugi::xml_node sheet = part.root().child("DocumentSheet"))
+    documentSheet_ = std::make_unique<Sheet>(part, sheet.internal_object(), nullptr);
+}
+
+namespace {
+
+// Reads a list of pages or masters: each entry has an ID of its own, and leads to a part of its own.
+class ListReader {
+ public:
+  ListReader(Package& package, const std::string& list) : package_(package), list_(list) {
+    for (const Relationship& relationship : package.RelationshipsOf(list))
+      if (!relationship.external) targets_.emplace(relationship.id, relationship.target);
+  }
+
+  void CheckId(pugi::xml_node entry) {
+    const std::string_view text = entry.attribute("ID").value();
+    const auto id = ParseInteger(text);
+    if (!id || *id < 0) throw Damaged(What(entry) + (text.empty() ? " without an ID" : " with the ID " + InWords(text)));
+    if (!ids_.insert(*id).second) throw Damaged("two entries with the ID " + std::to_string(*id));
+  }
+
+  // Empty for an entry that leads to no part, or back to the list.
+  std::string PartOf(pugi::xml_node entry) {
+    const pugi::xml_attribute id = RelId(entry);
+    if (!id) return "";
+    const auto target = targets_.find(id.value());
+    if (target == targets_.end())
+      throw Damaged(What(entry) + " by the relationship " + InWords(id.value()) + ", which is missing");
+    if (target->second == list_) return "";
+    if (!package_.Has(target->second)) throw Damaged(What(entry) + " in " + PartInWords(target->second) + ", which is missing");
+    if (!parts_.insert(LowerAscii(target->second)).second)
+      throw Damaged(What(entry) + " in " + PartInWords(target->second) + ", which another one has already");
+    return target->second;
+  }
+
+  FileError Damaged(const std::string& what) const {
+    return FileError::Damaged(package_.displayName(), PartInWords(list_) + " names " + what);
+  }
+
+ private:
+  static std::string What(pugi::xml_node entry) { return IsNamed(entry, "Page") ? "a page" : "a master"; }
+
+  Package& package_;
+  const std::string& list_;
+  std::unordered_map<std::string, std::string> targets_;
+  std::set<int> ids_;
+  std::set<std::string> parts_;
+};
+
+}  // namespace
+
 void Drawing::ReadMasters() {
   if (mastersPart_.empty()) return;
-  const std::vector<Relationship> relationships = package_->RelationshipsOf(mastersPart_);
+  ListReader reader(*package_, mastersPart_);
   for (const pugi::xml_node entry : ExpectRoot(*package_, mastersPart_, "Masters").root().children("Master")) {
-    for (const Relationship& relationship : relationships)
-      if (relationship.id == RelId(entry).value())
-        masters_.push_back(std::make_unique<DrawingMaster>(entry, relationship.target,
-                                                           ExpectRoot(*package_, relationship.target, "MasterContents")));
+    reader.CheckId(entry);
+    const std::string part = reader.PartOf(entry);
+    if (part.empty()) throw reader.Damaged("a master that leads to no part");
+    CheckShapes(package_->displayName(), ExpectRoot(*package_, part, "MasterContents"));
+    masters_.push_back(std::make_unique<DrawingMaster>(entry, part, package_->Xml(part)));
   }
 }
 
+// A stencil's one page has no contents of its own.
 void Drawing::ReadPages() {
-  const std::vector<Relationship> relationships = package_->RelationshipsOf(pagesPart_);
-  for (const pugi::xml_node entry : ExpectRoot(*package_, pagesPart_, "Pages").root().children("Page")) {
-    std::string partName;
-    for (const Relationship& relationship : relationships)
-      if (relationship.id == RelId(entry).value()) partName = relationship.target;
-    // A page that leads back to the list of pages has no contents of its own.
-    if (partName == pagesPart_) partName.clear();
-    XmlPart* contents = partName.empty() ? nullptr : &ExpectRoot(*package_, partName, "PageContents");
-    pages_.push_back(std::make_unique<DrawingPage>(*this, entry, partName, contents));
-    highestPageId_ = std::max(highestPageId_, pages_.back()->id());
+  ListReader reader(*package_, pagesPart_);
+  XmlPart& list = ExpectRoot(*package_, pagesPart_, "Pages");
+  for (const pugi::xml_node entry : list.root().children("Page")) {
+    reader.CheckId(entry);
+    const std::string part = reader.PartOf(entry);
+    const bool isOnlyPage = !entry.previous_sibling("Page") && !entry.next_sibling("Page");
+    if (part.empty() && !RelId(entry) && !isOnlyPage) throw reader.Damaged("a page that leads to no part");
+    XmlPart* contents = part.empty() ? nullptr : &ExpectRoot(*package_, part, "PageContents");
+    if (contents) CheckShapes(package_->displayName(), *contents);
+    pages_.push_back(std::make_unique<DrawingPage>(*this, list, entry, part, contents));
   }
   if (pages_.empty()) throw FileError::Damaged(package_->displayName(), "it has no page");
   IndexPages();
 }
 
-// Of two pages with one ID the first counts.
 void Drawing::IndexPages() {
   pagesById_.clear();
-  for (const auto& page : pages_) pagesById_.emplace(page->id(), page.get());
+  pagesByPart_.clear();
+  pagesByEntry_.clear();
+  for (const auto& page : pages_) {
+    pagesById_.emplace(page->id(), page.get());
+    pagesByEntry_.emplace(page->entry(), page.get());
+    if (page->contents()) pagesByPart_.emplace(page->contents(), page.get());
+    highestPageId_ = std::max(highestPageId_, page->id());
+  }
 }
+
+std::string Drawing::RelatedPart(std::string_view from, std::string_view typeEnding) const {
+  for (const Relationship& relationship : package_->RelationshipsOf(from))
+    if (!relationship.external && relationship.type.ends_with(typeEnding)) return relationship.target;
+  return "";
+}
+
+// ------------------------------------------------------------------------------------------------------------ pages
 
 DrawingPage* Drawing::FindPage(int id) {
   const auto found = pagesById_.find(id);
@@ -142,42 +191,71 @@ int Drawing::IndexOf(const DrawingPage& page) const {
 }
 
 DrawingPage& Drawing::AddPage(DrawingPage& sizedLike) {
+  const UndoStep step(log_, "Insert Page");
+  PackageEdits parts(*package_, editor_);
   const std::string partName = package_->FreshName(Folder(pagesPart_) + "page", ".xml");
-  XmlPart& contents = package_->AddXml(partName, kEmptyPage, kPageContentType);
-  const ListedPart listed{pagesPart_, kPageRelationship, partName,
-                          package_->AddRelationship(pagesPart_, kPageRelationship, partName)};
-  journal_.Record([=, this] { SetListed(listed, false); }, [=, this] { SetListed(listed, true); });
-
+  parts.AddPart(partName, kEmptyPage, kPageContentType);
+  const std::string relationship = parts.Relate(pagesPart_, kPageRelationship, partName);
   int number = PageCount() + 1;
   while (FindPage("Page-" + std::to_string(number))) ++number;
   const std::string name = "Page-" + std::to_string(number);
+  const int id = ++highestPageId_;
   XmlPart& list = package_->Xml(pagesPart_);
-  const pugi::xml_node entry = editor_.InsertElement(list, list.root(), "Page");
-  editor_.SetAttribute(list, entry, "ID", std::to_string(++highestPageId_));
-  editor_.SetAttribute(list, entry, "NameU", name);
-  editor_.SetAttribute(list, entry, "Name", name);
-  const pugi::xml_node sheet = SheetOfPage::Insert(editor_, list, entry);
-  for (const pugi::xml_node cell : sizedLike.PageSheet().element().children("Cell")) editor_.InsertCopy(list, sheet, cell);
-  editor_.SetAttribute(list, editor_.InsertElement(list, entry, "Rel"), "r:id", listed.relationship);
-
-  pages_.push_back(std::make_unique<DrawingPage>(*this, entry, partName, &contents));
-  IndexPages();
-  return *pages_.back();
+  const pugi::xml_node like(sizedLike.PageSheet().element());
+  const pugi::xml_attribute relId = RelId(pugi::xml_node(sizedLike.entry()));
+  editor_.Insert(list, list.root(), "Page", {{"ID", std::to_string(id)}, {"NameU", name}, {"Name", name}}, {},
+                 [&](pugi::xml_node page) {
+                   pugi::xml_node sheet = page.append_child("PageSheet");
+                   for (const char* style : {"LineStyle", "FillStyle", "TextStyle"}) sheet.append_attribute(style).set_value("0");
+                   for (const pugi::xml_node cell : like.children("Cell")) sheet.append_copy(cell);
+                   pugi::xml_node rel = page.append_child("Rel");
+                   rel.append_attribute(relId ? relId.name() : "r:id").set_value(relationship.c_str());
+                 });
+  return *FindPage(id);
 }
 
 void Drawing::RemovePage(DrawingPage& page, bool renumber) {
+  const UndoStep step(log_, "Delete Page");
   const int index = IndexOf(page);
-  const ListedPart listed{pagesPart_, kPageRelationship, page.partName(), RelId(page.entry()).value()};
-  editor_.Remove(package_->Xml(pagesPart_), page.entry());
-  pages_.erase(pages_.begin() + (index - 1));
-  IndexPages();
-  if (!listed.part.empty()) Unlist(listed);
+  const std::string partName = page.partName(), relationship = RelId(pugi::xml_node(page.entry())).value();
+  if (page.IsBackground()) LoosenFromBackground(page);
+  editor_.Remove(package_->Xml(pagesPart_), pugi::xml_node(page.entry()));
+  PackageEdits parts(*package_, editor_);
+  if (!partName.empty()) {
+    parts.Unrelate(pagesPart_, relationship);
+    parts.RemovePart(partName);
+  }
   if (!renumber) return;
   for (int at = index; at <= PageCount(); ++at) {
     const std::string numbered = "Page-" + std::to_string(at + 1), wanted = "Page-" + std::to_string(at);
     if (PageAt(at).Name() == numbered && !FindPage(wanted)) PageAt(at).SetName(wanted);
   }
 }
+
+// The pages in front of it have no background any more.
+void Drawing::LoosenFromBackground(const DrawingPage& background) {
+  PackageEdits parts(*package_, editor_);
+  for (const auto& page : pages_) {
+    const pugi::xml_node entry(page->entry());
+    if (entry.attribute("BackPage").as_int(-1) == background.id())
+      editor_.RemoveAttribute(package_->Xml(pagesPart_), entry, "BackPage");
+    for (const Relationship& relationship : package_->RelationshipsOf(page->partName()))
+      if (!relationship.external && EqualAsciiIgnoringCase(relationship.target, background.partName()))
+        parts.Unrelate(page->partName(), relationship.id);
+  }
+}
+
+int Drawing::HighestShapeId(int page) const {
+  const auto found = highestIds_.find(page);
+  return found == highestIds_.end() ? 0 : found->second;
+}
+
+void Drawing::NoteShapeId(int page, int shape) {
+  int& highest = highestIds_[page];
+  highest = std::max(highest, shape);
+}
+
+// ---------------------------------------------------------------------------------------------------------- masters
 
 DrawingMaster* Drawing::FindMaster(int id) const {
   const auto found = std::find_if(masters_.begin(), masters_.end(), [&](const auto& master) { return master->id() == id; });
@@ -195,115 +273,192 @@ DrawingMaster* Drawing::BringMaster(std::string_view name) {
   const DrawingMaster* original = stencil->FindMaster(name);
   if (!original) return nullptr;
 
+  const UndoStep step(log_, "Drop On Page");
+  // The stencil's styles have other numbers here, if they are here at all.
+  const auto plainStyles = [](pugi::xml_node sheet) {
+    for (const char* style : {"LineStyle", "FillStyle", "TextStyle"})
+      if (pugi::xml_attribute attribute = sheet.attribute(style)) attribute.set_value("0");
+  };
   XmlPart& list = EnsureMastersPart();
+  PackageEdits parts(*package_, editor_);
   const std::string partName = package_->FreshName(Folder(mastersPart_) + "master", ".xml");
-  XmlPart& part = package_->AddXml(partName, stencil->package().Bytes(original->partName()), kMasterContentType);
-  const ListedPart listed{mastersPart_, kMasterRelationship, partName,
-                          package_->AddRelationship(mastersPart_, kMasterRelationship, partName)};
-  journal_.Record([=, this] { SetListed(listed, false); }, [=, this] { SetListed(listed, true); });
+  parts.AddPart(partName, stencil->package().Bytes(original->partName()), kMasterContentType, [&](pugi::xml_node root) {
+    for (const pugi::xml_node shape : root.child("Shapes").children("Shape")) plainStyles(shape);
+  });
+  const std::string relationship = parts.Relate(mastersPart_, kMasterRelationship, partName);
   int id = 1;
   for (const auto& master : masters_) id = std::max(id, master->id() + 1);
-  const pugi::xml_node entry = editor_.InsertCopy(list, list.root(), original->entry());
-  editor_.SetAttribute(list, entry, "ID", std::to_string(id));
-  RelId(entry).set_value(listed.relationship.c_str());
-  // The stencil's styles have other numbers here, if they are here at all.
-  const auto plainStyles = [this](XmlPart& tree, pugi::xml_node sheet) {
-    for (const char* style : {"LineStyle", "FillStyle", "TextStyle"}) editor_.SetAttribute(tree, sheet, style, "0");
-  };
-  plainStyles(list, entry.child("PageSheet"));
-  for (const pugi::xml_node shape : part.root().child("Shapes").children("Shape")) plainStyles(part, shape);
-  masters_.push_back(std::make_unique<DrawingMaster>(entry, partName, part));
-  return masters_.back().get();
+  editor_.InsertCopy(list, list.root(), pugi::xml_node(original->entry()), {}, [&](pugi::xml_node entry) {
+    entry.attribute("ID").set_value(std::to_string(id).c_str());
+    RelId(entry).set_value(relationship.c_str());
+    plainStyles(entry.child("PageSheet"));
+  });
+  return FindMaster(id);
 }
 
 void Drawing::RemoveMaster(DrawingMaster& master) {
-  const UndoStep step(journal_, "Delete Master");
+  const UndoStep step(log_, "Delete Master");
   for (const auto& page : pages_) page->LetGoOf(master);
-  const ListedPart listed{mastersPart_, kMasterRelationship, master.partName(), RelId(master.entry()).value()};
-  editor_.Remove(package_->Xml(mastersPart_), master.entry());
-  Unlist(listed);
-  Reread();
-}
-
-void Drawing::Unlist(const ListedPart& listed) {
-  SetListed(listed, false);
-  journal_.Record([=, this] { SetListed(listed, true); }, [=, this] { SetListed(listed, false); });
-}
-
-void Drawing::SetListed(const ListedPart& listed, bool present) {
-  package_->SetPresent(listed.part, present);
-  if (present)
-    package_->AddRelationship(listed.list, listed.type, listed.part, listed.relationship);
-  else
-    package_->RemoveRelationship(listed.list, listed.relationship);
-}
-
-FormulaScope Drawing::ScopeFor(DrawingPage* page, const Sheet& sheet, const CellAddress& cell) {
-  const auto find = [this, page, &sheet](std::string_view name) -> const Sheet* {
-    if (name.empty()) return &sheet;
-    if (name == "ThePage") return page ? &page->PageSheet() : nullptr;
-    if (name == "TheDoc") return documentSheet_.get();
-    return page ? page->FindSheet(name) : nullptr;
-  };
-  const auto* const connector = dynamic_cast<const DrawingShape*>(&sheet);
-  FormulaScope scope;
-  scope.cell = [find](std::string_view sheetName, std::string_view cellName) -> std::optional<CellValue> {
-    const Sheet* target = find(sheetName);
-    if (!target) throw BadReference{};
-    if (const auto address = target->Find(cellName)) return target->Value(*address);
-    // A shape has more cells than we know, but not more rows.
-    if (const auto name = ParseCellName(cellName); name && name->section) throw BadReference{};
-    return std::nullopt;
-  };
-  scope.onPage = [find](std::string_view sheetName, Point own) -> std::optional<Point> {
-    const auto* shape = dynamic_cast<const DrawingShape*>(find(sheetName));
-    return shape ? std::optional(OnPage(*shape, own)) : std::nullopt;
-  };
-  scope.walk = [page, connector](std::string_view trigger, std::string_view otherTrigger) -> std::optional<Point> {
-    const ConnectorEnd *end = FindConnectorEnd(trigger), *other = FindConnectorEnd(otherTrigger);
-    return page && connector && end && other ? WalkingEnd(*page, *connector, *end, *other) : std::nullopt;
-  };
-  scope.wantsY = cell.cell.ends_with('Y');
-  return scope;
-}
-
-const FormulaIndex& Drawing::FormulasOfMaster(const Sheet& shape) {
-  const auto [place, isNew] = masterFormulas_.try_emplace(&shape);
-  if (isNew) place->second = IndexFormulas(shape, nullptr);
-  return place->second;
-}
-
-std::string Drawing::Undo() {
-  const std::string label = journal_.Undo();
-  Reread();
-  return label;
-}
-
-std::string Drawing::Redo() {
-  const std::string label = journal_.Redo();
-  Reread();
-  return label;
-}
-
-std::string Drawing::RelatedPart(std::string_view from, std::string_view typeEnding) const {
-  for (const Relationship& relationship : package_->RelationshipsOf(from))
-    if (EndsWith(relationship.type, typeEnding)) return relationship.target;
-  return "";
+  const std::string partName = master.partName(), relationship = RelId(pugi::xml_node(master.entry())).value();
+  PackageEdits parts(*package_, editor_);
+  for (const auto& page : pages_)
+    for (const Relationship& related : package_->RelationshipsOf(page->partName()))
+      if (!related.external && EqualAsciiIgnoringCase(related.target, partName)) parts.Unrelate(page->partName(), related.id);
+  editor_.Remove(package_->Xml(mastersPart_), pugi::xml_node(master.entry()));
+  parts.Unrelate(mastersPart_, relationship);
+  parts.RemovePart(partName);
 }
 
 XmlPart& Drawing::EnsureMastersPart() {
+  if (!mastersPart_.empty() && package_->Has(mastersPart_)) return package_->Xml(mastersPart_);
   const std::string document = package_->MainPart();
-  if (mastersPart_.empty()) {
-    mastersPart_ = Folder(document) + "masters/masters.xml";
-    package_->AddXml(mastersPart_, kEmptyMasters, kMastersContentType);
-  } else if (package_->Has(mastersPart_)) {
-    return package_->Xml(mastersPart_);
-  }
-  package_->SetPresent(mastersPart_, true);
-  const ListedPart listed{document, kMastersRelationship, mastersPart_,
-                          package_->AddRelationship(document, kMastersRelationship, mastersPart_)};
-  journal_.Record([=, this] { SetListed(listed, false); }, [=, this] { SetListed(listed, true); });
+  PackageEdits parts(*package_, editor_);
+  mastersPart_ = Folder(document) + "masters/masters.xml";
+  parts.AddPart(mastersPart_, kEmptyMasters, kMastersContentType);
+  parts.Relate(document, kMastersRelationship, mastersPart_);
   return package_->Xml(mastersPart_);
+}
+
+const std::vector<const Sheet*>& Drawing::MasterShapesCalling(const CellCall& call) {
+  if (!callsOfMastersKnown_) {
+    callsOfMastersKnown_ = true;
+    for (const auto& master : masters_) NoteCallsOf(*master);
+  }
+  static const std::vector<const Sheet*> none;
+  const auto found = callsOfMasters_.find(call);
+  return found == callsOfMasters_.end() ? none : found->second;
+}
+
+// Those of other sheets: what calls its own sheet is found there.
+void Drawing::NoteCallsOf(const DrawingMaster& master) {
+  if (!callsOfMastersKnown_) return;
+  for (const auto& shape : master.shapes())
+    for (const Sheet::OwnFormula& own : shape->OwnFormulas())
+      for (const CellCall& call : CallsOf(Formula(own.formula))) {
+        if (call.sheet.empty()) continue;
+        std::vector<const Sheet*>& callers = callsOfMasters_[call];
+        if (callers.empty() || callers.back() != shape.get()) callers.push_back(shape.get());
+      }
+}
+
+// ------------------------------------------------------------------------------------------------ what edits have changed
+
+DrawingPage* Drawing::PageOf(const XmlPart& part) const {
+  const auto found = pagesByPart_.find(&part);
+  return found == pagesByPart_.end() ? nullptr : found->second;
+}
+
+// In the list of pages.
+DrawingPage* Drawing::PageAround(pugi::xml_node node) const {
+  while (node && !IsNamed(node, "Page")) node = node.parent();
+  const auto found = pagesByEntry_.find(node.internal_object());
+  return found == pagesByEntry_.end() ? nullptr : found->second;
+}
+
+void Drawing::Inserted(XmlPart& part, pugi::xml_node node) {
+  if (DrawingPage* page = PageOf(part))
+    page->Inserted(node);
+  else if (part.name() == pagesPart_ && IsNamed(node, "Page"))
+    PageListed(part, node);
+  else if (part.name() == mastersPart_ && IsNamed(node, "Master"))
+    MasterListed(node);
+  else
+    SheetEdited(part, node, true);
+  if (wantsTouched_) NoteTouched(part, node);
+}
+
+void Drawing::Removing(XmlPart& part, pugi::xml_node node) {
+  if (wantsTouched_) NoteTouched(part, node);
+  if (DrawingPage* page = PageOf(part)) return page->Removing(node);
+  if (part.name() == pagesPart_ && IsNamed(node, "Page")) {
+    std::erase_if(pages_, [&](const auto& page) { return page->entry() == node.internal_object(); });
+    IndexPages();
+    ++structure_;
+  } else if (part.name() == mastersPart_ && IsNamed(node, "Master")) {
+    std::erase_if(masters_, [&](const auto& master) { return master->entry() == node.internal_object(); });
+    callsOfMasters_.clear();
+    callsOfMastersKnown_ = false;
+    ++structure_;
+  } else {
+    SheetEdited(part, node, false);
+  }
+}
+
+void Drawing::Changing(XmlPart& part, pugi::xml_node node) {
+  if (DrawingPage* page = PageOf(part)) page->Changing(node);
+}
+
+void Drawing::Changed(XmlPart& part, pugi::xml_node node) {
+  if (DrawingPage* page = PageOf(part))
+    page->Changed(node);
+  else
+    SheetEdited(part, node, true);
+  if (wantsTouched_) NoteTouched(part, node);
+}
+
+void Drawing::Shifted(const RowsShifted& rows, bool again) {
+  if (onRowsShifted) onRowsShifted(rows, again);
+}
+
+// Its part is there already.
+void Drawing::PageListed(XmlPart& list, pugi::xml_node entry) {
+  const std::string part = ListReader(*package_, pagesPart_).PartOf(entry);
+  XmlPart* contents = part.empty() ? nullptr : &package_->Xml(part);
+  pages_.insert(pages_.begin() + PlaceAmong(entry), std::make_unique<DrawingPage>(*this, list, entry, part, contents));
+  IndexPages();
+}
+
+void Drawing::MasterListed(pugi::xml_node entry) {
+  const std::string part = ListReader(*package_, mastersPart_).PartOf(entry);
+  const auto master =
+      masters_.insert(masters_.begin() + PlaceAmong(entry), std::make_unique<DrawingMaster>(entry, part, package_->Xml(part)));
+  NoteCallsOf(**master);
+}
+
+// The sheet of a page or of the document: its own cells, or the whole of it.
+void Drawing::SheetEdited(XmlPart& part, pugi::xml_node node, bool isThere) {
+  DrawingPage* const page = part.name() == pagesPart_ ? PageAround(node) : nullptr;
+  if (page && IsNamed(node, "PageSheet")) return page->SetPageSheet(isThere ? node.internal_object() : nullptr);
+  Sheet* const sheet = page                                                 ? &page->PageSheet()
+                       : documentSheet_ && &documentSheet_->part() == &part ? documentSheet_.get()
+                                                                            : nullptr;
+  if (!sheet) return;
+  if (!IsNamed(node, "Cell")) sheet->ForgetRows();
+  sheet->ForgetFormulas();
+}
+
+// ---------------------------------------------------------------------------------------------- what a step has touched
+
+void Drawing::WantTouched(bool wanted) {
+  wantsTouched_ = wanted;
+  touched_.clear();
+  touchedOnce_.clear();
+}
+
+std::vector<TouchedCell> Drawing::TakeTouched() {
+  touchedOnce_.clear();
+  return std::exchange(touched_, {});
+}
+
+void Drawing::NoteTouched(XmlPart& part, pugi::xml_node node) {
+  const DrawingPage* page = PageOf(part);
+  const bool ofPageSheet = !page && part.name() == pagesPart_;
+  if (ofPageSheet) page = PageAround(node);
+  if (!page) return;
+  TouchedCell touched{page->id(), 0, {}};
+  if (IsNamed(node, "Cell")) {
+    touched.cell.cell = Symbol(node.attribute("N").value());
+    const pugi::xml_node row = node.parent();
+    if (IsNamed(row, "Row") && (touched.cell.section = SectionOfElement(row.parent())))
+      touched.cell.row = KeyOfRow(*touched.cell.section, row);
+  }
+  if (!ofPageSheet) {
+    pugi::xml_node shape = node;
+    while (shape && !IsNamed(shape, "Shape")) shape = shape.parent();
+    if (!shape) return;
+    touched.shape = shape.attribute("ID").as_int();
+  }
+  if (touchedOnce_.insert(touched).second) touched_.push_back(touched);
 }
 
 }  // namespace vardo

@@ -1,404 +1,263 @@
+#include "document/DrawingPage.h"
+
+#include "addin/host/HostConstants.h"
 #include "base/Errors.h"
 #include "base/Numbers.h"
+#include "base/Text.h"
+#include "document/CellText.h"
 #include "document/Drawing.h"
+#include "document/FormulaScopeOfDrawing.h"
 #include "document/Glue.h"
 #include "document/Inheritance.h"
+#include "document/PackageEdits.h"
 #include "document/Recalculation.h"
+#include "document/UndoStep.h"
 #include "document/VisioXml.h"
-#include "formula/FormulaReferences.h"
+#include "package/Package.h"
+
+#include <pugixml.hpp>
 
 #include <algorithm>
-#include <charconv>
 #include <limits>
-#include <optional>
 
 namespace vardo {
 namespace {
 
-bool IsDeletedMarker(pugi::xml_node shape) { return std::string_view(shape.attribute("Del").value()) == "1"; }
+constexpr std::string_view kById = "Sheet.";
 
-std::string Attribute(pugi::xml_node node, const char* first, const char* second) {
-  const pugi::xml_attribute attribute = node.attribute(first);
-  return attribute ? attribute.value() : node.attribute(second).value();
+bool IsNamed(pugi::xml_node node, std::string_view name) { return name == node.name(); }
+
+// The number in "Sheet.12"; none in any other name.
+std::optional<int> NumberInName(std::string_view name) {
+  return name.starts_with(kById) ? ParseInteger(name.substr(kById.size())) : std::nullopt;
 }
+
+std::string NameById(int id) { return std::string(kById) + std::to_string(id); }
 
 int NumberOr(pugi::xml_node connect, const char* attribute) { return connect.attribute(attribute).as_int(-1); }
 
-// The formula with references to copied shapes given their new numbers; none when it also refers to a shape that was not copied.
-std::optional<std::string> Renumbered(std::string_view formula, const std::unordered_map<int, int>& newIds) {
-  constexpr std::string_view kById = "Sheet.";
-  bool allCopied = true;
-  std::string result = RewriteReferences(formula, [&](FormulaReference& reference) {
-    if (!reference.sheet.starts_with(kById) || reference.onOtherPage) return false;
-    const auto renumbered = newIds.find(std::atoi(reference.sheet.c_str() + kById.size()));
-    allCopied = allCopied && renumbered != newIds.end();
-    if (renumbered != newIds.end()) reference.sheet = std::string(kById) + std::to_string(renumbered->second);
-    return renumbered != newIds.end();
-  });
-  return allCopied ? std::optional(std::move(result)) : std::nullopt;
+// The element that holds the cell, row or section: of a shape, of a page's sheet.
+pugi::xml_node SheetAround(pugi::xml_node node) {
+  while (node && !IsNamed(node, "Shape") && !IsNamed(node, "PageSheet")) node = node.parent();
+  return node;
 }
 
-// The same for all formulas of an element that is in no part. One that also refers to a shape without a new number keeps only its
+template <class Visit>
+void VisitCells(pugi::xml_node node, const Visit& visit) {
+  if (IsNamed(node, "Cell")) return visit(node);
+  for (const pugi::xml_node child : node.children())
+    if (!IsNamed(child, "Shapes")) VisitCells(child, visit);
+}
+
+bool HasOwnFormulas(pugi::xml_node node) {
+  bool found = false;
+  VisitCells(node, [&](pugi::xml_node cell) { found = found || !OwnFormulaOf(cell).empty(); });
+  return found;
+}
+
+void Set(pugi::xml_node element, const char* name, std::string_view value) {
+  pugi::xml_attribute attribute = element.attribute(name);
+  if (!attribute) attribute = element.append_attribute(name);
+  attribute.set_value(std::string(value).c_str());
+}
+
+void AppendCell(pugi::xml_node parent, pugi::xml_node before, const char* name, double value) {
+  pugi::xml_node cell = before ? parent.insert_child_before("Cell", before) : parent.append_child("Cell");
+  Set(cell, "N", name);
+  Set(cell, "V", NumberText(value));
+}
+
+// A master's formulas number the shapes inside the master. One that also refers to a shape without a number here keeps only its
 // value.
-void RenumberFormulas(pugi::xml_node element, const std::unordered_map<int, int>& newIds) {
-  for (const pugi::xpath_node& found : element.select_nodes(".//Cell[contains(@F, 'Sheet.')]")) {
-    if (const auto formula = Renumbered(found.node().attribute("F").value(), newIds))
-      found.node().attribute("F").set_value(formula->c_str());
+void RenumberMasterFormulas(pugi::xml_node element, const std::unordered_map<int, int>& numbers) {
+  VisitCells(element, [&](pugi::xml_node cell) {
+    const std::string_view formula = OwnFormulaOf(cell);
+    if (!NamesSheet(formula)) return;
+    bool known = true;
+    const std::string renumbered = Formula(formula).WithReferences([&](FormulaReference& reference) {
+      const auto number = reference.onOtherPage ? std::nullopt : NumberInName(reference.sheet);
+      if (!number) return false;
+      const auto found = numbers.find(*number);
+      known = known && found != numbers.end();
+      if (found != numbers.end()) reference.sheet = NameById(found->second);
+      return found != numbers.end();
+    });
+    if (known)
+      Set(cell, "F", renumbered);
     else
-      found.node().remove_attribute("F");
-  }
+      cell.remove_attribute("F");
+  });
 }
 
 // The shapes inside a group, at any depth.
-void AddInnerShapes(pugi::xml_node group, std::vector<pugi::xml_node>& found) {
+void AddInnerElements(pugi::xml_node group, std::vector<pugi::xml_node>& found) {
   for (const pugi::xml_node shape : group.child("Shapes").children("Shape")) {
-    if (!IsDeletedMarker(shape)) found.push_back(shape);
-    AddInnerShapes(shape, found);
+    if (!IsDeletedShape(shape)) found.push_back(shape);
+    AddInnerElements(shape, found);
   }
 }
 
-std::vector<pugi::xml_node> InnerShapes(pugi::xml_node group) {
+std::vector<pugi::xml_node> InnerElements(pugi::xml_node group) {
   std::vector<pugi::xml_node> shapes;
-  AddInnerShapes(group, shapes);
+  AddInnerElements(group, shapes);
   return shapes;
 }
 
 }  // namespace
 
-DrawingPage::DrawingPage(Drawing& drawing, pugi::xml_node entry, std::string partName, XmlPart* contents)
-    : drawing_(drawing), entry_(entry), id_(entry.attribute("ID").as_int()), partName_(std::move(partName)), contents_(contents) {
-  sheet_ = std::make_unique<SheetOfPage>(drawing.package().Xml(drawing.pagesPart_), entry);
+// ------------------------------------------------------------------------------------------------------------- the page
+
+SheetOfPage::SheetOfPage(XmlPart& list, pugi::xml_node page)
+    : Sheet(list, page.child("PageSheet").internal_object(), nullptr), page_(page.internal_object()) {}
+
+void SheetOfPage::MakeElement(TreeEditor& editor) {
+  const pugi::xml_node page(page_);
+  editor.Insert(part(), page, "PageSheet", {{"LineStyle", "0"}, {"FillStyle", "0"}, {"TextStyle", "0"}}, page.first_child());
 }
 
-pugi::xml_node SheetOfPage::Insert(TreeEditor& editor, XmlPart& list, pugi::xml_node page) {
-  const pugi::xml_node sheet = editor.InsertElement(list, page, "PageSheet", page.first_child());
-  for (const char* style : {"LineStyle", "FillStyle", "TextStyle"}) editor.SetAttribute(list, sheet, style, "0");
-  return sheet;
-}
+DrawingPage::DrawingPage(Drawing& drawing, XmlPart& list, pugi::xml_node entry, std::string partName, XmlPart* contents)
+    : drawing_(drawing),
+      entry_(entry.internal_object()),
+      id_(entry.attribute("ID").as_int()),
+      partName_(std::move(partName)),
+      contents_(contents),
+      sheet_(list, entry) {}
 
-std::string DrawingPage::Name() const { return Attribute(entry_, "Name", "NameU"); }
+DrawingPage::~DrawingPage() = default;
+
+std::string DrawingPage::Name() const {
+  const pugi::xml_attribute name = pugi::xml_node(entry_).attribute("Name");
+  return name ? name.value() : pugi::xml_node(entry_).attribute("NameU").value();
+}
 
 void DrawingPage::SetName(std::string_view name) {
-  for (const char* attribute : {"NameU", "Name"}) drawing_.editor().SetAttribute(sheet_->part(), entry_, attribute, name);
-  for (const char* attribute : {"IsCustomNameU", "IsCustomName"})
-    drawing_.editor().SetAttribute(sheet_->part(), entry_, attribute, "1");
+  drawing_.editor().ChangeAttributes(sheet_.part(), pugi::xml_node(entry_), [&](pugi::xml_node entry) {
+    for (const char* attribute : {"NameU", "Name"}) Set(entry, attribute, name);
+    for (const char* attribute : {"IsCustomNameU", "IsCustomName"}) Set(entry, attribute, "1");
+  });
 }
 
-int DrawingPage::ShapeCount() {
-  EnsureShapes();
-  return static_cast<int>(topLevel_.size());
-}
+bool DrawingPage::IsBackground() const { return pugi::xml_node(entry_).attribute("Background").as_bool(); }
 
-DrawingShape& DrawingPage::ShapeAt(int index) {
-  EnsureShapes();
-  return *topLevel_[static_cast<size_t>(index - 1)];
+int DrawingPage::ShapeCount() { return static_cast<int>(TopLevel().size()); }
+
+DrawingShape& DrawingPage::ShapeAt(int index) { return *TopLevel()[static_cast<size_t>(index - 1)]; }
+
+const std::vector<DrawingShape*>& DrawingPage::TopLevel() {
+  EnsureOrder();
+  return topLevel_;
 }
 
 DrawingShape* DrawingPage::FindShape(int id) {
   EnsureShapes();
   const auto found = shapes_.find(id);
-  return found == shapes_.end() ? nullptr : found->second.shape.get();
+  return found == shapes_.end() ? nullptr : found->second.get();
 }
 
 DrawingShape* DrawingPage::FindShape(std::string_view name) {
   EnsureNames();
-  const auto found = idsByName_.find(std::string(name));
-  return found == idsByName_.end() ? nullptr : FindShape(found->second);
+  return FindShape(names_.IdOf(name));
 }
 
 DrawingShape* DrawingPage::FindSheet(std::string_view name) {
-  constexpr std::string_view kById = "Sheet.";
-  const std::string_view number = name.substr(0, kById.size()) == kById ? name.substr(kById.size()) : std::string_view();
-  int shapeId = 0;
-  const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), shapeId);
-  if (!number.empty() && error == std::errc() && end == number.data() + number.size()) return FindShape(shapeId);
+  if (const auto number = NumberInName(name)) return FindShape(*number);
   return name.empty() ? nullptr : FindShape(name);
-}
-
-const std::vector<int>& DrawingPage::ReadersOf(int shapeId) {
-  EnsureReaders();
-  return readers_[shapeId];
-}
-
-void DrawingPage::EnsureReaders() {
-  EnsureShapes();
-  if (readersKnown_) return;
-  readersKnown_ = true;
-  for (const auto& [id, entry] : shapes_) NoteReferences(*entry.shape);
-}
-
-void DrawingPage::NoteReferences(const DrawingShape& reader) {
-  if (!readersKnown_) return;
-  for (const Sheet::OwnFormula& own : reader.OwnFormulas()) {
-    if (own.formula.find('!') == std::string_view::npos) continue;
-    for (const FormulaReference& reference : ReferencesIn(own.formula)) {
-      const DrawingShape* named = reference.onOtherPage ? nullptr : FindSheet(reference.sheet);
-      if (!named && !NamesPageSheet(reference)) continue;
-      std::vector<int>& readers = readers_[named ? named->id() : kPageSheet];
-      if (std::find(readers.begin(), readers.end(), reader.id()) == readers.end()) readers.push_back(reader.id());
-    }
-  }
 }
 
 int DrawingPage::IndexOf(const DrawingShape& shape) {
   EnsureIndexes();
-  return shapes_.at(shape.id()).index;
+  return shape.parent() ? 0 : shape.index_;
 }
 
-std::string DrawingPage::NameOf(const DrawingShape& shape) {
+const std::string& DrawingPage::NameOf(const DrawingShape& shape) {
   EnsureNames();
-  return names_.at(shape.id());
+  return names_.NameOf(shape.id());
 }
 
-DrawingShape& DrawingPage::AddInstance(const DrawingMaster& master, double x, double y) {
-  EnsureMasterRelationship(master);
-  TreeEditor& editor = drawing_.editor();
-  const int id = TakeNewId();
-  const std::string name = FreeName(master.Name(), id);
-  const pugi::xml_node element = editor.InsertElement(*contents_, ShapesElement(), "Shape");
-  const auto set = [&](const char* attribute, std::string_view value) {
-    editor.SetAttribute(*contents_, element, attribute, value);
-  };
-  set("ID", std::to_string(id));
-  set("NameU", name);
-  set("Name", name);
-  set("Type", master.TopShape() && master.TopShape()->Type() == 2 ? "Group" : "Shape");
-  set("Master", std::to_string(master.id()));
-  if (master.TopShape()) InsertInnerShapes(element, master.TopShape()->element());
-  const pugi::xml_node firstInner = element.first_child();
-  const auto cell = [&](const char* cellName, double value) {
-    const pugi::xml_node added = editor.InsertElement(*contents_, element, "Cell", firstInner);
-    editor.SetAttribute(*contents_, added, "N", cellName);
-    editor.SetAttribute(*contents_, added, "V", NumberText(value));
-  };
-  const DrawingShape* original = master.TopShape();
-  const bool isConnector = original && original->IsOneDimensional();
-  if (isConnector) {
-    const double right = x - NumberIn(*original, "PinX").value_or(0), up = y - NumberIn(*original, "PinY").value_or(0);
-    for (const ConnectorEnd& end : kConnectorEnds) {
-      cell(end.x, NumberIn(*original, end.x).value_or(0) + right);
-      cell(end.y, NumberIn(*original, end.y).value_or(0) + up);
-    }
-  } else {
-    cell("PinX", x);
-    cell("PinY", y);
-  }
-  DrawingShape& shape = Adopt(element, name);
-  if (isConnector) {
-    Recalculation recalculation(drawing_, this);
-    for (const ConnectorEnd& end : kConnectorEnds)
-      for (const char* moved : {end.x, end.y}) recalculation.Changed(shape, {nullptr, "", moved});
-    recalculation.Run();
-  }
-  return shape;
+std::string DrawingPage::NameInFormula(const DrawingShape& shape) {
+  const std::string& name = NameOf(shape);
+  return NumberInName(name) ? NameById(shape.id()) : name;
 }
 
-// An instance of a group lists every shape inside the group, each by its number in the master.
-void DrawingPage::InsertInnerShapes(pugi::xml_node instance, pugi::xml_node original) {
-  const pugi::xml_node inner = original.child("Shapes");
-  if (!inner) return;
-  TreeEditor& editor = drawing_.editor();
-  const pugi::xml_node shapes = editor.InsertElement(*contents_, instance, "Shapes");
-  for (const pugi::xml_node shape : inner.children("Shape")) {
-    const pugi::xml_node added = editor.InsertElement(*contents_, shapes, "Shape");
-    editor.SetAttribute(*contents_, added, "ID", std::to_string(TakeNewId()));
-    editor.SetAttribute(*contents_, added, "Type", shape.attribute("Type").as_string("Shape"));
-    editor.SetAttribute(*contents_, added, "MasterShape", shape.attribute("ID").value());
-    InsertInnerShapes(added, shape);
-  }
+std::vector<DrawingShape*> DrawingPage::InnerShapes(const DrawingShape& group) {
+  std::vector<DrawingShape*> shapes;
+  for (const pugi::xml_node inner : InnerElements(pugi::xml_node(group.element())))
+    if (DrawingShape* shape = FindShape(inner.attribute("ID").as_int())) shapes.push_back(shape);
+  return shapes;
 }
 
-DrawingShape& DrawingPage::AddCopy(const DrawingShape& original, const std::unordered_map<int, int>& newIds, int newId) {
-  TreeEditor& editor = drawing_.editor();
-  const DrawingMaster* master = drawing_.FindMaster(original.MasterId());
-  if (master) EnsureMasterRelationship(*master);
-  const std::string name = FreeName(master ? master->Name() : "Sheet", newId);
-  const pugi::xml_node element = editor.InsertCopy(*contents_, ShapesElement(), original.element());
-  editor.RemoveAttribute(*contents_, element, "UniqueID");
-  editor.SetAttribute(*contents_, element, "ID", std::to_string(newId));
-  if (master) {
-    editor.SetAttribute(*contents_, element, "NameU", name);
-    editor.SetAttribute(*contents_, element, "Name", name);
-  } else {
-    for (const char* attribute : {"NameU", "Name", "IsCustomNameU", "IsCustomName"})
-      editor.RemoveAttribute(*contents_, element, attribute);
-  }
-  const std::vector<pugi::xml_node> inner = InnerShapes(element);
-  std::unordered_map<int, int> ids;
-  if (!inner.empty()) ids = newIds;
-  for (const pugi::xml_node shape : inner) {
-    const int innerId = TakeNewId();
-    ids[shape.attribute("ID").as_int()] = innerId;
-    editor.SetAttribute(*contents_, shape, "ID", std::to_string(innerId));
-  }
-  for (const pugi::xpath_node& found : element.select_nodes(".//Cell[@F]")) {
-    if (const auto formula = Renumbered(found.node().attribute("F").value(), inner.empty() ? newIds : ids))
-      editor.SetAttribute(*contents_, found.node(), "F", *formula);
-    else
-      editor.RemoveAttribute(*contents_, found.node(), "F");
-  }
-  return Adopt(element, name);
-}
-
-void DrawingPage::CopyGlue(DrawingPage& from, const std::vector<int>& originals, const std::unordered_map<int, int>& newIds) {
-  TreeEditor& editor = drawing_.editor();
-  for (const int connector : originals) {
-    for (const pugi::xml_node connect : from.ConnectsOf(connector)) {
-      if (NumberOr(connect, "FromSheet") != connector || !newIds.contains(NumberOr(connect, "ToSheet"))) continue;
-      const pugi::xml_node copy = editor.InsertCopy(*contents_, ConnectsElement(), connect);
-      for (const char* end : {"FromSheet", "ToSheet"})
-        editor.SetAttribute(*contents_, copy, end, std::to_string(newIds.at(NumberOr(connect, end))));
-      NoteConnect(copy);
-    }
-  }
-}
-
-int DrawingPage::TakeNewId() {
-  EnsureShapes();
-  int& highest = drawing_.highestIds_[id()];
-  highest = std::max(highest, highestId_);
-  if (highest == std::numeric_limits<int>::max())
-    throw HostError(kHostNotAllowed, "The page " + Name() + " has no number left for a new shape.");
-  return ++highest;
-}
-
-void DrawingPage::Remove(const std::vector<int>& shapeIds) {
-  EnsureNames();
-  EnsureReaders();
-  std::vector<const DrawingShape*> removed;
-  std::set<int> going;
-  for (const int id : shapeIds) {
-    const DrawingShape* shape = FindShape(id);
-    if (!shape || !going.insert(id).second) continue;
-    removed.push_back(shape);
-    // Shapes inside a deleted group go with it.
-    for (const pugi::xml_node inner : InnerShapes(shape->element())) going.insert(inner.attribute("ID").as_int());
-  }
-  LoosenGlueTo(going);
-  for (const DrawingShape* shape : removed) drawing_.editor().Remove(*contents_, shape->element());
-
-  const auto isGoing = [&](const DrawingShape* shape) { return going.contains(shape->id()); };
-  const auto first = std::find_if(topLevel_.begin(), topLevel_.end(), isGoing);
-  const auto left = std::remove_if(first, topLevel_.end(), isGoing);
-  indexesKnown_ = indexesKnown_ && left == first;
-  topLevel_.erase(left, topLevel_.end());
-  for (const int id : going) {
-    const auto name = names_.find(id);
-    if (name == names_.end()) continue;
-    const auto known = idsByName_.find(name->second);
-    if (known != idsByName_.end() && known->second == id) idsByName_.erase(known);
-    names_.erase(name);
-    shapes_.erase(id);
-  }
-  for (const int id : going) {
-    TellOfLoss(id);
-    readers_.erase(id);
-  }
-}
-
-// Formulas that named a shape which has gone have lost their reference.
-void DrawingPage::TellOfLoss(int shapeId) {
-  const std::string lost = "Sheet." + std::to_string(shapeId);
-  Recalculation recalculation(drawing_, this);
-  for (const int id : std::vector<int>(ReadersOf(shapeId))) {
-    DrawingShape* reader = FindShape(id);
-    if (!reader) continue;
-    for (const Sheet::OwnFormula& own : reader->OwnFormulas())
-      for (const FormulaReference& reference : ReferencesIn(own.formula))
-        if (reference.sheet == lost && !reference.onOtherPage) recalculation.Outdated(*reader, own.address);
-  }
-  recalculation.Run();
-}
-
-void DrawingPage::LetGoOf(const DrawingMaster& master) {
-  EnsureNames();
-  struct Instance {
-    DrawingShape* shape;
-    const Sheet* inherited;
-    int group;  // the instance that it is or is inside of
-  };
-  std::vector<Instance> instances;
-  std::unordered_map<int, std::unordered_map<int, int>> numbers;  // by group: a shape's number in the master, and on the page
-  for (const auto& [id, entry] : shapes_) {
-    const Sheet* inherited = entry.shape->base();
-    if (!inherited || &inherited->part() != &master.part()) continue;
-    const DrawingShape* group = entry.shape.get();
-    while (group->MasterId() < 0) group = group->parent();
-    instances.push_back({entry.shape.get(), inherited, group->id()});
-    numbers[group->id()][inherited->element().attribute("ID").as_int()] = id;
-  }
-  TreeEditor& editor = drawing_.editor();
-  for (const Instance& instance : instances) {
-    const pugi::xml_node element = instance.shape->element();
-    pugi::xml_document copy;
-    const pugi::xml_node inherited = copy.append_copy(instance.inherited->element());
-    RenumberFormulas(inherited, numbers.at(instance.group));
-    CopyInherited(editor, *contents_, element, inherited);
-    for (const char* name : {"NameU", "Name"})
-      if (instance.shape->MasterId() >= 0) editor.SetAttribute(*contents_, element, name, NameOf(*instance.shape));
-    for (const char* attribute : {"Master", "MasterShape"}) editor.RemoveAttribute(*contents_, element, attribute);
-  }
-}
+// ------------------------------------------------------------------------------------- what is found in the page's tree
 
 void DrawingPage::EnsureShapes() {
   if (shapesKnown_) return;
-  shapesKnown_ = true;
+  shapesKnown_ = orderKnown_ = true;
   if (!contents_) return;
-  struct Pending {
-    pugi::xml_node element;
-    const DrawingShape* parent;
-  };
-  std::vector<Pending> pending;
-  for (const pugi::xml_node element : contents_->root().child("Shapes").children("Shape")) pending.push_back({element, nullptr});
-  for (size_t at = 0; at < pending.size(); ++at) {
-    const DrawingShape* shape = AddView(pending[at].element, pending[at].parent);
-    if (!shape) continue;
-    for (const pugi::xml_node inner : pending[at].element.child("Shapes").children("Shape")) pending.push_back({inner, shape});
+  for (const pugi::xml_node element : contents_->root().child("Shapes").children("Shape")) AddShapes(element, nullptr);
+}
+
+void DrawingPage::AddShapes(pugi::xml_node element, DrawingShape* parent) {
+  if (IsDeletedShape(element)) return;
+  auto view = std::make_unique<DrawingShape>(*contents_, element, BaseOf(element, parent), parent);
+  DrawingShape* const shape = view.get();
+  drawing_.NoteShapeId(id_, shape->id());
+  shapes_[shape->id()] = std::move(view);
+  if (!parent) {
+    orderKnown_ = orderKnown_ && !element.next_sibling("Shape");
+    if (orderKnown_) topLevel_.push_back(shape);
+    shape->index_ = static_cast<int>(topLevel_.size());
   }
+  if (names_.known()) names_.Add(ClaimOf(*shape));
+  if (instancesKnown_ && shape->base()) instances_[shape->base()].push_back(shape);
+  for (const pugi::xml_node inner : element.child("Shapes").children("Shape")) AddShapes(inner, shape);
+}
+
+void DrawingPage::RemoveShapes(pugi::xml_node element) {
+  if (IsDeletedShape(element)) return;
+  for (const pugi::xml_node inner : element.child("Shapes").children("Shape")) RemoveShapes(inner);
+  const auto entry = shapes_.find(element.attribute("ID").as_int());
+  if (entry == shapes_.end()) return;
+  DrawingShape* const shape = entry->second.get();
+  if (names_.known()) names_.Remove(ClaimOf(*shape));
+  if (instancesKnown_ && shape->base()) std::erase(instances_[shape->base()], shape);
+  if (!shape->parent() && orderKnown_) {
+    if (!indexesKnown_) CountIndexes();
+    topLevel_[static_cast<size_t>(shape->index_) - 1] = nullptr;
+    hasGaps_ = true;
+  }
+  shapes_.erase(entry);
+  drawing_.NoteStructure();
+}
+
+// Shapes that have gone leave gaps until somebody looks, so that many can go at the cost of one.
+void DrawingPage::EnsureOrder() {
+  EnsureShapes();
+  if (orderKnown_ && !hasGaps_) return;
+  if (orderKnown_) {
+    while (!topLevel_.empty() && !topLevel_.back()) topLevel_.pop_back();
+    indexesKnown_ = std::erase(topLevel_, nullptr) == 0 && indexesKnown_;
+  } else {
+    topLevel_.clear();
+    for (const pugi::xml_node element : contents_->root().child("Shapes").children("Shape"))
+      if (!IsDeletedShape(element)) topLevel_.push_back(shapes_.at(element.attribute("ID").as_int()).get());
+    indexesKnown_ = false;
+  }
+  orderKnown_ = true;
+  hasGaps_ = false;
 }
 
 void DrawingPage::EnsureIndexes() {
-  EnsureShapes();
-  if (indexesKnown_) return;
+  EnsureOrder();
+  if (!indexesKnown_) CountIndexes();
+}
+
+// Gaps have a position, too.
+void DrawingPage::CountIndexes() {
   indexesKnown_ = true;
   int index = 0;
-  for (const DrawingShape* shape : topLevel_) shapes_.at(shape->id()).index = ++index;
-}
-
-// A file need not say the name of a shape: the first instance of a master has the master's, further ones its name, "." and the
-// ID.
-void DrawingPage::EnsureNames() {
-  EnsureShapes();
-  if (namesKnown_) return;
-  namesKnown_ = true;
-  std::vector<const DrawingShape*> shapes, nameless;
-  for (const auto& [id, entry] : shapes_) shapes.push_back(entry.shape.get());
-  std::sort(shapes.begin(), shapes.end(), [](const DrawingShape* a, const DrawingShape* b) { return a->id() < b->id(); });
-  for (const DrawingShape* shape : shapes) {
-    const std::string name = Attribute(shape->element(), "Name", "NameU");
-    if (name.empty() || !idsByName_.emplace(name, shape->id()).second)
-      nameless.push_back(shape);
-    else
-      names_[shape->id()] = name;
+  for (DrawingShape* shape : topLevel_) {
+    ++index;
+    if (shape) shape->index_ = index;
   }
-  for (const DrawingShape* shape : nameless) {
-    const DrawingMaster* master = shape->MasterId() < 0 ? nullptr : drawing_.FindMaster(shape->MasterId());
-    const std::string name = master ? FreeName(master->Name(), shape->id()) : "Sheet." + std::to_string(shape->id());
-    names_[shape->id()] = name;
-    idsByName_.emplace(name, shape->id());
-  }
-}
-
-DrawingShape* DrawingPage::AddView(pugi::xml_node element, const DrawingShape* parent) {
-  if (IsDeletedMarker(element)) return nullptr;
-  auto view = std::make_unique<DrawingShape>(*contents_, element, BaseOf(element, parent), parent);
-  DrawingShape* shape = view.get();
-  const auto [place, isNew] = shapes_.try_emplace(shape->id());
-  if (!isNew) return nullptr;  // a second shape of one ID cannot be told from the first; its element stays as it is
-  place->second.shape = std::move(view);
-  highestId_ = std::max(highestId_, shape->id());
-  if (!parent) topLevel_.push_back(shape);
-  return shape;
 }
 
 const Sheet* DrawingPage::BaseOf(pugi::xml_node element, const DrawingShape* parent) const {
@@ -415,117 +274,241 @@ const Sheet* DrawingPage::BaseOf(pugi::xml_node element, const DrawingShape* par
   return nullptr;
 }
 
-pugi::xml_node DrawingPage::ShapesElement() {
-  if (!contents_) throw HostError(kHostNotAllowed, "The page " + Name() + " is a stencil's and takes no shapes.");
-  const pugi::xml_node shapes = contents_->root().child("Shapes");
-  return shapes ? shapes
-                : drawing_.editor().InsertElement(*contents_, contents_->root(), "Shapes", contents_->root().first_child());
+ShapeNames::Claim DrawingPage::ClaimOf(const DrawingShape& shape) const {
+  const DrawingMaster* master = shape.MasterId() < 0 ? nullptr : drawing_.FindMaster(shape.MasterId());
+  return {shape.id(), shape.StoredName(), master ? master->Name() : ""};
 }
 
-DrawingShape& DrawingPage::Adopt(pugi::xml_node element, const std::string& name) {
-  EnsureIndexes();
-  EnsureNames();
-  DrawingShape* shape = AddView(element, nullptr);
-  shapes_.at(shape->id()).index = static_cast<int>(topLevel_.size());
-  names_[shape->id()] = name;
-  idsByName_[name] = shape->id();
-  NoteReferences(*shape);
-  AdoptInnerShapes(*shape);
-  return *shape;
+void DrawingPage::EnsureNames() {
+  EnsureShapes();
+  if (names_.known()) return;
+  std::vector<ShapeNames::Claim> claims;
+  claims.reserve(shapes_.size());
+  for (const auto& [id, shape] : shapes_) claims.push_back(ClaimOf(*shape));
+  names_.Learn(std::move(claims));
 }
 
-void DrawingPage::AdoptInnerShapes(const DrawingShape& group) {
-  for (const pugi::xml_node inner : group.element().child("Shapes").children("Shape")) {
-    const DrawingShape* shape = AddView(inner, &group);
-    if (!shape) continue;
-    names_[shape->id()] = "Sheet." + std::to_string(shape->id());
-    AdoptInnerShapes(*shape);
+const std::vector<DrawingShape*>& DrawingPage::InstancesOf(const Sheet& masterShape) {
+  EnsureShapes();
+  if (!instancesKnown_) {
+    instancesKnown_ = true;
+    for (const auto& [id, shape] : shapes_)
+      if (shape->base()) instances_[shape->base()].push_back(shape.get());
+    for (auto& [base, shapes] : instances_)
+      std::sort(shapes.begin(), shapes.end(), [](const DrawingShape* a, const DrawingShape* b) { return a->id() < b->id(); });
+  }
+  return instances_[&masterShape];
+}
+
+const PageReaders& DrawingPage::Readers() {
+  EnsureShapes();
+  if (!readers_.known()) {
+    readers_.Begin();
+    for (const auto& [id, shape] : shapes_) NoteFormulas(pugi::xml_node(shape->element()), +1);
+  }
+  return readers_;
+}
+
+std::vector<Symbol> DrawingPage::CalledAs(const Sheet& sheet) {
+  if (&sheet == &sheet_) return {Symbol("ThePage")};
+  const auto& shape = static_cast<const DrawingShape&>(sheet);
+  std::vector<Symbol> names{Symbol(NameById(shape.id()))};
+  if (const std::string& name = NameOf(shape); !NumberInName(name)) names.emplace_back(name);
+  return names;
+}
+
+void DrawingPage::ForgetAll() {
+  shapesKnown_ = orderKnown_ = indexesKnown_ = connectsKnown_ = instancesKnown_ = hasGaps_ = false;
+  shapes_.clear();
+  topLevel_.clear();
+  names_.Forget();
+  readers_.Forget();
+  connects_.clear();
+  instances_.clear();
+  drawing_.NoteStructure();
+}
+
+// ------------------------------------------------------------------------------------------------ what edits have changed
+
+DrawingShape* DrawingPage::ShapeAround(pugi::xml_node node) {
+  const pugi::xml_node sheet = SheetAround(node);
+  const auto found = IsNamed(sheet, "Shape") ? shapes_.find(sheet.attribute("ID").as_int()) : shapes_.end();
+  return found == shapes_.end() ? nullptr : found->second.get();
+}
+
+// Those within the node, but not within shapes inside it.
+void DrawingPage::NoteFormulas(pugi::xml_node node, int by) {
+  if (!readers_.known()) return;
+  const int reader = SheetAround(node).attribute("ID").as_int();
+  VisitCells(node, [&](pugi::xml_node cell) {
+    if (const std::string_view formula = OwnFormulaOf(cell); NamesSheet(formula)) readers_.Note(reader, formula, by);
+  });
+}
+
+void DrawingPage::Inserted(pugi::xml_node node) {
+  if (!shapesKnown_) return;
+  if (IsNamed(node, "Shape")) {
+    AddShapes(node, ShapeAround(node.parent()));
+    NoteFormulas(node, +1);
+    for (const pugi::xml_node inner : InnerElements(node)) NoteFormulas(inner, +1);
+  } else if (IsNamed(node, "Connect")) {
+    AddConnect(node);
+  } else if (IsNamed(node, "Shapes") || IsNamed(node, "Connects")) {
+    for (const pugi::xml_node child : node.children()) Inserted(child);
+  } else if (DrawingShape* shape = ShapeAround(node)) {
+    NoteFormulas(node, +1);
+    if (!IsNamed(node, "Cell")) shape->ForgetRows();
+    if (HasOwnFormulas(node)) shape->ForgetFormulas();
   }
 }
 
-std::string DrawingPage::FreeName(std::string_view wanted, int id) {
-  EnsureNames();
-  const std::string name(wanted);
-  return wanted != "Sheet" && !idsByName_.contains(name) ? name : name + "." + std::to_string(id);
+void DrawingPage::Removing(pugi::xml_node node) {
+  if (!shapesKnown_) return;
+  if (IsNamed(node, "Shape")) {
+    NoteFormulas(node, -1);
+    for (const pugi::xml_node inner : InnerElements(node)) NoteFormulas(inner, -1);
+    RemoveShapes(node);
+  } else if (IsNamed(node, "Connect")) {
+    RemoveConnect(node);
+  } else if (IsNamed(node, "Shapes") || IsNamed(node, "Connects")) {
+    for (const pugi::xml_node child : node.children()) Removing(child);
+  } else if (DrawingShape* shape = ShapeAround(node)) {
+    NoteFormulas(node, -1);
+    if (!IsNamed(node, "Cell")) shape->ForgetRows();
+    if (HasOwnFormulas(node)) shape->ForgetFormulas();
+  }
 }
 
-pugi::xml_node DrawingPage::ConnectsElement() {
-  const pugi::xml_node connects = contents_->root().child("Connects");
-  return connects ? connects
-                  : drawing_.editor().InsertElement(*contents_, contents_->root(), "Connects", ShapesElement().next_sibling());
+void DrawingPage::Changing(pugi::xml_node node) {
+  if (!shapesKnown_) return;
+  if (IsNamed(node, "Connect")) return RemoveConnect(node);
+  if (IsNamed(node, "Shape")) {
+    if (const DrawingShape* shape = ShapeAround(node); shape && names_.known()) names_.Remove(ClaimOf(*shape));
+    return;
+  }
+  if (IsNamed(node, "Cell")) formulaBefore_ = OwnFormulaOf(node);
 }
+
+void DrawingPage::Changed(pugi::xml_node node) {
+  if (!shapesKnown_) return;
+  if (IsNamed(node, "Connect")) return AddConnect(node);
+  if (IsNamed(node, "Shape")) {
+    DrawingShape* shape = ShapeAround(node);
+    // Made from another master, or from none, it is another shape.
+    if (!shape || shape->base() != BaseOf(node, shape->parent())) return ForgetAll();
+    if (names_.known()) names_.Add(ClaimOf(*shape));
+    return;
+  }
+  const DrawingShape* shape = ShapeAround(node);
+  if (!shape) return;
+  if (IsNamed(node, "Row") || IsNamed(node, "Section")) shape->ForgetRows();
+  if (IsNamed(node, "Row")) shape->ForgetFormulas();
+  if (!IsNamed(node, "Cell") || OwnFormulaOf(node) == formulaBefore_) return;
+  readers_.Note(shape->id(), formulaBefore_, -1);
+  readers_.Note(shape->id(), OwnFormulaOf(node), +1);
+  shape->ForgetFormulas();
+}
+
+void DrawingPage::MasterChanged() { ForgetAll(); }
+
+// --------------------------------------------------------------------------------------------------------------- connects
 
 void DrawingPage::EnsureConnects() {
+  EnsureShapes();
   if (connectsKnown_) return;
   connectsKnown_ = true;
-  for (const pugi::xml_node connect : contents_->root().child("Connects").children("Connect")) NoteConnect(connect);
+  for (const pugi::xml_node connect : contents_->root().child("Connects").children("Connect")) AddConnect(connect);
 }
 
-void DrawingPage::NoteConnect(pugi::xml_node connect) {
+void DrawingPage::AddConnect(pugi::xml_node connect) {
   if (!connectsKnown_) return;
   const int from = NumberOr(connect, "FromSheet"), to = NumberOr(connect, "ToSheet");
-  connects_[from].push_back(connect);
-  if (to != from) connects_[to].push_back(connect);
+  for (const int id : {from, to}) drawing_.NoteShapeId(id_, id);
+  connects_[from].push_back(connect.internal_object());
+  if (to != from) connects_[to].push_back(connect.internal_object());
 }
 
-std::vector<pugi::xml_node> DrawingPage::ConnectsOf(int shapeId) {
+void DrawingPage::RemoveConnect(pugi::xml_node connect) {
+  if (!connectsKnown_) return;
+  for (const char* end : {"FromSheet", "ToSheet"}) std::erase(connects_[NumberOr(connect, end)], connect.internal_object());
+}
+
+std::vector<XmlNode> DrawingPage::ConnectsOf(int shapeId) {
   EnsureConnects();
-  std::vector<pugi::xml_node>& known = connects_[shapeId];
-  const pugi::xml_node connects = contents_->root().child("Connects");
-  std::erase_if(known, [&](pugi::xml_node connect) {
-    const bool names = NumberOr(connect, "FromSheet") == shapeId || NumberOr(connect, "ToSheet") == shapeId;
-    return connect.parent() != connects || !names;
-  });
-  return known;
+  const auto found = connects_.find(shapeId);
+  return found == connects_.end() ? std::vector<XmlNode>() : found->second;
+}
+
+std::vector<DrawingPage::GluedEnd> DrawingPage::GluedEnds() {
+  std::vector<GluedEnd> ends;
+  if (!contents_) return ends;
+  for (const pugi::xml_node connect : contents_->root().child("Connects").children("Connect")) {
+    const int from = NumberOr(connect, "FromSheet"), to = NumberOr(connect, "ToSheet");
+    const std::string_view cell = connect.attribute("FromCell").value();
+    const bool isBegin = cell.starts_with("Begin");
+    if (FindShape(from) && FindShape(to) && (isBegin || cell.starts_with("End"))) ends.push_back({from, to, isBegin});
+  }
+  return ends;
 }
 
 void DrawingPage::KeepConnect(const DrawingShape& connector, const ConnectorEnd& end) {
   TreeEditor& editor = drawing_.editor();
   const auto target = GlueTargetOf(*this, connector, end);
   pugi::xml_node connect;
-  for (const pugi::xml_node known : ConnectsOf(connector.id()))
-    if (!connect && NumberOr(known, "FromSheet") == connector.id() && NumberOr(known, "FromPart") == end.fromPart)
-      connect = known;
+  for (const XmlNode known : ConnectsOf(connector.id())) {
+    const pugi::xml_node node(known);
+    if (!connect && NumberOr(node, "FromSheet") == connector.id() && NumberOr(node, "FromPart") == end.fromPart) connect = node;
+  }
   if (!target) {
     if (connect) editor.Remove(*contents_, connect);
     return;
   }
-  if (connect)
-    std::erase(connects_[NumberOr(connect, "ToSheet")], connect);
-  else
-    connects_[connector.id()].push_back(connect = editor.InsertElement(*contents_, ConnectsElement(), "Connect"));
   const std::pair<const char*, std::string> attributes[] = {
       {"FromSheet", std::to_string(connector.id())}, {"FromCell", end.x},      {"FromPart", std::to_string(end.fromPart)},
       {"ToSheet", std::to_string(target->shape)},    {"ToCell", target->cell}, {"ToPart", std::to_string(target->part)}};
-  for (const auto& [name, value] : attributes) editor.SetAttribute(*contents_, connect, name, value);
-  if (target->shape != connector.id()) connects_[target->shape].push_back(connect);
+  const auto put = [&](pugi::xml_node element) {
+    for (const auto& [name, value] : attributes) Set(element, name, value);
+  };
+  const auto holds = [&](const auto& attribute) { return attribute.second == connect.attribute(attribute.first).value(); };
+  if (!connect)
+    editor.Insert(*contents_, ConnectsElement(), "Connect", {}, {}, put);
+  else if (!std::all_of(std::begin(attributes), std::end(attributes), holds))
+    editor.ChangeAttributes(*contents_, connect, put);
 }
 
 void DrawingPage::RenumberPoints(DrawingShape& moved, int position, int by) {
   const SectionInfo& points = *FindSectionByElement("Connection");
   const auto pointNumber = [&](const FormulaReference& reference) {
-    const auto name =
-        FindSheet(reference.sheet) == &moved && !reference.onOtherPage ? ParseCellName(reference.cell) : std::nullopt;
-    return name && name->section == &points && name->byNumber ? std::atoi(name->row.c_str()) : 0;
+    const bool isPoint = reference.name && !reference.onOtherPage && reference.name->section == &points;
+    return isPoint && FindSheet(reference.sheet) == &moved ? std::max(reference.name->position, 0) : 0;
   };
-  for (const int id : std::vector<int>(ReadersOf(moved.id()))) {
+  std::set<int> readers;
+  for (const Symbol name : CalledAs(moved))
+    for (const int reader : Readers().ReadersOf(name)) readers.insert(reader);
+  for (const int id : readers) {
     DrawingShape* reader = FindShape(id);
     if (!reader) continue;
-    for (const ConnectorEnd& end : kConnectorEnds)
-      for (const FormulaReference& reference :
-           ReferencesIn(reader->element().find_child_by_attribute("Cell", "N", end.x).attribute("F").value()))
-        if (by < 0 && pointNumber(reference) == position + 1) LoosenEnd(*reader, end);
+    for (const ConnectorEnd& end : kConnectorEnds) {
+      const auto address = ObjectCellAddress(end.x);
+      const Formula* formula = reader->formulas().FormulaOf(address);
+      const bool wasGlued =
+          by < 0 && formula &&
+          std::any_of(formula->references().begin(), formula->references().end(),
+                      [&](const FormulaReference& reference) { return pointNumber(reference) == position + 1; });
+      if (wasGlued) LoosenEnd(*reader, end);
+    }
     Recalculation recalculation(drawing_, this);
     for (const Sheet::OwnFormula& own : reader->OwnFormulas()) {
-      const std::string formula = RewriteReferences(own.formula, [&](FormulaReference& reference) {
+      const std::string text(own.formula);
+      const std::string renumbered = Formula(text).WithReferences([&](FormulaReference& reference) {
         const int number = pointNumber(reference);
         if (number <= position + (by < 0 ? 1 : 0)) return false;
         reference.cell.resize(reference.cell.find_last_not_of("0123456789") + 1);
         reference.cell += std::to_string(number + by);
         return true;
       });
-      if (formula == own.formula) continue;
-      reader->SetFormula(drawing_.editor(), own.address, formula, drawing_.ScopeFor(this, *reader, own.address));
+      if (renumbered == text) continue;
+      reader->SetFormula(drawing_.editor(), own.address, renumbered, FormulaScopeOfDrawing(drawing_, this, *reader, own.address));
       recalculation.Changed(*reader, own.address);
     }
     recalculation.Run();
@@ -536,7 +519,8 @@ void DrawingPage::RenumberPoints(DrawingShape& moved, int position, int by) {
 // Connects whose formulas say something else, as other programs leave them, go with their shapes too.
 void DrawingPage::LoosenGlueTo(const std::set<int>& shapeIds) {
   for (const int id : shapeIds) {
-    for (const pugi::xml_node connect : ConnectsOf(id)) {
+    for (const XmlNode known : ConnectsOf(id)) {
+      const pugi::xml_node connect(known);
       const int from = NumberOr(connect, "FromSheet");
       const ConnectorEnd* end = FindConnectorEnd(connect.attribute("FromCell").value());
       DrawingShape* connector = FindShape(from);
@@ -548,20 +532,301 @@ void DrawingPage::LoosenGlueTo(const std::set<int>& shapeIds) {
 
 // The end stays where it is: its cells keep their values.
 void DrawingPage::LoosenEnd(DrawingShape& connector, const ConnectorEnd& end) {
+  const pugi::xml_node element(connector.element());
   for (const char* name : {end.x, end.y, end.trigger})
-    drawing_.editor().RemoveAttribute(*contents_, connector.element().find_child_by_attribute("Cell", "N", name), "F");
+    if (const pugi::xml_node cell = element.find_child_by_attribute("Cell", "N", name))
+      drawing_.editor().RemoveAttribute(*contents_, cell, "F");
+}
+
+// -------------------------------------------------------------------------------------------------- shapes come and go
+
+pugi::xml_node DrawingPage::ShapesElement() {
+  if (!contents_) throw HostError(kHostNotAllowed, "The page " + InWords(Name()) + " is a stencil's and takes no shapes.");
+  const pugi::xml_node root = contents_->root(), shapes = root.child("Shapes");
+  return shapes ? shapes : drawing_.editor().Insert(*contents_, root, "Shapes", {}, root.first_child());
+}
+
+pugi::xml_node DrawingPage::ConnectsElement() {
+  const pugi::xml_node root = contents_->root(), connects = root.child("Connects");
+  return connects ? connects : drawing_.editor().Insert(*contents_, root, "Connects", {}, ShapesElement().next_sibling());
+}
+
+// A Connect that leads nowhere must not come to name a new shape, so its numbers count as taken.
+int DrawingPage::TakeNewId() {
+  EnsureConnects();
+  const int highest = drawing_.HighestShapeId(id_);
+  if (highest == std::numeric_limits<int>::max())
+    throw HostError(kHostNotAllowed, "The page " + InWords(Name()) + " has no number left for a new shape.");
+  drawing_.NoteShapeId(id_, highest + 1);
+  return highest + 1;
+}
+
+namespace {
+
+// An instance of a group lists every shape inside the group, each by its number in the master.
+template <class TakeId>
+void AppendInnerShapes(pugi::xml_node instance, pugi::xml_node original, const TakeId& takeId) {
+  const pugi::xml_node inner = original.child("Shapes");
+  if (!inner) return;
+  pugi::xml_node shapes = instance.append_child("Shapes");
+  for (const pugi::xml_node shape : inner.children("Shape")) {
+    pugi::xml_node added = shapes.append_child("Shape");
+    Set(added, "ID", std::to_string(takeId()));
+    Set(added, "Type", shape.attribute("Type").as_string("Shape"));
+    Set(added, "MasterShape", shape.attribute("ID").value());
+    AppendInnerShapes(added, shape, takeId);
+  }
+}
+
+// Where an instance of a master is first put: its pin, or with a connector both ends, as far apart as the master's.
+void PutPlace(pugi::xml_node instance, const DrawingShape& original, double x, double y) {
+  const pugi::xml_node before = instance.first_child();
+  if (!original.IsOneDimensional()) {
+    AppendCell(instance, before, "PinX", x);
+    AppendCell(instance, before, "PinY", y);
+    return;
+  }
+  const double right = x - NumberIn(original, "PinX").value_or(0), up = y - NumberIn(original, "PinY").value_or(0);
+  for (const ConnectorEnd& end : kConnectorEnds) {
+    AppendCell(instance, before, end.x, NumberIn(original, end.x).value_or(0) + right);
+    AppendCell(instance, before, end.y, NumberIn(original, end.y).value_or(0) + up);
+  }
+}
+
+}  // namespace
+
+DrawingShape& DrawingPage::AddInstance(const DrawingMaster& master, double x, double y) {
+  const UndoStep step(drawing_.log(), "Drop On Page");
+  EnsureMasterRelationship(master);
+  EnsureNames();
+  const int id = TakeNewId();
+  const std::string name = names_.FreeName(master.Name(), id);
+  const DrawingShape* original = master.TopShape();
+  drawing_.editor().Insert(*contents_, ShapesElement(), "Shape",
+                           {{"ID", std::to_string(id)},
+                            {"NameU", name},
+                            {"Name", name},
+                            {"Type", original && original->Type() == kShapeTypeGroup ? "Group" : "Shape"},
+                            {"Master", std::to_string(master.id())}},
+                           {}, [&](pugi::xml_node instance) {
+                             if (!original) return AppendCell(instance, {}, "PinX", x), AppendCell(instance, {}, "PinY", y);
+                             AppendInnerShapes(instance, pugi::xml_node(original->element()), [this] { return TakeNewId(); });
+                             PutPlace(instance, *original, x, y);
+                           });
+  DrawingShape& shape = *FindShape(id);
+  if (original && original->IsOneDimensional()) {
+    Recalculation recalculation(drawing_, this);
+    for (const ConnectorEnd& end : kConnectorEnds)
+      for (const char* moved : {end.x, end.y}) recalculation.Changed(shape, ObjectCellAddress(moved));
+    recalculation.Run();
+  }
+  return shape;
+}
+
+std::vector<int> DrawingPage::AddCopies(const std::vector<Original>& originals) {
+  const UndoStep step(drawing_.log(), "Paste");
+  EnsureNames();
+  std::vector<DrawingPage*> pages;
+  for (const Original& original : originals)
+    if (std::find(pages.begin(), pages.end(), original.page) == pages.end()) pages.push_back(original.page);
+  std::unordered_map<DrawingPage*, NewIds> newIds;
+  for (DrawingPage* page : pages) newIds[page] = TakeNewIds(originals, page);
+  std::vector<int> copies;
+  for (const auto& [page, id] : originals) {
+    const NewIds& ids = newIds.at(page);
+    AddCopy(*page->FindShape(id), *page, ids);
+    copies.push_back(ids.at(id));
+  }
+  for (DrawingPage* page : pages) CopyGlue(*page, newIds.at(page));
+  return copies;
+}
+
+// For the originals of that page, and for all shapes inside them.
+DrawingPage::NewIds DrawingPage::TakeNewIds(const std::vector<Original>& originals, const DrawingPage* of) {
+  NewIds ids;
+  for (const auto& [page, id] : originals)
+    if (page == of) ids.emplace(id, TakeNewId());
+  for (const auto& [page, id] : originals)
+    if (page == of)
+      for (const pugi::xml_node inner : InnerElements(pugi::xml_node(page->FindShape(id)->element())))
+        ids.emplace(inner.attribute("ID").as_int(), TakeNewId());
+  return ids;
+}
+
+void DrawingPage::AddCopy(const DrawingShape& original, DrawingPage& from, const NewIds& newIds) {
+  const DrawingMaster* master = drawing_.FindMaster(original.MasterId());
+  if (master) EnsureMasterRelationship(*master);
+  EnsureNames();
+  const int id = newIds.at(original.id());
+  const std::string name = names_.FreeName(master ? master->Name() : "Sheet", id);
+  const auto renumber = [&](pugi::xml_node shape) {
+    Set(shape, "ID", std::to_string(newIds.at(shape.attribute("ID").as_int())));
+    VisitCells(shape, [&](pugi::xml_node cell) {
+      const std::string_view formula = OwnFormulaOf(cell);
+      if (!NamesSheet(formula)) return;
+      if (const auto renumbered = from.Renumbered(formula, newIds))
+        Set(cell, "F", *renumbered);
+      else
+        cell.remove_attribute("F");
+    });
+  };
+  drawing_.editor().InsertCopy(*contents_, ShapesElement(), pugi::xml_node(original.element()), {}, [&](pugi::xml_node copy) {
+    for (const pugi::xml_node inner : InnerElements(copy)) renumber(inner);
+    renumber(copy);
+    copy.remove_attribute("UniqueID");
+    for (const char* attribute : {"NameU", "Name"}) {
+      if (master)
+        Set(copy, attribute, name);
+      else
+        copy.remove_attribute(attribute);
+    }
+    if (!master)
+      for (const char* attribute : {"IsCustomNameU", "IsCustomName"}) copy.remove_attribute(attribute);
+  });
+}
+
+// The formula with references to copied shapes given their new numbers; none when it also refers to a shape that was not copied.
+std::optional<std::string> DrawingPage::Renumbered(std::string_view formula, const NewIds& newIds) {
+  bool allCopied = true;
+  std::string result = Formula(formula).WithReferences([&](FormulaReference& reference) {
+    const DrawingShape* named = reference.onOtherPage ? nullptr : FindSheet(reference.sheet);
+    const bool lost = !named && !reference.onOtherPage && NumberInName(reference.sheet);
+    const auto renumbered = named ? newIds.find(named->id()) : newIds.end();
+    const bool isCopied = renumbered != newIds.end();
+    allCopied = allCopied && !lost && (isCopied || !named);
+    if (isCopied) reference.sheet = NameById(renumbered->second);
+    return isCopied;
+  });
+  return allCopied ? std::optional(std::move(result)) : std::nullopt;
+}
+
+// The glue of the originals that are connectors to others of them, for the copies.
+void DrawingPage::CopyGlue(DrawingPage& from, const NewIds& newIds) {
+  if (!from.contents_) return;
+  std::vector<int> connectors;
+  for (const auto& [original, copy] : newIds) connectors.push_back(original);
+  std::sort(connectors.begin(), connectors.end());
+  for (const int connector : connectors) {
+    for (const XmlNode known : from.ConnectsOf(connector)) {
+      const pugi::xml_node connect(known);
+      if (NumberOr(connect, "FromSheet") != connector || !newIds.contains(NumberOr(connect, "ToSheet"))) continue;
+      drawing_.editor().InsertCopy(*contents_, ConnectsElement(), connect, {}, [&](pugi::xml_node copy) {
+        for (const char* end : {"FromSheet", "ToSheet"}) Set(copy, end, std::to_string(newIds.at(NumberOr(copy, end))));
+      });
+    }
+  }
+}
+
+void DrawingPage::Remove(const std::vector<int>& shapeIds) {
+  const UndoStep step(drawing_.log(), "Delete");
+  EnsureNames();
+  Readers();
+  std::vector<const DrawingShape*> removed;
+  std::set<int> going;
+  for (const int id : shapeIds) {
+    const DrawingShape* shape = FindShape(id);
+    if (!shape || !going.insert(id).second) continue;
+    removed.push_back(shape);
+    // Shapes inside a deleted group go with it.
+    for (const pugi::xml_node inner : InnerElements(pugi::xml_node(shape->element())))
+      going.insert(inner.attribute("ID").as_int());
+  }
+  std::erase_if(removed, [&](const DrawingShape* shape) {
+    for (const DrawingShape* group = shape->parent(); group; group = group->parent())
+      if (going.contains(group->id())) return true;
+    return false;
+  });
+  const bool othersHangOn = std::any_of(removed.begin(), removed.end(),
+                                        [&](const DrawingShape* shape) { return names_.OthersHangOn(ClaimOf(*shape)); });
+  const auto derived = othersHangOn ? names_.DerivedNames() : std::vector<std::pair<int, std::string>>();
+  std::vector<XmlNode> elements;
+  for (const DrawingShape* shape : removed) elements.push_back(shape->element());
+  LoosenGlueTo(going);
+  for (const XmlNode element : elements) drawing_.editor().Remove(*contents_, pugi::xml_node(element));
+  KeepNames(derived);
+  for (const int id : going) TellOfLoss(id);
+}
+
+// A name that hung on that of a shape which has gone is the shape's own from now on.
+void DrawingPage::KeepNames(const std::vector<std::pair<int, std::string>>& names) {
+  for (const auto& [id, name] : names) {
+    DrawingShape* shape = FindShape(id);
+    if (!shape || NameOf(*shape) == name) continue;
+    drawing_.editor().ChangeAttributes(*contents_, pugi::xml_node(shape->element()), [&name = name](pugi::xml_node element) {
+      for (const char* attribute : {"NameU", "Name"}) Set(element, attribute, name);
+    });
+  }
+}
+
+// Formulas that named a shape which has gone have lost their reference.
+void DrawingPage::TellOfLoss(int shapeId) {
+  const Symbol lost(NameById(shapeId));
+  Recalculation recalculation(drawing_, this);
+  for (const int id : Readers().ReadersOf(lost)) {
+    DrawingShape* reader = FindShape(id);
+    if (!reader) continue;
+    for (const Sheet::OwnFormula& own : reader->OwnFormulas()) {
+      const Formula formula(own.formula);
+      const auto names = [&](const FormulaReference& reference) {
+        return !reference.onOtherPage && NumberInName(reference.sheet) == shapeId;
+      };
+      if (std::any_of(formula.references().begin(), formula.references().end(), names))
+        recalculation.Outdated(*reader, own.address);
+    }
+  }
+  recalculation.Run();
+}
+
+void DrawingPage::LetGoOf(const DrawingMaster& master) {
+  EnsureNames();
+  struct Instance {
+    DrawingShape* shape;
+    const Sheet* inherited;
+    int group;  // the instance that it is or is inside of
+  };
+  std::vector<Instance> instances;
+  std::unordered_map<int, NewIds> numbers;  // by group: a shape's number in the master, and on the page
+  for (const auto& [id, shape] : shapes_) {
+    const Sheet* inherited = shape->base();
+    if (!inherited || &inherited->part() != &master.part()) continue;
+    const DrawingShape* group = shape.get();
+    while (group->MasterId() < 0) group = group->parent();
+    instances.push_back({shape.get(), inherited, group->id()});
+    numbers[group->id()][pugi::xml_node(inherited->element()).attribute("ID").as_int()] = id;
+  }
+  std::sort(instances.begin(), instances.end(),
+            [](const Instance& a, const Instance& b) { return a.shape->id() < b.shape->id(); });
+  // The shapes are other ones without their master, so what is needed of them is asked before the first is changed.
+  struct Kept {
+    XmlNode element, inherited;
+    int group;
+    std::string name;  // empty for a shape that has none of its own
+  };
+  std::vector<Kept> kept;
+  for (const Instance& instance : instances)
+    kept.push_back({instance.shape->element(), instance.inherited->element(), instance.group,
+                    instance.shape->MasterId() >= 0 ? NameOf(*instance.shape) : ""});
+  TreeEditor& editor = drawing_.editor();
+  for (const Kept& shape : kept) {
+    const pugi::xml_node element(shape.element);
+    pugi::xml_document copy;
+    const pugi::xml_node inherited = copy.append_copy(pugi::xml_node(shape.inherited));
+    RenumberMasterFormulas(inherited, numbers.at(shape.group));
+    CopyInherited(editor, *contents_, element, inherited);
+    editor.ChangeAttributes(*contents_, element, [&](pugi::xml_node changed) {
+      if (!shape.name.empty())
+        for (const char* attribute : {"NameU", "Name"}) Set(changed, attribute, shape.name);
+      for (const char* attribute : {"Master", "MasterShape"}) changed.remove_attribute(attribute);
+    });
+  }
 }
 
 // A page's part lists the masters of its shapes among its relationships.
 void DrawingPage::EnsureMasterRelationship(const DrawingMaster& master) {
-  Package& package = drawing_.package();
-  for (const Relationship& relationship : package.RelationshipsOf(partName_))
+  if (!contents_) return;
+  for (const Relationship& relationship : drawing_.package().RelationshipsOf(partName_))
     if (relationship.target == master.partName()) return;
-  const std::string id = package.AddRelationship(partName_, kMasterRelationship, master.partName());
-  drawing_.journal().Record([&package, part = partName_, id] { package.RemoveRelationship(part, id); },
-                            [&package, part = partName_, target = master.partName(), id] {
-                              package.AddRelationship(part, kMasterRelationship, target, id);
-                            });
+  PackageEdits(drawing_.package(), drawing_.editor()).Relate(partName_, kMasterRelationship, master.partName());
 }
 
 }  // namespace vardo

@@ -1,7 +1,9 @@
-#include "addin/host/HostConstants.h"
-#include "document/Drawing.h"
+#include "document/DrawingShape.h"
 
-#include <algorithm>
+#include "addin/host/HostConstants.h"
+#include "document/TreeEditor.h"
+
+#include <pugixml.hpp>
 
 namespace vardo {
 namespace {
@@ -11,6 +13,8 @@ bool IsFormatMarker(pugi::xml_node node) {
   return name == "cp" || name == "pp" || name == "tp";
 }
 
+bool IsText(pugi::xml_node node) { return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata; }
+
 // Line ends are CR LF in a file and LF in the program.
 void AppendLines(std::string& text, std::string_view raw) {
   for (size_t i = 0; i < raw.size(); ++i) {
@@ -18,6 +22,14 @@ void AppendLines(std::string& text, std::string_view raw) {
       text += raw[i];
     else if (i + 1 >= raw.size() || raw[i + 1] != '\n')
       text += '\n';
+  }
+}
+
+// Comments and instructions are no text; an element shows what it stands for.
+void AppendTextOf(std::string& text, pugi::xml_node block) {
+  for (const pugi::xml_node child : block.children()) {
+    if (IsText(child)) AppendLines(text, child.value());
+    if (child.type() == pugi::node_element) AppendTextOf(text, child);
   }
 }
 
@@ -37,34 +49,52 @@ constexpr struct {
 
 }  // namespace
 
+DrawingShape::DrawingShape(XmlPart& part, pugi::xml_node element, const Sheet* base, DrawingShape* parent)
+    : Sheet(part, element.internal_object(), base), id_(element.attribute("ID").as_int()), parent_(parent) {}
+
 short DrawingShape::Type() const {
   for (const auto& type : kTypes)
-    if (type.name == element().attribute("Type").value()) return type.type;
+    if (type.name == pugi::xml_node(element()).attribute("Type").value()) return type.type;
   return kShapeTypeShape;
 }
 
-int DrawingShape::MasterId() const { return element().attribute("Master").as_int(-1); }
+int DrawingShape::MasterId() const { return pugi::xml_node(element()).attribute("Master").as_int(-1); }
+
+std::string DrawingShape::StoredName() const {
+  const pugi::xml_attribute name = pugi::xml_node(element()).attribute("Name");
+  return name ? name.value() : pugi::xml_node(element()).attribute("NameU").value();
+}
 
 std::string DrawingShape::Text() const {
   std::string text;
-  for (const pugi::xml_node child : FindChild("Text").children())
-    AppendLines(text, child.type() == pugi::node_element ? child.child_value() : child.value());
+  AppendTextOf(text, pugi::xml_node(FindChild("Text")));
   if (!text.empty() && text.back() == '\n') text.pop_back();
   return text;
 }
 
+// The first run's format is the whole new text's.
 void DrawingShape::SetText(TreeEditor& editor, std::string_view text) {
-  pugi::xml_node block = element().child("Text");
-  if (!block) block = editor.InsertElement(part(), element(), "Text", FirstBehindText(element()));
-  // The first run's format is the whole new text's.
+  const pugi::xml_node shape(element());
+  pugi::xml_node block = shape.child("Text");
+  if (!block) block = editor.Insert(part(), shape, "Text", {}, FirstBehindText(shape));
+  const std::string whole = text.empty() ? "" : std::string(text) + "\n";
+  pugi::xml_node run;
   bool leading = !text.empty();
   for (pugi::xml_node child = block.first_child(); child;) {
     const pugi::xml_node next = child.next_sibling();
-    leading = leading && IsFormatMarker(child);
-    if (!leading) editor.Remove(part(), child);
+    leading = leading && !IsText(child) && (child.type() != pugi::node_element || IsFormatMarker(child));
+    if (!run && !whole.empty() && child.type() == pugi::node_pcdata)
+      run = child;
+    else if (!leading && (IsText(child) || child.type() == pugi::node_element))
+      editor.Remove(part(), child);
     child = next;
   }
-  if (!text.empty()) editor.AppendText(part(), block, std::string(text) + "\n");
+  if (run)
+    editor.SetText(part(), run, whole);
+  else if (!whole.empty())
+    editor.AppendText(part(), block, whole);
 }
+
+bool IsDeletedShape(pugi::xml_node element) { return std::string_view(element.attribute("Del").value()) == "1"; }
 
 }  // namespace vardo

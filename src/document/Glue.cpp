@@ -1,25 +1,35 @@
 #include "document/Glue.h"
 
 #include "document/Drawing.h"
-#include "formula/FormulaReferences.h"
+#include "document/FormulaIndex.h"
 
 namespace vardo {
 namespace {
 
 constexpr int kWholeShape = 3, kPartBeforeFirstPoint = 99;
 
-// The shape of the page that the formula first names, and the cell of it.
-std::optional<GlueTarget> FirstShapeIn(DrawingPage& page, std::string_view formula) {
-  for (const FormulaReference& reference : ReferencesIn(formula)) {
-    const DrawingShape* shape = reference.onOtherPage ? nullptr : page.FindSheet(reference.sheet);
-    if (shape) return GlueTarget{shape->id(), reference.cell, 0};
+// The shape of the page that the cell's formula first names, and the cell of it.
+struct Named {
+  DrawingShape* shape;
+  FormulaReference reference;
+};
+std::optional<Named> FirstShapeIn(DrawingPage& page, const Formula& formula) {
+  for (const FormulaReference& reference : formula.references()) {
+    DrawingShape* shape = reference.onOtherPage ? nullptr : page.FindSheet(reference.sheet);
+    if (shape) return Named{shape, reference};
   }
   return std::nullopt;
 }
 
 std::string FormulaOf(const DrawingShape& shape, const char* cell) {
-  const auto address = shape.Find(cell);
+  const auto address = shape.Find(std::string_view(cell));
   return address ? shape.Formula(*address) : "";
+}
+
+// The shape that an end's trigger waits for.
+DrawingShape* TriggeringShape(DrawingPage& page, const DrawingShape& connector, const ConnectorEnd& end) {
+  const auto named = FirstShapeIn(page, Formula(FormulaOf(connector, end.trigger)));
+  return named ? named->shape : nullptr;
 }
 
 }  // namespace
@@ -31,35 +41,29 @@ const ConnectorEnd* FindConnectorEnd(std::string_view cell) {
 }
 
 std::optional<GlueTarget> GlueTargetOf(DrawingPage& page, const DrawingShape& connector, const ConnectorEnd& end) {
-  const std::string formula = FormulaOf(connector, end.x);
-  if (formula.starts_with("_WALKGLUE(")) {
-    const auto target = FirstShapeIn(page, FormulaOf(connector, end.trigger));
-    return target ? std::optional(GlueTarget{target->shape, "PinX", kWholeShape}) : std::nullopt;
+  const std::string text = FormulaOf(connector, end.x);
+  if (text.starts_with("_WALKGLUE(")) {
+    const DrawingShape* target = TriggeringShape(page, connector, end);
+    return target ? std::optional(GlueTarget{target->id(), "PinX", kWholeShape}) : std::nullopt;
   }
-  auto target = formula.starts_with("PAR(PNT(") ? FirstShapeIn(page, formula) : std::nullopt;
-  if (!target) return std::nullopt;
-  const auto name = ParseCellName(target->cell);
+  const Formula formula(text);
+  const auto named = formula.FollowsPoint() ? FirstShapeIn(page, formula) : std::nullopt;
   const SectionInfo* points = FindSectionByElement("Connection");
-  if (!name || name->section != points) return std::nullopt;
-  if (name->byNumber) {
-    target->part = kPartBeforeFirstPoint + std::atoi(name->row.c_str());
-    return target;
-  }
-  const std::vector<Sheet::Row> rows = page.FindShape(target->shape)->Rows(*points);
-  for (size_t i = 0; i < rows.size(); ++i)
-    if (rows[i].key == name->row) target->part = kPartBeforeFirstPoint + static_cast<int>(i) + 1;
-  return target->part ? target : std::nullopt;
+  if (!named || !named->reference.name || named->reference.name->section != points) return std::nullopt;
+  const auto address = named->shape->Find(*named->reference.name);
+  const auto position = address ? named->shape->PositionOf(*address) : std::nullopt;
+  if (!position) return std::nullopt;
+  return GlueTarget{named->shape->id(), named->reference.cell, kPartBeforeFirstPoint + static_cast<int>(*position) + 1};
 }
 
 std::optional<Point> WalkingEnd(DrawingPage& page, const DrawingShape& connector, const ConnectorEnd& end,
                                 const ConnectorEnd& otherEnd) {
-  const auto glued = FirstShapeIn(page, FormulaOf(connector, end.trigger));
+  const DrawingShape* glued = TriggeringShape(page, connector, end);
   if (!glued) return std::nullopt;
-  const auto other = FirstShapeIn(page, FormulaOf(connector, otherEnd.trigger));
-  const Point target = other ? MiddleOf(*page.FindShape(other->shape))
-                             : Point{NumberIn(connector, otherEnd.x).value_or(0), NumberIn(connector, otherEnd.y).value_or(0)};
-  const DrawingShape& shape = *page.FindShape(glued->shape);
-  return OnPageInParts(shape, NearestSide(shape, target));
+  const DrawingShape* other = TriggeringShape(page, connector, otherEnd);
+  const Point target =
+      other ? MiddleOf(*other) : Point{NumberIn(connector, otherEnd.x).value_or(0), NumberIn(connector, otherEnd.y).value_or(0)};
+  return OnPageInParts(*glued, NearestSide(*glued, target));
 }
 
 std::string PointGlue(int shapeId, int point) {

@@ -1,8 +1,11 @@
 #include "document/Inheritance.h"
 
 #include "base/Text.h"
-#include "document/CellNames.h"
 #include "document/CellText.h"
+#include "document/TreeEditor.h"
+#include "formula/CellNames.h"
+
+#include <pugixml.hpp>
 
 #include <string_view>
 

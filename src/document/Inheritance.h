@@ -1,11 +1,12 @@
 // Shapes that outlive the master they were made from.
 #pragma once
 
-#include "document/TreeEditor.h"
-
-#include <pugixml.hpp>
+#include "document/XmlNode.h"
 
 namespace vardo {
+
+class TreeEditor;
+class XmlPart;
 
 // Writes into a shape's element all that it inherits from another and does not say itself: cells, rows, text. Shapes inside it
 // are left alone.

@@ -3,13 +3,19 @@
 // values.
 #pragma once
 
-#include "document/Drawing.h"
+#include "document/CellAddress.h"
 
-#include <string>
 #include <unordered_map>
 #include <vector>
 
 namespace vardo {
+
+class Drawing;
+class DrawingPage;
+class DrawingShape;
+class Formula;
+class Sheet;
+struct CellCall;
 
 class Recalculation {
  public:
@@ -17,35 +23,41 @@ class Recalculation {
   Recalculation(Drawing& drawing, DrawingPage* page) : drawing_(drawing), page_(page) {}
 
   // A cell whose value is new already.
-  void Changed(Sheet& sheet, const CellAddress& address) { AddNode(sheet, address).done = true; }
+  void Changed(Sheet& sheet, const CellAddress& address) { nodes_[NodeOf(sheet, address)].done = true; }
   // A formula whose value is out of date.
-  void Outdated(Sheet& sheet, const CellAddress& address) { AddNode(sheet, address).outdated = true; }
-  // All of them.
-  void OutdatedFormulas(Sheet& sheet);
+  void Outdated(Sheet& sheet, const CellAddress& address) { nodes_[NodeOf(sheet, address)].outdated = true; }
   void Run();
 
  private:
-  struct Node {
+  struct Cell {
     Sheet* sheet;
     CellAddress address;
-    std::vector<size_t> readers;
+    friend bool operator==(const Cell&, const Cell&) = default;
+  };
+  struct CellHash {
+    size_t operator()(const Cell& cell) const {
+      return CellAddressHash()(cell.address) ^ (reinterpret_cast<std::uintptr_t>(cell.sheet) >> 4);
+    }
+  };
+  struct Node {
+    Cell cell;
+    std::vector<size_t> readers = {};
     int waitingFor = 0;
     bool done = false;      // changed before the recalculation began
     bool outdated = false;  // something that it depends on has changed
   };
-  Node& AddNode(Sheet& sheet, const CellAddress& address);
   size_t NodeOf(Sheet& sheet, const CellAddress& address);
-  void FindReaders(size_t node);
-  void AddReaders(size_t node, Sheet& reader, const FormulaIndex& index, const std::string& name, bool inherited);
-  void AddReadersByMaster(size_t at, const std::string& name);
-  const FormulaIndex& IndexOf(const Sheet& sheet);
+  void FindReaders(size_t at);
+  void AddReadersIn(size_t at, Sheet& reader, const CellCall& call);
+  void AddReadersOnPage(size_t at, Sheet& called, const CellCall& call);
+  void AddReader(size_t at, Sheet& reader, const CellAddress& address);
   bool Evaluate(Node& node);
+  const Formula* FormulaOf(const Node& node) const;
 
   Drawing& drawing_;
   DrawingPage* page_;
   std::vector<Node> nodes_;
-  std::unordered_map<std::string, size_t> places_;
-  std::unordered_map<const Sheet*, FormulaIndex> indexes_;
+  std::unordered_map<Cell, size_t, CellHash> places_;
 };
 
 }  // namespace vardo

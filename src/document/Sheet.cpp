@@ -3,6 +3,11 @@
 #include "base/Errors.h"
 #include "base/Numbers.h"
 #include "base/Text.h"
+#include "document/CellText.h"
+#include "document/FormulaIndex.h"
+#include "document/TreeEditor.h"
+
+#include <pugixml.hpp>
 
 #include <algorithm>
 #include <cmath>
@@ -10,43 +15,23 @@
 namespace vardo {
 namespace {
 
+// Beyond so many rows they are found by their hash.
+constexpr size_t kFewRows = 24;
+
 bool IsDeleted(pugi::xml_node element) { return std::string_view(element.attribute("Del").value()) == "1"; }
 
-const char* RowKeyAttribute(const SectionInfo& section, pugi::xml_node row) {
-  return section.rowsHaveNames || row.attribute("N") ? "N" : "IX";
-}
-
-std::string_view RowKey(const SectionInfo& section, pugi::xml_node row) {
-  return row.attribute(RowKeyAttribute(section, row)).value();
-}
-
-bool SameKey(const SectionInfo& section, std::string_view a, std::string_view b) {
-  return section.rowsHaveNames ? EqualAsciiIgnoringCase(a, b) : a == b;
-}
-
-// A sieve for rows, without regard to case: what tells the names in use apart, at the cost of a glance.
-std::uint32_t HashOf(const SectionInfo& section, std::string_view key) {
-  std::uint32_t hash = static_cast<std::uint32_t>(section.section) * 31 + static_cast<std::uint32_t>(key.size());
-  if (key.empty()) return hash;
-  for (const size_t at : {size_t{0}, key.size() / 2, key.size() - 1})
-    hash = hash * 31 + (static_cast<unsigned char>(key[at]) | 0x20);
-  return hash;
-}
-
-const SectionInfo* SectionOf(pugi::xml_node section) {
-  const std::string_view name = section.attribute("N").value();
-  return name == "Geometry" ? FindGeometry(section.attribute("IX").as_int()) : FindSectionByElement(name);
-}
-
 pugi::xml_node CellIn(pugi::xml_node parent, std::string_view name) {
-  for (const pugi::xml_node cell : parent.children("Cell"))
+  for (pugi::xml_node cell = parent.first_child(); cell; cell = cell.next_sibling()) {
+    if (std::string_view(cell.name()) != "Cell") continue;
     if (EqualAsciiIgnoringCase(cell.attribute("N").value(), name)) return cell;
+  }
   return {};
 }
 
 const ColumnInfo* ColumnOf(const CellAddress& address) {
+  const std::string_view name = address.cell.text();
   for (const ColumnInfo& column : address.section->columns)
-    if (column.name == address.cell) return &column;
+    if (column.name == name) return &column;
   return nullptr;
 }
 
@@ -56,7 +41,10 @@ bool SameValue(const CellValue& a, const CellValue& b) {
   return x && y ? std::abs(*x - *y) <= 1e-9 * std::max(1.0, std::abs(*y)) : a == b;
 }
 
-int IndexOf(const Sheet::Row& row) { return std::atoi(row.key.c_str()); }
+bool IsSection(pugi::xml_node element, const SectionInfo& section) {
+  return section.element == element.attribute("N").value() &&
+         (section.index < 0 || section.index == element.attribute("IX").as_int());
+}
 
 // What a new section stands before: Geometry is last among the sections, in the order of IX, and other things are behind the
 // sections.
@@ -76,6 +64,24 @@ pugi::xml_node FirstBehindCells(pugi::xml_node parent) {
   return {};
 }
 
+// Every cell that a row of the section has.
+void FillRow(const SectionInfo& section, pugi::xml_node row) {
+  if (!section.rowType.empty()) row.append_attribute("T").set_value(std::string(section.rowType).c_str());
+  for (const ColumnInfo& column : section.columns) {
+    pugi::xml_node cell = row.append_child("Cell");
+    cell.append_attribute("N").set_value(std::string(column.name).c_str());
+    cell.append_attribute("V").set_value(std::string(column.value).c_str());
+    const bool noValueYet = column.name == section.shortName || column.name == "DataLinked";
+    if (section.rowsHaveNames && noValueYet) cell.append_attribute("F").set_value(std::string(kFormulaOfNone).c_str());
+  }
+}
+
+bool IsRowName(std::string_view name) {
+  return !name.empty() && std::all_of(name.begin(), name.end(), [](char c) {
+    return IsAsciiLetter(c) || IsAsciiDigit(c) || c == '_' || static_cast<unsigned char>(c) >= 0x80;
+  });
+}
+
 }  // namespace
 
 bool IsTextCell(const CellAddress& address) {
@@ -86,85 +92,270 @@ bool IsTextCell(const CellAddress& address) {
 
 std::string_view DefaultValue(const CellAddress& address) {
   if (!address.section) {
-    const ObjectCell* cell = FindObjectCell(address.cell);
+    const ObjectCell* cell = FindObjectCell(address.cell.text());
     return cell ? cell->value : std::string_view();
   }
   const ColumnInfo* column = ColumnOf(address);
   return column ? column->value : std::string_view();
 }
 
+const SectionInfo* SectionOfElement(pugi::xml_node section) {
+  const std::string_view name = section.attribute("N").value();
+  return name == "Geometry" ? FindGeometry(section.attribute("IX").as_int()) : FindSectionByElement(name);
+}
+
+RowKey KeyOfRow(const SectionInfo& section, pugi::xml_node row) {
+  const pugi::xml_attribute name = row.attribute("N");
+  if (name || section.rowsHaveNames) return RowKey::Named(Symbol(name.value()));
+  return RowKey::Numbered(row.attribute("IX").as_int());
+}
+
+Sheet::Sheet(XmlPart& part, XmlNode element, const Sheet* base) : part_(&part), element_(element), base_(base) {}
+Sheet::~Sheet() = default;
+
+void Sheet::SetElement(XmlNode element) {
+  element_ = element;
+  ForgetRows();
+  ForgetFormulas();
+}
+
+// -------------------------------------------------------------------------------------------------------------- finding
+
 std::optional<CellAddress> Sheet::Find(std::string_view cellName, bool localOnly) const {
   const auto name = ParseCellName(cellName);
-  if (!name) return std::nullopt;
-  CellAddress address{name->section, name->row, name->cell};
-  if (!name->section) {
-    if (localOnly ? static_cast<bool>(LocalCell(address)) : Exists(address)) return address;
+  return name ? Find(*name, localOnly) : std::nullopt;
+}
+
+std::optional<CellAddress> Sheet::Find(const ParsedCellName& name, bool localOnly) const {
+  CellAddress address{name.section, RowKey::Named(name.row), name.cell};
+  if (!name.section) {
+    address.row = {};
+    if (localOnly ? LocalCell(address) != nullptr : Exists(address)) return address;
     return std::nullopt;
   }
-  if (name->byNumber) {
-    const std::vector<Row> rows = Rows(*name->section);
-    const size_t number = std::stoul("0" + name->row.substr(0, 9));
-    if (number < 1 || number > rows.size()) return std::nullopt;
-    address.row = rows[number - 1].key;
+  if (name.position != 0) {
+    const std::vector<Row>& rows = Rows(*name.section);
+    if (name.position < 1 || static_cast<size_t>(name.position) > rows.size()) return std::nullopt;
+    address.row = rows[static_cast<size_t>(name.position) - 1].key;
   }
   if (!RowExists(*address.section, address.row, localOnly)) return std::nullopt;
   if (!ColumnOf(address) && !NearestCell(address)) return std::nullopt;
-  // A row that only overrides an inherited one owns just the cells that it writes.
-  const auto overrides = [&] { return base_ && base_->RowExists(*address.section, address.row, false); };
-  if (localOnly && !LocalCell(address) && overrides()) return std::nullopt;
+  if (localOnly && !CellIsOwn(address)) return std::nullopt;
   return address;
+}
+
+// A row that only overrides an inherited one owns just the cells that it writes.
+bool Sheet::CellIsOwn(const CellAddress& address) const {
+  return LocalCell(address) || !base_ || !base_->RowExists(*address.section, address.row, false);
 }
 
 std::optional<CellAddress> Sheet::Find(short sectionNumber, short row, short column) const {
   if (const SectionInfo* section = FindSection(sectionNumber)) {
-    const std::vector<Row> rows = Rows(*section);
+    const std::vector<Row>& rows = Rows(*section);
     if (row < 0 || static_cast<size_t>(row) >= rows.size()) return std::nullopt;
     for (const ColumnInfo& info : section->columns)
-      if (info.column == column) return CellAddress{section, rows[static_cast<size_t>(row)].key, std::string(info.name)};
+      if (info.column == column) return CellAddress{section, rows[static_cast<size_t>(row)].key, Symbol(info.name)};
     return std::nullopt;
   }
   const ObjectCell* cell = FindObjectCell(row, column);
   if (!cell) return std::nullopt;
-  CellAddress address{nullptr, "", std::string(cell->name)};
+  const CellAddress address = ObjectCellAddress(cell->name);
   return Exists(address) ? std::optional(address) : std::nullopt;
 }
 
 bool Sheet::Exists(const CellAddress& address) const {
   if (address.section) return RowExists(*address.section, address.row, false);
-  if (const ObjectCell* known = FindObjectCell(address.cell)) return !IsOneDimensionalRow(known->row) || IsOneDimensional();
-  return static_cast<bool>(NearestCell(address));
+  const ObjectCell* known = FindObjectCell(address.cell.text());
+  if (known && (!IsOneDimensionalRow(known->row) || IsOneDimensional())) return true;
+  return NearestCell(address) != nullptr;
 }
 
 std::string Sheet::Formula(const CellAddress& address) const {
-  if (const pugi::xml_node cell = FormulaCell(address)) return FormulaText(cell, IsTextCell(address));
+  if (const XmlNode cell = FormulaCell(address)) return FormulaText(pugi::xml_node(cell), IsTextCell(address));
   return IsTextCell(address) ? QuoteText("") : std::string(DefaultValue(address));
 }
 
 CellValue Sheet::Value(const CellAddress& address) const {
-  if (const pugi::xml_node cell = NearestCell(address)) return StoredValue(cell, IsTextCell(address));
+  if (const XmlNode cell = NearestCell(address)) return StoredValue(pugi::xml_node(cell), IsTextCell(address));
   const std::string_view value = DefaultValue(address);
   if (const auto number = ParseNumber(value)) return *number;
   return std::string(value);
 }
 
+bool Sheet::InheritsFormula(const CellAddress& address) const {
+  const XmlNode own = LocalCell(address);
+  return !own || FormulaIsInherited(pugi::xml_node(own));
+}
+
+std::vector<Sheet::OwnFormula> Sheet::OwnFormulas() const {
+  std::vector<OwnFormula> formulas;
+  const auto collect = [&](const SectionInfo* section, RowKey row, pugi::xml_node parent) {
+    for (const pugi::xml_node cell : parent.children("Cell")) {
+      const std::string_view formula = OwnFormulaOf(cell);
+      if (!formula.empty()) formulas.push_back({{section, row, Symbol(cell.attribute("N").value())}, formula});
+    }
+  };
+  const pugi::xml_node element(element_);
+  collect(nullptr, {}, element);
+  for (const pugi::xml_node section : element.children("Section")) {
+    const SectionInfo* info = SectionOfElement(section);
+    if (!info) continue;
+    for (const pugi::xml_node row : section.children("Row")) collect(info, KeyOfRow(*info, row), row);
+  }
+  return formulas;
+}
+
+const FormulaIndex& Sheet::formulas() const {
+  if (!formulas_) formulas_ = std::make_unique<FormulaIndex>(*this);
+  return *formulas_;
+}
+
+void Sheet::ForgetFormulas() const { formulas_.reset(); }
+
+// ----------------------------------------------------------------------------------------------------------------- rows
+
+Sheet::RowIndex& Sheet::Index() const {
+  if (rows_) return *rows_;
+  rows_ = std::make_unique<RowIndex>();
+  for (const pugi::xml_node element : pugi::xml_node(element_).children("Section")) {
+    const SectionInfo* section = SectionOfElement(element);
+    if (!section || SectionElement(*section) != element.internal_object()) continue;
+    for (const pugi::xml_node row : element.children("Row"))
+      rows_->own.push_back({section, KeyOfRow(*section, row), row.internal_object(), IsDeleted(row)});
+  }
+  if (rows_->own.size() > kFewRows)
+    for (size_t at = 0; at < rows_->own.size(); ++at)
+      rows_->places.emplace(CellAddress{rows_->own[at].section, rows_->own[at].key, {}}, at);
+  return *rows_;
+}
+
+const Sheet::OwnRow* Sheet::FindOwnRow(const SectionInfo& section, RowKey key) const {
+  const RowIndex& index = Index();
+  if (!index.places.empty()) {
+    const auto found = index.places.find(CellAddress{&section, key, {}});
+    return found == index.places.end() ? nullptr : &index.own[found->second];
+  }
+  for (const OwnRow& own : index.own)
+    if (own.key == key && own.section == &section) return &own;
+  return nullptr;
+}
+
+const std::vector<Sheet::Row>& Sheet::Rows(const SectionInfo& section) const {
+  RowIndex& index = Index();
+  for (const auto& [known, rows] : index.all)
+    if (known == &section) return rows;
+  return index.all.emplace_back(&section, GatherRows(section)).second;
+}
+
+std::vector<Sheet::Row> Sheet::GatherRows(const SectionInfo& section) const {
+  std::vector<Row> rows;
+  if (base_) {
+    rows = base_->Rows(section);
+    for (Row& row : rows) row = {row.key, nullptr, row.local ? row.local : row.inherited};
+  }
+  const size_t inherited = rows.size();
+  const auto twin = [&](RowKey key) {
+    return std::find_if(rows.begin(), rows.begin() + static_cast<ptrdiff_t>(inherited),
+                        [&](const Row& row) { return row.key == key; });
+  };
+  const auto none = [&] { return rows.begin() + static_cast<ptrdiff_t>(inherited); };
+  std::vector<RowKey> deleted;
+  for (const OwnRow& own : Index().own) {
+    if (own.section != &section || FindOwnRow(section, own.key) != &own) continue;
+    const auto same = twin(own.key);
+    if (own.isDeleted)
+      deleted.push_back(own.key);
+    else if (same != none())
+      same->local = own.row;
+    else
+      rows.push_back({own.key, own.row, nullptr});
+  }
+  std::erase_if(rows, [&](const Row& row) { return std::find(deleted.begin(), deleted.end(), row.key) != deleted.end(); });
+  if (!section.rowsHaveNames)
+    std::stable_sort(rows.begin(), rows.end(), [](const Row& a, const Row& b) { return a.key.ix() < b.key.ix(); });
+  return rows;
+}
+
+std::optional<size_t> Sheet::PositionOf(const CellAddress& address) const {
+  const std::vector<Row>& rows = Rows(*address.section);
+  auto at = rows.begin();
+  if (!address.section->rowsHaveNames)
+    at = std::lower_bound(rows.begin(), rows.end(), address.row.ix(), [](const Row& row, int ix) { return row.key.ix() < ix; });
+  at = std::find_if(at, rows.end(), [&](const Row& row) { return row.key == address.row; });
+  return at == rows.end() ? std::nullopt : std::optional(static_cast<size_t>(at - rows.begin()));
+}
+
+std::string Sheet::RowText(const SectionInfo& section, RowKey key) const {
+  if (!key.IsNamed()) return key.Text();
+  for (const Sheet* sheet = this; sheet; sheet = sheet->base_)
+    if (const OwnRow* own = sheet->FindOwnRow(section, key)) return pugi::xml_node(own->row).attribute("N").value();
+  return key.Text();
+}
+
+bool Sheet::HasSection(const SectionInfo& section) const {
+  return SectionElement(section) || (base_ && base_->HasSection(section));
+}
+
+bool Sheet::IsOneDimensional() const {
+  return CellIn(pugi::xml_node(element_), "BeginX") || (base_ && base_->IsOneDimensional());
+}
+
+XmlNode Sheet::FindChild(const char* name) const {
+  const pugi::xml_node own = pugi::xml_node(element_).child(name);
+  return own || !base_ ? own.internal_object() : base_->FindChild(name);
+}
+
+XmlNode Sheet::SectionElement(const SectionInfo& section) const {
+  for (const pugi::xml_node child : pugi::xml_node(element_).children("Section"))
+    if (IsSection(child, section)) return child.internal_object();
+  return nullptr;
+}
+
+XmlNode Sheet::LocalCell(const CellAddress& address) const {
+  if (!address.section) return CellIn(pugi::xml_node(element_), address.cell.text()).internal_object();
+  const OwnRow* own = FindOwnRow(*address.section, address.row);
+  return !own || own->isDeleted ? nullptr : CellIn(pugi::xml_node(own->row), address.cell.text()).internal_object();
+}
+
+XmlNode Sheet::NearestCell(const CellAddress& address) const {
+  if (const XmlNode own = LocalCell(address)) return own;
+  const OwnRow* row = address.section ? FindOwnRow(*address.section, address.row) : nullptr;
+  return base_ && !(row && row->isDeleted) ? base_->NearestCell(address) : nullptr;
+}
+
+XmlNode Sheet::FormulaCell(const CellAddress& address) const {
+  const XmlNode own = LocalCell(address);
+  if (own && !FormulaIsInherited(pugi::xml_node(own))) return own;
+  return base_ ? base_->FormulaCell(address) : nullptr;
+}
+
+bool Sheet::RowExists(const SectionInfo& section, RowKey key, bool localOnly) const {
+  if (const OwnRow* own = FindOwnRow(section, key)) return !own->isDeleted;
+  return !localOnly && base_ && base_->RowExists(section, key, false);
+}
+
+// -------------------------------------------------------------------------------------------------------------- writing
+
 void Sheet::SetFormula(TreeEditor& editor, const CellAddress& address, std::string_view formula, const FormulaScope& scope) {
   const pugi::xml_node cell = EnsureCell(editor, address);
-  Evaluation evaluation = EvaluateIn(scope, formula);
-  // A text whose inner quotes are not doubled is no formula the host could evaluate, yet its text is plain to see.
-  if (!evaluation.value && formula.size() >= 2 && formula.front() == '"' && formula.back() == '"')
-    evaluation.value = std::string(formula.substr(1, formula.size() - 2));
-  WriteFormula(editor, *part_, cell, formula, evaluation.value, IsTextCell(address));
-  if (!evaluation.value && !evaluation.error.empty()) editor.SetAttribute(*part_, cell, "E", evaluation.error);
+  Evaluation evaluation;
+  if (!formula.empty() && !ParseConstant(formula)) {
+    evaluation = vardo::Formula(formula).Evaluate(scope);
+    // A text whose inner quotes are not doubled is no formula the host could evaluate, yet its text is plain to see.
+    if (!evaluation.value && formula.size() >= 2 && formula.front() == '"' && formula.back() == '"')
+      evaluation = {std::string(formula.substr(1, formula.size() - 2))};
+  }
+  WriteFormula(editor, *part_, cell, formula, evaluation.value, IsTextCell(address), evaluation.error);
 }
 
 bool Sheet::StoreEvaluation(TreeEditor& editor, const CellAddress& address, const Evaluation& evaluation) {
-  const pugi::xml_node nearest = NearestCell(address);
+  const pugi::xml_node nearest(NearestCell(address));
   const std::string_view error = nearest.attribute("E").value();
   const bool sameValue = !evaluation.value || SameValue(Value(address), *evaluation.value);
   if (sameValue && error == evaluation.error) return false;
   const bool inherits = InheritsFormula(address);
   const pugi::xml_node cell = EnsureCell(editor, address);
-  if (inherits) editor.SetAttribute(*part_, cell, "F", kInherited);
+  if (inherits) editor.SetAttribute(*part_, cell, "F", kInheritedFormula);
   if (evaluation.value) WriteValue(editor, *part_, cell, *evaluation.value, IsTextCell(address));
   if (evaluation.error.empty())
     editor.RemoveAttribute(*part_, cell, "E");
@@ -172,79 +363,6 @@ bool Sheet::StoreEvaluation(TreeEditor& editor, const CellAddress& address, cons
     editor.SetAttribute(*part_, cell, "E", evaluation.error);
   return !sameValue;
 }
-
-std::vector<Sheet::OwnFormula> Sheet::OwnFormulas() const {
-  std::vector<OwnFormula> formulas;
-  const auto collect = [&](const SectionInfo* section, std::string_view row, pugi::xml_node parent) {
-    for (const pugi::xml_node cell : parent.children("Cell")) {
-      const std::string_view formula = cell.attribute("F").value();
-      if (formula.empty() || formula == kInherited || formula == kNoFormula) continue;
-      formulas.push_back({{section, std::string(row), cell.attribute("N").value()}, formula});
-    }
-  };
-  collect(nullptr, "", element_);
-  for (const pugi::xml_node section : element_.children("Section")) {
-    const SectionInfo* info = SectionOf(section);
-    if (!info) continue;
-    for (const pugi::xml_node row : section.children("Row")) collect(info, RowKey(*info, row), row);
-  }
-  return formulas;
-}
-
-bool Sheet::InheritsFormula(const CellAddress& address) const {
-  const pugi::xml_node own = LocalCell(address);
-  return own ? FormulaIsInherited(own) : true;
-}
-
-std::vector<std::string> Sheet::NamesOf(const CellAddress& address) const {
-  if (!address.section) return {address.cell};
-  const std::string prefix = std::string(address.section->prefix) + ".";
-  std::vector<std::string> names{prefix + address.row + "." + address.cell};
-  if (address.section->rowsHaveNames) {
-    if (address.cell == address.section->shortName) names.push_back(prefix + address.row);
-    return names;
-  }
-  if (const auto position = PositionOf(address)) names.push_back(prefix + address.cell + std::to_string(*position + 1));
-  return names;
-}
-
-std::optional<size_t> Sheet::PositionOf(const CellAddress& address) const {
-  const std::vector<Row> rows = Rows(*address.section);
-  for (size_t at = 0; at < rows.size(); ++at)
-    if (SameKey(*address.section, rows[at].key, address.row)) return at;
-  return std::nullopt;
-}
-
-std::vector<Sheet::Row> Sheet::Rows(const SectionInfo& section) const {
-  std::vector<Row> rows;
-  if (base_) {
-    rows = base_->Rows(section);
-    for (Row& row : rows) {
-      if (row.local) row.inherited = row.local;
-      row.local = {};
-    }
-  }
-  for (const pugi::xml_node local : SectionElement(section).children("Row")) {
-    const std::string_view key = RowKey(section, local);
-    const auto same = std::find_if(rows.begin(), rows.end(), [&](const Row& row) { return SameKey(section, row.key, key); });
-    if (IsDeleted(local)) {
-      if (same != rows.end()) rows.erase(same);
-    } else if (same != rows.end()) {
-      same->local = local;
-    } else {
-      rows.push_back({std::string(key), local, {}});
-    }
-  }
-  if (!section.rowsHaveNames)
-    std::stable_sort(rows.begin(), rows.end(), [](const Row& a, const Row& b) { return IndexOf(a) < IndexOf(b); });
-  return rows;
-}
-
-bool Sheet::HasSection(const SectionInfo& section) const {
-  return SectionElement(section) || (base_ && base_->HasSection(section));
-}
-
-bool Sheet::IsOneDimensional() const { return CellIn(element_, "BeginX") || (base_ && base_->IsOneDimensional()); }
 
 void Sheet::AddSection(TreeEditor& editor, const SectionInfo& section) {
   if (HasSection(section)) throw HostError(kHostNotAllowed, "The section " + std::string(section.element) + " exists already.");
@@ -257,180 +375,99 @@ short Sheet::AddRow(TreeEditor& editor, const SectionInfo& section, short positi
   if (section.rowsHaveNames) {
     for (int number = count + 1;; ++number) {
       const std::string name = "Row_" + std::to_string(number);
-      if (!RowExists(section, name, false)) return AddNamedRow(editor, section, name);
+      if (!RowExists(section, RowKey::Named(Symbol(name)), false)) return AddNamedRow(editor, section, name);
     }
   }
   // Rows that others inherit cannot move, so a row before one of them goes to the end.
   const bool canMove = position >= 0 && position < count && std::all_of(rows.begin() + position, rows.end(), [](const Row& row) {
                          return row.local && !row.inherited;
                        });
-  const int ix = canMove ? IndexOf(rows[static_cast<size_t>(position)]) : (rows.empty() ? 0 : IndexOf(rows.back()) + 1);
+  const int ix = canMove ? rows[static_cast<size_t>(position)].key.ix() : (rows.empty() ? 0 : rows.back().key.ix() + 1);
   if (canMove)
     for (auto row = rows.rbegin(); row != rows.rend() - position; ++row)
-      editor.SetAttribute(*part_, row->local, "IX", std::to_string(IndexOf(*row) + 1));
-  RowsChanged();
-  WriteFullRow(editor, section, InsertRow(editor, section, std::to_string(ix)));
+      editor.SetAttribute(*part_, pugi::xml_node(row->local), "IX", std::to_string(row->key.ix() + 1));
+  InsertRow(editor, section, std::to_string(ix), true);
   return canMove ? position : count;
 }
 
 short Sheet::AddNamedRow(TreeEditor& editor, const SectionInfo& section, std::string_view name) {
-  const bool legal = !name.empty() && std::all_of(name.begin(), name.end(), [](char c) {
-    return std::isalnum(static_cast<unsigned char>(c)) || c == '_' || static_cast<unsigned char>(c) >= 0x80;
-  });
-  if (!legal) throw HostError(kHostNotAllowed, "\"" + std::string(name) + "\" is no name for a row.");
-  if (RowExists(section, name, false)) throw HostError(kHostNotAllowed, "The row " + std::string(name) + " exists already.");
-  WriteFullRow(editor, section, InsertRow(editor, section, name));
+  if (!IsRowName(name)) throw HostError(kHostNotAllowed, "\"" + InWords(name) + "\" is no name for a row.");
+  const RowKey key = RowKey::Named(Symbol(name));
+  if (RowExists(section, key, false)) throw HostError(kHostNotAllowed, "The row " + InWords(name) + " exists already.");
+  InsertRow(editor, section, name, true);
   // The last one, unless it is an inherited row that had been deleted: that comes back in its old place.
-  const std::vector<Row> rows = Rows(section);
-  const auto added = std::find_if(rows.begin(), rows.end(), [&](const Row& row) { return SameKey(section, row.key, name); });
-  return static_cast<short>(added - rows.begin());
+  return static_cast<short>(PositionOf({&section, key, {}}).value());
 }
 
 void Sheet::DeleteRow(TreeEditor& editor, const SectionInfo& section, short position) {
   const std::vector<Row> rows = Rows(section);
   if (position < 0 || static_cast<size_t>(position) >= rows.size()) return;
   const Row& row = rows[static_cast<size_t>(position)];
-  if (row.local) editor.Remove(*part_, row.local);
-  RowsChanged();
+  const std::string text = RowText(section, row.key);
+  if (row.local) editor.Remove(*part_, pugi::xml_node(row.local));
   if (row.inherited) {
-    editor.SetAttribute(*part_, InsertRow(editor, section, row.key), "Del", "1");
-    RowsChanged();
+    InsertRow(editor, section, text, false, true);
     return;
   }
   // An empty section says nothing, and there are readers that take what follows it for its contents.
-  const pugi::xml_node left = SectionElement(section);
+  const pugi::xml_node left(SectionElement(section));
   if (left && !left.first_child()) editor.Remove(*part_, left);
   if (section.rowsHaveNames) return;
   // Local rows are numbered without gaps.
   for (size_t behind = static_cast<size_t>(position) + 1; behind < rows.size(); ++behind)
-    if (rows[behind].local && !rows[behind].inherited)
-      editor.SetAttribute(*part_, rows[behind].local, "IX", std::to_string(IndexOf(rows[behind]) - 1));
-  RowsChanged();
+    if (rows[behind].local && !rows[behind].inherited && !rows[behind].key.IsNamed())
+      editor.SetAttribute(*part_, pugi::xml_node(rows[behind].local), "IX", std::to_string(rows[behind].key.ix() - 1));
 }
 
-pugi::xml_node Sheet::FindChild(const char* name) const {
-  const pugi::xml_node own = element_.child(name);
-  return own || !base_ ? own : base_->FindChild(name);
-}
-
-pugi::xml_node Sheet::SectionElement(const SectionInfo& section) const {
-  for (const pugi::xml_node child : element_.children("Section"))
-    if (section.element == child.attribute("N").value() && (section.index < 0 || section.index == child.attribute("IX").as_int()))
-      return child;
-  return {};
-}
-
-const std::vector<Sheet::OwnRow>& Sheet::OwnRows() const {
-  if (ownRowsKnown_) return ownRows_;
-  ownRowsKnown_ = true;
-  ownRows_.clear();
-  for (const pugi::xml_node element : element_.children("Section")) {
-    const SectionInfo* section = SectionOf(element);
-    if (!section || SectionElement(*section) != element) continue;
-    for (const pugi::xml_node row : element.children("Row")) {
-      const std::string_view key = RowKey(*section, row);
-      ownRows_.push_back({section, HashOf(*section, key), IsDeleted(row), key, row});
-    }
-  }
-  return ownRows_;
-}
-
-const Sheet::OwnRow* Sheet::FindOwnRow(const SectionInfo& section, std::string_view key) const {
-  const std::uint32_t hash = HashOf(section, key);
-  for (const OwnRow& own : OwnRows())
-    if (own.hash == hash && own.section == &section && SameKey(section, own.key, key)) return &own;
-  return nullptr;
-}
-
-pugi::xml_node Sheet::RowElement(const SectionInfo& section, std::string_view key) const {
-  const OwnRow* own = FindOwnRow(section, key);
-  return own ? own->row : pugi::xml_node();
-}
-
-pugi::xml_node Sheet::LocalCell(const CellAddress& address) const {
-  if (!address.section) return CellIn(element_, address.cell);
-  const OwnRow* own = FindOwnRow(*address.section, address.row);
-  return !own || own->isDeleted ? pugi::xml_node() : CellIn(own->row, address.cell);
-}
-
-pugi::xml_node Sheet::NearestCell(const CellAddress& address) const {
-  if (const pugi::xml_node own = LocalCell(address)) return own;
-  const OwnRow* row = address.section ? FindOwnRow(*address.section, address.row) : nullptr;
-  return base_ && !(row && row->isDeleted) ? base_->NearestCell(address) : pugi::xml_node();
-}
-
-pugi::xml_node Sheet::FormulaCell(const CellAddress& address) const {
-  const pugi::xml_node own = LocalCell(address);
-  if (own && !FormulaIsInherited(own)) return own;
-  const pugi::xml_node inherited = base_ ? base_->FormulaCell(address) : pugi::xml_node();
-  return inherited ? inherited : pugi::xml_node();
-}
-
-bool Sheet::RowExists(const SectionInfo& section, std::string_view key, bool localOnly) const {
-  if (const OwnRow* own = FindOwnRow(section, key)) return !own->isDeleted;
-  return !localOnly && base_ && base_->RowExists(section, key, false);
-}
-
-pugi::xml_node Sheet::EnsureElement(TreeEditor& editor) {
-  if (!element_) element_ = MakeElement(editor);
-  return element_;
+void Sheet::EnsureElement(TreeEditor& editor) {
+  if (!element_) MakeElement(editor);
 }
 
 pugi::xml_node Sheet::EnsureSection(TreeEditor& editor, const SectionInfo& section) {
-  if (const pugi::xml_node own = SectionElement(section)) return own;
-  const pugi::xml_node added = editor.InsertElement(*part_, EnsureElement(editor), "Section", PlaceOfSection(element_, section));
-  editor.SetAttribute(*part_, added, "N", section.element);
-  if (section.index >= 0) editor.SetAttribute(*part_, added, "IX", std::to_string(section.index));
-  return added;
+  if (const XmlNode own = SectionElement(section)) return pugi::xml_node(own);
+  EnsureElement(editor);
+  const pugi::xml_node sheet(element_);
+  const std::string name(section.element), index = std::to_string(section.index);
+  return editor.Insert(*part_, sheet, "Section", {{"N", name}}, PlaceOfSection(sheet, section), [&](pugi::xml_node added) {
+    if (section.index >= 0) added.append_attribute("IX").set_value(index.c_str());
+  });
 }
 
-pugi::xml_node Sheet::InsertRow(TreeEditor& editor, const SectionInfo& section, std::string_view key) {
+// key: its name or IX. full: with every cell that a row of the section has. deleted: a mark that the inherited row is gone.
+pugi::xml_node Sheet::InsertRow(TreeEditor& editor, const SectionInfo& section, std::string_view key, bool full, bool deleted) {
   const pugi::xml_node parent = EnsureSection(editor, section);
-  if (const pugi::xml_node marker = RowElement(section, key)) editor.Remove(*part_, marker);
+  const int ix = section.rowsHaveNames ? 0 : ParseInteger(key).value_or(0);
+  const RowKey rowKey = section.rowsHaveNames || !ParseInteger(key) ? RowKey::Named(Symbol(key)) : RowKey::Numbered(ix);
+  if (const OwnRow* marker = FindOwnRow(section, rowKey)) editor.Remove(*part_, pugi::xml_node(marker->row));
   pugi::xml_node before;
-  if (!section.rowsHaveNames) {
-    const int ix = std::atoi(std::string(key).c_str());
+  if (!section.rowsHaveNames)
     for (const pugi::xml_node row : parent.children("Row"))
       if (!before && row.attribute("IX").as_int() > ix) before = row;
-  }
-  const pugi::xml_node row = editor.InsertElement(*part_, parent, "Row", before);
   // A step of a path says what it is also where it only overrides the master's.
-  if (section.index >= 0 && base_) editor.SetAttribute(*part_, row, "T", base_->RowElement(section, key).attribute("T").value());
-  editor.SetAttribute(*part_, row, section.rowsHaveNames ? "N" : "IX", key);
-  RowsChanged();
-  return row;
+  const OwnRow* overridden = section.index >= 0 && base_ ? base_->FindOwnRow(section, rowKey) : nullptr;
+  return editor.Insert(*part_, parent, "Row", {}, before, [&](pugi::xml_node row) {
+    if (overridden) row.append_attribute("T").set_value(pugi::xml_node(overridden->row).attribute("T").value());
+    row.append_attribute(rowKey.IsNamed() ? "N" : "IX").set_value(std::string(key).c_str());
+    if (deleted) row.append_attribute("Del").set_value("1");
+    if (full) FillRow(section, row);
+  });
 }
 
 pugi::xml_node Sheet::EnsureRow(TreeEditor& editor, const CellAddress& address) {
-  if (const pugi::xml_node own = RowElement(*address.section, address.row)) return own;
+  if (const OwnRow* own = FindOwnRow(*address.section, address.row)) return pugi::xml_node(own->row);
   // A local row that overrides an inherited one bears the name as the master spells it.
-  std::string key = address.row;
-  for (const Row& row : Rows(*address.section))
-    if (SameKey(*address.section, row.key, key)) key = row.key;
-  return InsertRow(editor, *address.section, key);
+  return InsertRow(editor, *address.section, RowText(*address.section, address.row), false);
 }
 
 pugi::xml_node Sheet::EnsureCell(TreeEditor& editor, const CellAddress& address) {
-  if (const pugi::xml_node own = LocalCell(address)) return own;
-  if (!Exists(address)) throw HostError(kHostNoSuchCell, "The cell " + address.cell + " does not exist.");
-  const pugi::xml_node inherited = NearestCell(address);
-  const pugi::xml_node parent = address.section ? EnsureRow(editor, address) : EnsureElement(editor);
+  if (const XmlNode own = LocalCell(address)) return pugi::xml_node(own);
+  if (!Exists(address)) throw HostError(kHostNoSuchCell, "The cell " + InWords(address.cell.text()) + " does not exist.");
+  const pugi::xml_node inherited(NearestCell(address));
+  if (!address.section) EnsureElement(editor);
+  const pugi::xml_node parent = address.section ? EnsureRow(editor, address) : pugi::xml_node(element_);
   if (inherited) return editor.InsertCopy(*part_, parent, inherited, FirstBehindCells(parent));
-  const pugi::xml_node cell = editor.InsertElement(*part_, parent, "Cell", FirstBehindCells(parent));
-  editor.SetAttribute(*part_, cell, "N", address.cell);
-  editor.SetAttribute(*part_, cell, "V", DefaultValue(address));
-  return cell;
-}
-
-void Sheet::WriteFullRow(TreeEditor& editor, const SectionInfo& section, pugi::xml_node row) {
-  if (!section.rowType.empty()) editor.SetAttribute(*part_, row, "T", section.rowType);
-  for (const ColumnInfo& column : section.columns) {
-    const pugi::xml_node cell = editor.InsertElement(*part_, row, "Cell");
-    editor.SetAttribute(*part_, cell, "N", column.name);
-    editor.SetAttribute(*part_, cell, "V", column.value);
-    const bool noValueYet = column.name == section.shortName || column.name == "DataLinked";
-    if (section.rowsHaveNames && noValueYet) editor.SetAttribute(*part_, cell, "F", kNoFormula);
-  }
+  return editor.Insert(*part_, parent, "Cell", {{"N", address.cell.text()}, {"V", DefaultValue(address)}},
+                       FirstBehindCells(parent));
 }
 
 }  // namespace vardo

@@ -1,44 +1,40 @@
 // A sheet of cells - a shape's, a page's, the document's - over its element in the drawing's tree.
 //   What the element does not say is inherited from the sheet it was made from. Writing makes a local cell.
-//   All changes of its rows are made through one Sheet, which finds them by a hash of their keys.
-//   Rows are counted from 0 by their position among the rows that are there; a file's IX is an identity, not a position.
+//   Rows are counted from 0 by their position among the rows that are there.
 #pragma once
 
-#include "document/CellNames.h"
-#include "document/CellText.h"
-#include "document/TreeEditor.h"
+#include "document/CellAddress.h"
+#include "document/XmlNode.h"
 #include "formula/Formula.h"
 
-#include <pugixml.hpp>
-
-#include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace vardo {
 
-// Names one cell. The row is a name, or an IX for sections whose rows have none; one with an IX is good until a row of the
-// section comes or goes.
-struct CellAddress {
-  const SectionInfo* section = nullptr;  // null: the object section
-  std::string row;
-  std::string cell;
-};
+class FormulaIndex;
+class TreeEditor;
+class XmlPart;
 
 class Sheet {
  public:
   // base: the sheet it inherits from; null for none. part is the tree that holds element.
-  Sheet(XmlPart& part, pugi::xml_node element, const Sheet* base) : part_(&part), element_(element), base_(base) {}
-  virtual ~Sheet() = default;
+  Sheet(XmlPart& part, XmlNode element, const Sheet* base);
+  virtual ~Sheet();
+  Sheet(const Sheet&) = delete;
+  Sheet& operator=(const Sheet&) = delete;
 
-  pugi::xml_node element() const { return element_; }
+  XmlNode element() const { return element_; }
   XmlPart& part() const { return *part_; }
   const Sheet* base() const { return base_; }
 
   // None when the sheet has no such cell. localOnly leaves out inherited cells.
   std::optional<CellAddress> Find(std::string_view cellName, bool localOnly = false) const;
+  std::optional<CellAddress> Find(const ParsedCellName& name, bool localOnly = false) const;
   // By the host's numbers.
   std::optional<CellAddress> Find(short section, short row, short column) const;
 
@@ -56,17 +52,19 @@ class Sheet {
     std::string_view formula;
   };
   std::vector<OwnFormula> OwnFormulas() const;
+  // Which of them read what; made when it is first asked for.
+  const FormulaIndex& formulas() const;
   // Whether the cell's formula comes from the master.
   bool InheritsFormula(const CellAddress& address) const;
-  // What formulas may call the cell: "Connections.X2", "Prop.Name" and "Prop.Name.Value".
-  std::vector<std::string> NamesOf(const CellAddress& address) const;
 
   struct Row {
-    std::string key;  // N or IX
-    pugi::xml_node local, inherited;
+    RowKey key;
+    XmlNode local, inherited;
   };
-  // The rows of a section in order, inherited ones included.
-  std::vector<Row> Rows(const SectionInfo& section) const;
+  // The rows of a section in order, inherited ones included. Good until a row comes or goes.
+  const std::vector<Row>& Rows(const SectionInfo& section) const;
+  // The row's name as the file spells it, or its IX.
+  std::string RowText(const SectionInfo& section, RowKey row) const;
   // Of the cell's row among them; none when it has gone.
   std::optional<size_t> PositionOf(const CellAddress& address) const;
   bool HasSection(const SectionInfo& section) const;
@@ -79,51 +77,64 @@ class Sheet {
   short AddNamedRow(TreeEditor& editor, const SectionInfo& section, std::string_view name);
   void DeleteRow(TreeEditor& editor, const SectionInfo& section, short position);
 
-  // The element of that name, this sheet's own or the nearest inherited one.
-  pugi::xml_node FindChild(const char* name) const;
+  // The element of that name, this sheet's own or the nearest inherited one; null when there is none.
+  XmlNode FindChild(const char* name) const;
+
+  // What the element holds has changed: its rows, or its formulas.
+  void ForgetRows() const { rows_.reset(); }
+  void ForgetFormulas() const;
+  // It has got an element, or lost it.
+  void SetElement(XmlNode element);
 
  protected:
   // Makes the element of a sheet that has none yet, when something is first written to it.
-  virtual pugi::xml_node MakeElement(TreeEditor&) { return {}; }
+  virtual void MakeElement(TreeEditor&) {}
 
  private:
   // A row that the element itself says something of.
   struct OwnRow {
     const SectionInfo* section;
-    std::uint32_t hash;  // of section and key
-    bool isDeleted;      // an inherited row that this sheet has not
-    std::string_view key;
-    pugi::xml_node row;
+    RowKey key;
+    XmlNode row;
+    bool isDeleted;  // an inherited row that this sheet has not
   };
-  const std::vector<OwnRow>& OwnRows() const;
-  const OwnRow* FindOwnRow(const SectionInfo& section, std::string_view key) const;
-  // Rows have come, gone or been given another key.
-  void RowsChanged() { ownRowsKnown_ = false; }
+  struct RowIndex {
+    std::vector<OwnRow> own;
+    std::unordered_map<CellAddress, size_t, CellAddressHash> places;  // of many rows
+    std::vector<std::pair<const SectionInfo*, std::vector<Row>>> all;
+  };
+  RowIndex& Index() const;
+  const OwnRow* FindOwnRow(const SectionInfo& section, RowKey key) const;
+  std::vector<Row> GatherRows(const SectionInfo& section) const;
 
-  pugi::xml_node EnsureElement(TreeEditor& editor);
-  pugi::xml_node SectionElement(const SectionInfo& section) const;
-  pugi::xml_node RowElement(const SectionInfo& section, std::string_view key) const;
-  pugi::xml_node LocalCell(const CellAddress& address) const;
+  XmlNode SectionElement(const SectionInfo& section) const;
+  XmlNode LocalCell(const CellAddress& address) const;
   // The nearest cell element up the line of inheritance that holds a formula of its own.
-  pugi::xml_node FormulaCell(const CellAddress& address) const;
-  pugi::xml_node NearestCell(const CellAddress& address) const;
-  bool RowExists(const SectionInfo& section, std::string_view key, bool localOnly) const;
+  XmlNode FormulaCell(const CellAddress& address) const;
+  XmlNode NearestCell(const CellAddress& address) const;
+  bool RowExists(const SectionInfo& section, RowKey key, bool localOnly) const;
+  bool CellIsOwn(const CellAddress& address) const;
 
+  void EnsureElement(TreeEditor& editor);
   pugi::xml_node EnsureSection(TreeEditor& editor, const SectionInfo& section);
   pugi::xml_node EnsureRow(TreeEditor& editor, const CellAddress& address);
   pugi::xml_node EnsureCell(TreeEditor& editor, const CellAddress& address);
-  pugi::xml_node InsertRow(TreeEditor& editor, const SectionInfo& section, std::string_view key);
-  void WriteFullRow(TreeEditor& editor, const SectionInfo& section, pugi::xml_node row);
+  pugi::xml_node InsertRow(TreeEditor& editor, const SectionInfo& section, std::string_view key, bool full, bool deleted = false);
 
   XmlPart* part_;
-  pugi::xml_node element_;
+  XmlNode element_;
   const Sheet* base_;
-  mutable std::vector<OwnRow> ownRows_;
-  mutable bool ownRowsKnown_ = false;
+  mutable std::unique_ptr<RowIndex> rows_;
+  mutable std::unique_ptr<FormulaIndex> formulas_;
 };
 
 // Whether a cell holds a string even without a unit; what it holds when no one has written it.
 bool IsTextCell(const CellAddress& address);
 std::string_view DefaultValue(const CellAddress& address);
+
+// Of a Section element; null for one that we do not read the rows of.
+const SectionInfo* SectionOfElement(pugi::xml_node section);
+// Of a Row element in that section.
+RowKey KeyOfRow(const SectionInfo& section, pugi::xml_node row);
 
 }  // namespace vardo

@@ -1,13 +1,16 @@
-// Evaluates a cell's formula: constants, references, arithmetic, comparisons and the functions that our shapes and common
-// drawings use.
+// A cell's formula: read once, then evaluated, asked for what it refers to, and rewritten. What is not changed is written back as
+// it stood, and so is a text that is beyond us.
 #pragma once
 
+#include "formula/CellNames.h"
 #include "formula/Constant.h"
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vardo {
 
@@ -15,33 +18,87 @@ struct Point {
   double x = 0, y = 0;
 };
 
-// The value of a cell: sheet is what stands before "!", empty for the formula's own sheet. None when it is not known. May throw
-// BadReference when there can be no such cell.
-using CellLookup = std::function<std::optional<CellValue>(std::string_view sheet, std::string_view cell)>;
+// One cell that a formula names.
+struct FormulaReference {
+  std::string sheet;  // before "!", without quotes; empty for the formula's own sheet
+  std::string cell;
+  bool onOtherPage = false;            // more stands before the sheet's name: Pages[Page-2]!Sheet.3!PinX
+  std::optional<ParsedCellName> name;  // the cell's, taken apart; none when it is no cell name
+};
+
+inline bool NamesPageSheet(const FormulaReference& reference) { return !reference.onOtherPage && reference.sheet == "ThePage"; }
+
+// There can be no such cell.
 struct BadReference {};
 
-// What a formula can ask about the drawing around it. Only cell has to be there.
-struct FormulaScope {
-  CellLookup cell;
+// What a formula can ask about the drawing around it.
+class FormulaScope {
+ public:
+  virtual ~FormulaScope() = default;
+  // The value of a cell; none when it is not known. May throw BadReference.
+  virtual std::optional<CellValue> Value(const FormulaReference& reference) const = 0;
   // A point in the coordinates of a sheet, as the page counts.
-  std::function<std::optional<Point>(std::string_view sheet, Point own)> onPage = {};
+  virtual std::optional<Point> OnPage(std::string_view, Point) const { return std::nullopt; }
   // Where an end of a connector is that is glued to a shape as a whole: the end of the first trigger cell, the other end's being
   // the second.
-  std::function<std::optional<Point>(std::string_view trigger, std::string_view otherTrigger)> walk = {};
+  virtual std::optional<Point> WalkingEnd(std::string_view, std::string_view) const { return std::nullopt; }
   // A formula that gives a point gives the cell one of its coordinates.
-  bool wantsY = false;
+  virtual bool WantsY() const { return false; }
 };
 
 struct Evaluation {
   std::optional<CellValue> value;
   std::string_view error = {};  // "#REF!", "#VALUE!" or "#DIV/0!"; empty when there is a value, and when the formula is beyond us
 };
-Evaluation EvaluateIn(const FormulaScope& scope, std::string_view formula);
 
-// None for a formula that cannot be evaluated: unknown function, missing cell, wrong types, division by zero, nested deeper than
-// kDeepestFormula. Numbers are in internal units (inches, radians, fractions).
-std::optional<CellValue> Evaluate(std::string_view formula, const CellLookup& lookup);
-
+// What a program nests deeper than this is beyond us.
 inline constexpr int kDeepestFormula = 100;
+
+class Formula {
+ public:
+  explicit Formula(std::string_view text);
+
+  const std::string& text() const { return text_; }
+  // In the order of the text, also of a text that is beyond us. Names in strings do not count, nor do functions.
+  const std::vector<FormulaReference>& references() const { return references_; }
+
+  // Numbers are in internal units (inches, radians, fractions). No value for what is beyond us (an unknown function, a cell that
+  // is not known) and for what is wrong, which has an error then.
+  Evaluation Evaluate(const FormulaScope& scope) const;
+
+  // The text with those references rewritten that change says it has changed.
+  std::string WithReferences(const std::function<bool(FormulaReference&)>& change) const;
+
+  // PAR(PNT(...)): the place of a point of another shape, which moves when that shape does.
+  bool FollowsPoint() const { return followsPoint_; }
+  // _XFTRIGGER(...): computed anew whenever the shape that it names moves.
+  bool IsTrigger() const;
+
+ private:
+  friend class FormulaParser;
+  friend class FormulaEvaluator;
+
+  // A node of the tree: what it is, its first operand and the next operand of the node it belongs to (0: none).
+  struct Node {
+    std::uint8_t kind;
+    std::uint32_t first = 0, next = 0;
+    std::uint32_t content = 0;  // by kind: of numbers_, strings_ or references_; the function
+  };
+  struct Place {
+    std::uint32_t start, end;
+  };
+
+  std::string text_;
+  std::vector<FormulaReference> references_;
+  std::vector<Place> places_;  // of the references, in the text
+  std::vector<Node> nodes_;    // operands come first; the one with the number 0 is no node
+  std::uint32_t root_ = 0;     // 0: the text is beyond us
+  std::vector<double> numbers_;
+  std::vector<std::string> strings_;
+  bool followsPoint_ = false;
+};
+
+// A sheet's name as a formula writes it: in quotes where it is no plain name.
+std::string SheetNameInFormula(std::string_view name);
 
 }  // namespace vardo

@@ -5,9 +5,10 @@
 #include "addin/host/IVShape.h"
 #include "base/Errors.h"
 #include "base/Numbers.h"
+#include "base/Text.h"
+#include "document/FormulaScopeOfDrawing.h"
 #include "document/Glue.h"
 #include "document/Recalculation.h"
-#include "formula/FormulaReferences.h"
 #include "memoryhost/HostObjects.h"
 #include "stencil/StencilPackage.h"
 
@@ -18,7 +19,26 @@
 namespace vardo {
 namespace {
 
+// The first that stands for itself, not behind others.
+int FirstPageToShow(Drawing& drawing) {
+  for (int i = 1; i <= drawing.PageCount(); ++i)
+    if (!drawing.PageAt(i).IsBackground()) return drawing.PageAt(i).id();
+  return drawing.PageAt(1).id();
+}
+
 const SectionInfo& ConnectionPoints() { return *FindSection(kSectionConnectionPts); }
+
+// What no file can hold is refused before anything is written.
+void RequireKeepable(std::string_view text) {
+  if (const auto what = FindUnkeepable(text))
+    throw HostError(kHostNotAllowed, "A drawing cannot hold " + *what + ": leave that out of the text.");
+}
+
+// "CreateName" in "Prop.CreateName.Label", as it is spelled.
+std::string_view RowNameIn(std::string_view cell) {
+  const std::string_view row = cell.substr(cell.find('.') + 1);
+  return row.substr(0, row.find('.'));
+}
 
 HostError NotOpen() { return HostError(kHostNotAllowed, "No drawing is open."); }
 
@@ -31,6 +51,40 @@ struct DrawingHost::AdvisedEvent : public IVEvent {
   IVEventSinkPtr sink;
   std::string targetArgs;
   bool enabled = true;
+};
+
+// What a person, or a caller of the object model, does at a time: one undo step, and nothing at all when it fails.
+class DrawingHost::Command {
+ public:
+  Command(DrawingHost& host, std::string_view label) : before_(host), step_(host.drawing().log(), label) {
+    EditLog& log = host.drawing().log();
+    before_.isOutermost = log.IsOutermost();
+    if (before_.isOutermost) log.SetShownBefore(before_.page);
+  }
+  Command(const Command&) = delete;
+  Command& operator=(const Command&) = delete;
+
+ private:
+  // Outlives the step.
+  struct Before {
+    explicit Before(DrawingHost& h) : host(h), page(h.activePage_), selection(h.selection_) {}
+    ~Before() {
+      if (!isOutermost) return;
+      if (Failing()) {
+        host.activePage_ = page;
+        host.selection_ = selection;
+      }
+      host.TellTouched();
+    }
+    bool Failing() const { return std::uncaught_exceptions() > exceptions; }
+    DrawingHost& host;
+    int page;
+    std::vector<int> selection;
+    int exceptions = std::uncaught_exceptions();
+    bool isOutermost = false;
+  };
+  Before before_;
+  UndoStep step_;
 };
 
 DrawingHost::DrawingHost() : application_(MakeApplication(*this)) {}
@@ -51,8 +105,10 @@ void DrawingHost::Replace(std::unique_ptr<Drawing> drawing, const std::filesyste
   drawing_ = std::move(drawing);
   file_ = file;
   ++serial_;
-  activePage_ = drawing_->PageAt(1).id();
+  activePage_ = FirstPageToShow(*drawing_);
   selection_.clear();
+  drawing_->onRowsShifted = [this](const RowsShifted& rows, bool again) { heldRows_.Shifted(serial_, rows, again); };
+  drawing_->WantTouched(stepObserver_ != nullptr);
 }
 
 std::filesystem::path DrawingHost::Save(const std::optional<std::filesystem::path>& file) {
@@ -74,7 +130,8 @@ DrawingPage& DrawingHost::ActivePage() {
 }
 
 IVPagePtr DrawingHost::AddPage(const std::optional<std::string>& name) {
-  const UndoStep step(drawing().journal(), "Insert Page");
+  const Command command(*this, "Insert Page");
+  if (name) RequireKeepable(*name);
   if (name && (name->empty() || drawing_->FindPage(*name)))
     throw HostError(kHostNotAllowed, "A page needs a name that no other page has.");
   DrawingPage& page = drawing_->AddPage(ActivePage());
@@ -86,7 +143,7 @@ IVPagePtr DrawingHost::AddPage(const std::optional<std::string>& name) {
 }
 
 void DrawingHost::DeletePage(int pageId, bool renumber) {
-  const UndoStep step(drawing().journal(), "Delete Page");
+  const Command command(*this, "Delete Page");
   if (drawing_->PageCount() == 1) throw HostError(kHostNotAllowed, "A drawing keeps at least one page.");
   Raise(kEventPageDeleted, MakePage(*this, serial_, pageId));
   // A listener may have deleted it, or all others.
@@ -109,9 +166,10 @@ void DrawingHost::ShowPage(int pageId) {
 }
 
 void DrawingHost::RenamePage(int pageId, std::string_view name) {
-  const UndoStep step(drawing().journal(), "Rename Page");
+  const Command command(*this, "Rename Page");
   DrawingPage& page = ResolvePage(serial_, pageId);
   DrawingPage* const same = drawing_->FindPage(name);
+  RequireKeepable(name);
   if (name.empty() || (same && same != &page)) throw HostError(kHostNotAllowed, "A page needs a name that no other page has.");
   page.SetName(name);
   Raise(kEventPageChanged, MakePage(*this, serial_, pageId));
@@ -127,10 +185,11 @@ std::vector<std::string> DrawingHost::MasterNames() {
 
 IVShapePtr DrawingHost::Drop(std::string_view masterName, int pageId, double x, double y,
                              const std::optional<std::string>& text) {
-  const UndoStep step(drawing().journal(), "Drop On Page");
+  const Command command(*this, "Drop On Page");
   ShowPage(pageId);
   const DrawingMaster* master = drawing_->BringMaster(masterName);
   if (!master) throw HostError(kHostBadIndex, "There is no master " + std::string(masterName) + ".");
+  if (text) RequireKeepable(*text);
   DrawingShape& shape = ActivePage().AddInstance(*master, x, y);
   const SheetRef ref = RefTo(ActivePage(), shape.id());
   if (text) shape.SetText(drawing_->editor(), *text);
@@ -151,16 +210,14 @@ std::vector<IVShapePtr> DrawingHost::Paste(const std::vector<SheetRef>& copied, 
   std::vector<SheetRef> originals;
   for (const SheetRef& ref : copied)
     if (std::find(originals.begin(), originals.end(), ref) == originals.end()) originals.push_back(ref);
-  const UndoStep step(drawing().journal(), "Paste");
+  const Command command(*this, "Paste");
   ShowPage(pageId);
-  DrawingPage& page = ActivePage();
-  std::unordered_map<int, int> newIds;
-  std::vector<int> ids;
-  for (const SheetRef& original : originals) newIds[ids.emplace_back(ResolveShape(original).id())] = page.TakeNewId();
-  std::vector<int> copies;
-  for (const SheetRef& original : originals)
-    copies.push_back(page.AddCopy(ResolveShape(original), newIds, newIds.at(original.shape)).id());
-  if (!originals.empty()) page.CopyGlue(ResolvePage(serial_, originals.front().page), ids, newIds);
+  std::vector<DrawingPage::Original> found;
+  for (const SheetRef& original : originals) {
+    ResolveShape(original);
+    found.push_back({&ResolvePage(serial_, original.page), original.shape});
+  }
+  std::vector<int> copies = ActivePage().AddCopies(found);
 
   for (const int id : copies) Announce({serial_, pageId, id});
   DrawingPage& now = ResolvePage(serial_, pageId);
@@ -172,7 +229,7 @@ std::vector<IVShapePtr> DrawingHost::Paste(const std::vector<SheetRef>& copied, 
 }
 
 IVShapePtr DrawingHost::Connect(std::string_view masterName, int pageId, const End& begin, const End& end) {
-  const UndoStep step(drawing().journal(), "Connector");
+  const Command command(*this, "Connector");
   ShowPage(pageId);
   for (const End& glued : {begin, end}) {
     if (!glued.shape) continue;
@@ -200,8 +257,8 @@ IVShapePtr DrawingHost::Connect(std::string_view masterName, int pageId, const E
   const End* ends[] = {&begin, &end};
   const Point places[] = {start, finish};
   for (size_t i = 0; i < 2; ++i) {
-    PutFormula(ref, {nullptr, "", kConnectorEnds[i].x}, NumberText(places[i].x));
-    PutFormula(ref, {nullptr, "", kConnectorEnds[i].y}, NumberText(places[i].y));
+    PutFormula(ref, ObjectCellAddress(kConnectorEnds[i].x), NumberText(places[i].x));
+    PutFormula(ref, ObjectCellAddress(kConnectorEnds[i].y), NumberText(places[i].y));
   }
   for (size_t i = 0; i < 2; ++i)
     if (ends[i]->shape) Glue(ref, kConnectorEnds[i], *ends[i], places[1 - i]);
@@ -211,7 +268,7 @@ IVShapePtr DrawingHost::Connect(std::string_view masterName, int pageId, const E
 
 void DrawingHost::Glue(const SheetRef& connector, const ConnectorEnd& cells, const End& end, Point otherEnd) {
   const auto put = [&](const char* cell, const std::string& formula) {
-    if (const auto address = ResolveShape(connector).Find(cell)) PutFormula(connector, *address, formula);
+    if (const auto address = ResolveShape(connector).Find(std::string_view(cell))) PutFormula(connector, *address, formula);
   };
   put(cells.trigger, TriggerOfShape(*end.shape));
   const bool walks = end.walks && !end.point;
@@ -229,10 +286,10 @@ int DrawingHost::AddOutlinePoint(const SheetRef& ref, Point towards) {
   const Point side = NearestSide(ResolveShape(ref), towards);
   const auto count = static_cast<short>(ResolveShape(ref).Rows(points).size());
   const short row = AddRow(ref, points, count);
-  const std::string key = ResolveShape(ref).Rows(points)[static_cast<size_t>(row)].key;
-  PutFormula(ref, {&points, key, "X"}, "Width*" + NumberText(side.x));
-  PutFormula(ref, {&points, key, "Y"}, "Height*" + NumberText(side.y));
-  PutFormula(ref, {&points, key, "AutoGen"}, "1");
+  const RowKey key = ResolveShape(ref).Rows(points)[static_cast<size_t>(row)].key;
+  PutFormula(ref, {&points, key, Symbol("X")}, "Width*" + NumberText(side.x));
+  PutFormula(ref, {&points, key, Symbol("Y")}, "Height*" + NumberText(side.y));
+  PutFormula(ref, {&points, key, Symbol("AutoGen")}, "1");
   return row + 1;
 }
 
@@ -248,7 +305,7 @@ void DrawingHost::SelectAndTell(std::vector<int> shapeIds) {
 }
 
 void DrawingHost::DeleteSelection() {
-  const UndoStep step(drawing().journal(), "Delete");
+  const Command command(*this, "Delete");
   const int pageId = ActivePage().id();
   const std::vector<int> going = selection_;
   if (going.empty()) return;
@@ -258,7 +315,7 @@ void DrawingHost::DeleteSelection() {
 }
 
 void DrawingHost::TypeText(const SheetRef& ref, std::string_view text, bool keepSelection) {
-  const UndoStep step(drawing().journal(), "Typing");
+  const Command command(*this, "Typing");
   ResolveShape(ref);
   ShowPage(ref.page);
   const std::vector<int> selected = keepSelection ? selection_ : std::exchange(selection_, {});
@@ -268,40 +325,51 @@ void DrawingHost::TypeText(const SheetRef& ref, std::string_view text, bool keep
 }
 
 void DrawingHost::SetCell(const SheetRef& ref, std::string_view cell, std::string_view formula) {
-  const UndoStep step(drawing().journal(), "Set Cell");
+  const Command command(*this, "Set Cell");
   Sheet& sheet = *Resolve(ref).sheet;
   if (!sheet.Find(cell)) {
     const auto name = ParseCellName(cell);
     const bool canMake =
         name && name->section && (name->section->section == kSectionProp || name->section->section == kSectionUser);
-    if (!canMake) throw HostError(kHostNoSuchCell, "The cell " + std::string(cell) + " does not exist.");
-    sheet.AddNamedRow(drawing_->editor(), *name->section, name->row);
+    if (!canMake) throw HostError(kHostNoSuchCell, "The cell " + InWords(cell) + " does not exist.");
+    sheet.AddNamedRow(drawing_->editor(), *name->section, RowNameIn(cell));
   }
   const auto address = sheet.Find(cell);
-  if (!address) throw HostError(kHostNoSuchCell, "The cell " + std::string(cell) + " does not exist.");
+  if (!address) throw HostError(kHostNoSuchCell, "The cell " + InWords(cell) + " does not exist.");
   WriteFormula(ref, *address, formula);
 }
 
 void DrawingHost::DeleteRow(const SheetRef& ref, short section, short row) {
-  const UndoStep step(drawing().journal(), "Delete Row");
+  const Command command(*this, "Delete Row");
   const SectionInfo* info = FindSection(section);
   if (!info) throw HostError(kHostNotAllowed, "Section " + std::to_string(section) + " has no rows to delete.");
   const SheetView view = Resolve(ref);
   const bool existed = row >= 0 && static_cast<size_t>(row) < view.sheet->Rows(*info).size();
   view.sheet->DeleteRow(drawing_->editor(), *info, row);
-  if (existed && !info->rowsHaveNames) heldRows_.TakenOut(drawing_->journal(), {ref, info, row});
+  if (existed && !info->rowsHaveNames) drawing_->editor().NoteRowsShifted({ref.page, ref.shape, info, row, -1});
   if (existed && info == &ConnectionPoints() && ref.shape >= 0) view.page->RenumberPoints(ResolveShape(ref), row, -1);
 }
 
+void DrawingHost::AddSection(const SheetRef& ref, const SectionInfo& section) {
+  const Command command(*this, "Add Section");
+  Resolve(ref).sheet->AddSection(drawing_->editor(), section);
+}
+
+short DrawingHost::AddNamedRow(const SheetRef& ref, const SectionInfo& section, std::string_view name) {
+  const Command command(*this, "Add Row");
+  RequireKeepable(name);
+  return Resolve(ref).sheet->AddNamedRow(drawing_->editor(), section, name);
+}
+
 short DrawingHost::AddRow(const SheetRef& ref, const SectionInfo& section, short position) {
-  const UndoStep step(drawing().journal(), "Add Row");
+  const Command command(*this, "Add Row");
   const SheetView view = Resolve(ref);
   short added = view.sheet->AddRow(drawing_->editor(), section, position);
   if (!section.rowsHaveNames && position >= 0 && added > position) {
     MoveRowsUp(ref, section, position);
     added = position;
   }
-  if (!section.rowsHaveNames) heldRows_.PutIn(drawing_->journal(), {ref, &section, added});
+  if (!section.rowsHaveNames) drawing_->editor().NoteRowsShifted({ref.page, ref.shape, &section, added, +1});
   const bool isLast = static_cast<size_t>(added) + 1 == view.sheet->Rows(section).size();
   if (!isLast && &section == &ConnectionPoints() && ref.shape >= 0) view.page->RenumberPoints(ResolveShape(ref), added, +1);
   return added;
@@ -312,7 +380,7 @@ short DrawingHost::AddRow(const SheetRef& ref, const SectionInfo& section, short
 void DrawingHost::MoveRowsUp(const SheetRef& ref, const SectionInfo& section, short position) {
   const std::vector<Sheet::Row> rows = Resolve(ref).sheet->Rows(section);
   for (const ColumnInfo& column : section.columns) {
-    const auto cell = [&](size_t row) { return CellAddress{&section, rows[row].key, std::string(column.name)}; };
+    const auto cell = [&](size_t row) { return CellAddress{&section, rows[row].key, Symbol(column.name)}; };
     const std::string blank = FormulaOf(ref, cell(rows.size() - 1));
     for (size_t row = rows.size() - 1; row > static_cast<size_t>(position); --row) {
       const std::string below = FormulaOf(ref, cell(row - 1));
@@ -328,21 +396,36 @@ std::shared_ptr<const HeldRow> DrawingHost::HoldRow(const SheetRef& ref, const C
   return heldRows_.Hold(ref, *address.section, position.value());
 }
 
-void DrawingHost::RunCommand(std::string_view label, const std::function<void()>& command) {
-  const UndoStep step(drawing().journal(), label);
-  command();
+void DrawingHost::RunCommand(std::string_view label, const std::function<void()>& work) {
+  const Command command(*this, label);
+  work();
 }
 
 std::string DrawingHost::Undo() {
-  if (!drawing().journal().CanUndo()) throw HostError(kHostNotAllowed, "There is nothing to undo.");
+  if (!drawing().log().CanUndo()) throw HostError(kHostNotAllowed, "There is nothing to undo.");
   selection_.clear();
-  return drawing_->Undo();
+  const EditLog::Replayed undone = drawing_->log().Undo();
+  if (drawing_->FindPage(undone.shownBefore)) activePage_ = undone.shownBefore;
+  TellTouched();
+  return undone.label;
 }
 
 std::string DrawingHost::Redo() {
-  if (!drawing().journal().CanRedo()) throw HostError(kHostNotAllowed, "There is nothing to redo.");
+  if (!drawing().log().CanRedo()) throw HostError(kHostNotAllowed, "There is nothing to redo.");
   selection_.clear();
-  return drawing_->Redo();
+  const EditLog::Replayed redone = drawing_->log().Redo();
+  TellTouched();
+  return redone.label;
+}
+
+void DrawingHost::SetStepObserver(StepObserver observer) {
+  stepObserver_ = std::move(observer);
+  if (drawing_) drawing_->WantTouched(stepObserver_ != nullptr);
+}
+
+void DrawingHost::TellTouched() {
+  if (!stepObserver_) return;
+  if (const std::vector<TouchedCell> touched = drawing_->TakeTouched(); !touched.empty()) stepObserver_(touched);
 }
 
 void DrawingHost::StartWriteLog() { writes_.emplace(); }
@@ -374,44 +457,73 @@ DrawingPage& DrawingHost::ResolvePage(int drawingSerial, int pageId) {
   return *page;
 }
 
+std::uint64_t DrawingHost::Stamp() const {
+  return static_cast<std::uint64_t>(serial_) << 32 | (drawing_ ? drawing_->structure() : 0);
+}
+
 std::string DrawingHost::FormulaOf(const SheetView& view, const CellAddress& address) {
-  const std::string stored = view.sheet->Formula(address);
-  if (!view.page || stored.find('!') == std::string::npos) return stored;
-  return RewriteReferences(stored, [&](FormulaReference& reference) {
+  std::string stored = view.sheet->Formula(address);
+  if (!view.page || !NamesSheet(stored)) return stored;
+  return Formula(stored).WithReferences([&](FormulaReference& reference) {
     const DrawingShape* shape = reference.onOtherPage ? nullptr : view.page->FindSheet(reference.sheet);
-    if (shape) reference.sheet = view.page->NameOf(*shape);
+    if (shape) reference.sheet = view.page->NameInFormula(*shape);
     return shape != nullptr;
   });
 }
 
 void DrawingHost::PutFormula(const SheetRef& ref, const CellAddress& address, std::string_view formula) {
+  RequireKeepable(formula);
   const SheetView view = Resolve(ref);
   std::string stored(formula);
-  if (view.page && formula.find('!') != std::string_view::npos)
-    stored = RewriteReferences(formula, [&](FormulaReference& reference) {
-      const DrawingShape* shape = reference.onOtherPage ? nullptr : view.page->FindShape(reference.sheet);
+  if (view.page && NamesSheet(formula)) {
+    const Formula parsed(formula);
+    RefuseLostGlue(view, address, parsed);
+    stored = parsed.WithReferences([&](FormulaReference& reference) {
+      const DrawingShape* shape = reference.onOtherPage ? nullptr : view.page->FindSheet(reference.sheet);
       if (shape) reference.sheet = "Sheet." + std::to_string(shape->id());
       return shape != nullptr;
     });
-  view.sheet->SetFormula(drawing_->editor(), address, stored, drawing_->ScopeFor(view.page, *view.sheet, address));
-  if (ref.shape >= 0) view.page->NoteReferences(ResolveShape(ref));
+  }
+  view.sheet->SetFormula(drawing_->editor(), address, stored, FormulaScopeOfDrawing(*drawing_, view.page, *view.sheet, address));
   Recalculation recalculation(*drawing_, view.page);
   recalculation.Changed(*view.sheet, address);
   recalculation.Run();
-  const ConnectorEnd* end = ref.shape >= 0 && !address.section ? FindConnectorEnd(address.cell) : nullptr;
+  const ConnectorEnd* end = ref.shape >= 0 && !address.section ? FindConnectorEnd(address.cell.text()) : nullptr;
   if (end) view.page->KeepConnect(ResolveShape(ref), *end);
 }
 
+// An end is not glued to a connection point that is not there.
+void DrawingHost::RefuseLostGlue(const SheetView& view, const CellAddress& address, const Formula& formula) {
+  if (address.section || !FindConnectorEnd(address.cell.text()) || !formula.FollowsPoint()) return;
+  for (const FormulaReference& reference : formula.references()) {
+    const DrawingShape* shape = reference.onOtherPage ? nullptr : view.page->FindSheet(reference.sheet);
+    if (shape && reference.name && reference.name->section == &ConnectionPoints() && !shape->Find(*reference.name))
+      throw HostError(kHostNoSuchCell, InWords(view.page->NameOf(*shape)) + " has no cell " + InWords(reference.cell) + ".");
+  }
+}
+
 void DrawingHost::WriteFormula(const SheetRef& ref, const CellAddress& address, std::string_view formula) {
-  const UndoStep step(drawing().journal(), "Edit");
+  const Command command(*this, "Edit");
   PutFormula(ref, address, formula);
   if (!writes_) return;
-  const std::string row = address.section ? std::string(address.section->prefix) + "." + address.row + "." : "";
-  const bool isValue = address.section && address.cell == address.section->shortName;
-  writes_->push_back({SheetName(ref), isValue ? row.substr(0, row.size() - 1) : row + address.cell, std::string(formula)});
+  const Sheet& sheet = *Resolve(ref).sheet;
+  const std::string row =
+      address.section ? std::string(address.section->prefix) + "." + sheet.RowText(*address.section, address.row) + "." : "";
+  const bool isValue = address.section && address.cell == Symbol(address.section->shortName);
+  writes_->push_back(
+      {SheetName(ref), isValue ? row.substr(0, row.size() - 1) : row + std::string(address.cell.text()), std::string(formula)});
+}
+
+void DrawingHost::WriteFormulas(const SheetRef& ref, const std::vector<CellAddress>& cells,
+                                const std::vector<std::string>& formulas, const std::optional<HostError>& missing) {
+  const Command command(*this, "Edit");
+  for (size_t i = 0; i < cells.size(); ++i) WriteFormula(ref, cells[i], formulas[std::min(i, formulas.size() - 1)]);
+  if (missing) throw *missing;
 }
 
 void DrawingHost::WriteText(const SheetRef& ref, std::string_view text) {
+  const Command command(*this, "Typing");
+  RequireKeepable(text);
   DrawingShape& shape = ResolveShape(ref);
   const std::string moreInfo = "/doc=1 /page=" + std::to_string(drawing_->IndexOf(ResolvePage(ref.drawing, ref.page))) +
                                " /shape=Sheet." + std::to_string(shape.id());
@@ -420,7 +532,13 @@ void DrawingHost::WriteText(const SheetRef& ref, std::string_view text) {
   Raise(kEventTextChanged, MakeShape(*this, ref), moreInfo);
 }
 
+void DrawingHost::DeleteMaster(int masterId) {
+  const Command command(*this, "Delete Master");
+  if (DrawingMaster* master = drawing_->FindMaster(masterId)) drawing_->RemoveMaster(*master);
+}
+
 void DrawingHost::DeleteShape(const SheetRef& ref) {
+  const Command command(*this, "Delete");
   ResolveShape(ref);
   ResolvePage(ref.drawing, ref.page).Remove({ref.shape});
   if (activePage_ != ref.page) return;
@@ -442,7 +560,7 @@ IVEventPtr DrawingHost::Advise(std::int16_t code, const IVEventSinkPtr& sink, st
 IVEventPtr DrawingHost::AdviseAt(int index) { return advises_[static_cast<size_t>(index - 1)]; }
 
 void DrawingHost::Raise(std::uint16_t code, const EventSubject& subject, std::string_view moreInfo) {
-  if (drawing_ && drawing_->journal().UndoingOrRedoing()) return;
+  if (drawing_ && drawing_->log().Replaying()) return;
   const auto signedCode = static_cast<std::int16_t>(code);
   const std::vector<std::shared_ptr<AdvisedEvent>> listeners = advises_;
   for (const auto& listener : listeners)

@@ -6,6 +6,7 @@
 
 #include "addin/host/HostFwd.h"
 #include "addin/host/IVEventList.h"
+#include "base/Errors.h"
 #include "document/Drawing.h"
 #include "memoryhost/HeldRows.h"
 #include "memoryhost/HostMenus.h"
@@ -81,9 +82,14 @@ class DrawingHost {
   // What a command of the add-in does in one undo step.
   void RunCommand(std::string_view label, const std::function<void()>& command);
 
-  // Throw HostError(kHostNotAllowed) when there is nothing to undo or redo. Return the step's label.
+  // Throw HostError(kHostNotAllowed) when there is nothing to undo or redo. Return the step's label. Undo shows the page that was
+  // shown before the step.
   std::string Undo();
   std::string Redo();
+
+  // Told after each step, and after each that is undone or redone, what it has touched. None for nobody.
+  using StepObserver = std::function<void(const std::vector<TouchedCell>&)>;
+  void SetStepObserver(StepObserver observer);
 
   // --- Menus.
   HostMenus& menus() { return menus_; }
@@ -98,6 +104,8 @@ class DrawingHost {
     Sheet* sheet;
   };
   SheetView Resolve(const SheetRef& ref);
+  // Another one once what has been resolved may have gone.
+  std::uint64_t Stamp() const;
   DrawingShape& ResolveShape(const SheetRef& ref);
   DrawingPage& ResolvePage(int drawing, int pageId);
   SheetRef RefTo(const DrawingPage& page, int shapeId) const { return {serial_, page.id(), shapeId}; }
@@ -107,17 +115,25 @@ class DrawingHost {
   std::string FormulaOf(const SheetView& view, const CellAddress& address);
   std::string FormulaOf(const SheetRef& ref, const CellAddress& address) { return FormulaOf(Resolve(ref), address); }
   void WriteFormula(const SheetRef& ref, const CellAddress& address, std::string_view formula);
+  void AddSection(const SheetRef& ref, const SectionInfo& section);
   short AddRow(const SheetRef& ref, const SectionInfo& section, short position);
+  short AddNamedRow(const SheetRef& ref, const SectionInfo& section, std::string_view name);
+  // formulas: the last one serves for all further cells. missing: what is thrown when those have been written. Inside a command,
+  // cells before one that fails stay written.
+  void WriteFormulas(const SheetRef& ref, const std::vector<CellAddress>& cells, const std::vector<std::string>& formulas,
+                     const std::optional<HostError>& missing);
   // The row of a cell that is going to be held; null for one that is known by its name.
   std::shared_ptr<const HeldRow> HoldRow(const SheetRef& ref, const CellAddress& address);
   void WriteText(const SheetRef& ref, std::string_view text);
   void DeleteShape(const SheetRef& ref);
+  void DeleteMaster(int masterId);
   IVEventPtr Advise(std::int16_t code, const IVEventSinkPtr& sink, std::string_view targetArgs);
   int AdviseCount() const { return static_cast<int>(advises_.size()); }
   IVEventPtr AdviseAt(int index);
 
  private:
   struct AdvisedEvent;
+  class Command;
 
   void Replace(std::unique_ptr<Drawing> drawing, const std::filesystem::path& file);
   void Raise(std::uint16_t code, const EventSubject& subject, std::string_view moreInfo = {});
@@ -128,6 +144,8 @@ class DrawingHost {
   int AddOutlinePoint(const SheetRef& ref, Point towards);
   void MoveRowsUp(const SheetRef& ref, const SectionInfo& section, short position);
   std::string SheetName(const SheetRef& ref);
+  void TellTouched();
+  void RefuseLostGlue(const SheetView& view, const CellAddress& address, const Formula& formula);
 
   IVApplicationPtr application_;
   HeldRows heldRows_;
@@ -140,6 +158,7 @@ class DrawingHost {
   std::int32_t eventSequence_ = 0;
   HostMenus menus_;
   std::optional<std::vector<CellWrite>> writes_;
+  StepObserver stepObserver_;
 };
 
 }  // namespace vardo

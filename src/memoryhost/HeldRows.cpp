@@ -1,5 +1,7 @@
 #include "memoryhost/HeldRows.h"
 
+#include <algorithm>
+
 namespace vardo {
 
 std::shared_ptr<const HeldRow> HeldRows::Hold(const SheetRef& sheet, const SectionInfo& section, int position) {
@@ -9,41 +11,33 @@ std::shared_ptr<const HeldRow> HeldRows::Hold(const SheetRef& sheet, const Secti
   return row;
 }
 
-void HeldRows::PutIn(Journal& journal, const HeldRow& at) {
-  const auto lost = std::make_shared<std::vector<std::shared_ptr<HeldRow>>>();
-  MakeRoom(at, lost);
-  journal.Record([=, this] { CloseUp(at, lost); }, [=, this] { MakeRoom(at, lost); });
-}
-
-void HeldRows::TakenOut(Journal& journal, const HeldRow& at) {
-  const auto lost = std::make_shared<std::vector<std::shared_ptr<HeldRow>>>();
-  CloseUp(at, lost);
-  journal.Record([=, this] { MakeRoom(at, lost); }, [=, this] { CloseUp(at, lost); });
-}
-
-std::vector<std::shared_ptr<HeldRow>> HeldRows::RowsFrom(const HeldRow& at) const {
+std::vector<std::shared_ptr<HeldRow>> HeldRows::RowsOf(const SheetRef& sheet, const SectionInfo* section) const {
   std::vector<std::shared_ptr<HeldRow>> rows;
   for (const std::weak_ptr<HeldRow>& held : held_)
-    if (auto row = held.lock(); row && !row->gone && row->sheet == at.sheet && row->section == at.section)
-      if (row->position >= at.position) rows.push_back(std::move(row));
+    if (auto row = held.lock(); row && row->sheet == sheet && row->section == section) rows.push_back(std::move(row));
   return rows;
 }
 
-void HeldRows::MakeRoom(const HeldRow& at, const Lost& lost) {
-  for (const auto& row : RowsFrom(at)) ++row->position;
-  for (const auto& row : *lost) row->gone = false;
-  lost->clear();
-}
-
-void HeldRows::CloseUp(const HeldRow& at, const Lost& lost) {
-  for (const auto& row : RowsFrom(at)) {
-    if (row->position > at.position) {
-      --row->position;
-      continue;
+void HeldRows::Shifted(int drawing, const RowsShifted& shifted, bool again) {
+  const auto rows = RowsOf({drawing, shifted.page, shifted.shape}, shifted.section);
+  if (shifted.by < 0) {
+    ++lastGone_;
+    for (const auto& row : rows) {
+      if (row->gone || row->position < shifted.position) continue;
+      if (row->position == shifted.position)
+        row->gone = lastGone_;
+      else
+        --row->position;
     }
-    row->gone = true;
-    lost->push_back(row);
+    return;
   }
+  int back = 0;
+  for (const auto& row : rows) {
+    if (!row->gone && row->position >= shifted.position) ++row->position;
+    if (again && row->gone && row->position == shifted.position) back = std::max(back, row->gone);
+  }
+  for (const auto& row : rows)
+    if (back && row->gone == back) row->gone = 0;
 }
 
 }  // namespace vardo

@@ -6,38 +6,64 @@
 #include "addin/host/IVShape.h"
 #include "base/Errors.h"
 #include "base/Numbers.h"
+#include "base/Text.h"
 
 namespace vardo {
 namespace {
 
 HostError BadIndex(std::string_view what, const std::string& index) {
-  return HostError(kHostBadIndex, "There is no " + std::string(what) + " " + index + ".");
+  return HostError(kHostBadIndex, "There is no " + std::string(what) + " " + InWords(index) + ".");
 }
+
+HostError NoSuchCell(short section, short row, short column) {
+  return HostError(kHostNoSuchCell, "There is no cell " + std::to_string(column) + " in row " + std::to_string(row) +
+                                        " of section " + std::to_string(section) + ".");
+}
+
+// The sheet that an object stands for, looked up again only when something has gone meanwhile.
+class FoundSheet {
+ public:
+  FoundSheet(DrawingHost& host, const SheetRef& ref) : host_(host), ref_(ref) {}
+  const DrawingHost::SheetView& View() {
+    if (const std::uint64_t stamp = host_.Stamp(); stamp != stamp_ || !view_.sheet) {
+      view_ = host_.Resolve(ref_);
+      stamp_ = stamp;
+    }
+    return view_;
+  }
+  DrawingHost& host() const { return host_; }
+  const SheetRef& ref() const { return ref_; }
+
+ private:
+  DrawingHost& host_;
+  SheetRef ref_;
+  DrawingHost::SheetView view_{};
+  std::uint64_t stamp_ = 0;
+};
 
 class CellObject : public IVCell {
  public:
-  CellObject(DrawingHost& host, const SheetRef& ref, CellAddress address)
-      : host_(host), ref_(ref), address_(std::move(address)), row_(host.HoldRow(ref, address_)) {}
+  CellObject(const FoundSheet& sheet, const CellAddress& address)
+      : sheet_(sheet), address_(address), row_(sheet.host().HoldRow(sheet.ref(), address)) {}
   std::string Formula() override {
-    const DrawingHost::SheetView view = Existing();
-    return host_.FormulaOf(view, address_);
+    const DrawingHost::SheetView& view = Existing();
+    return sheet_.host().FormulaOf(view, address_);
   }
   void SetFormula(std::string_view formula) override {
     Existing();
-    host_.WriteFormula(ref_, address_, formula);
+    sheet_.host().WriteFormula(sheet_.ref(), address_, formula);
   }
   void SetResult(double value) override { SetFormula(NumberText(value)); }
 
  private:
-  DrawingHost::SheetView Existing() {
-    const DrawingHost::SheetView view = host_.Resolve(ref_);
+  const DrawingHost::SheetView& Existing() {
+    const DrawingHost::SheetView& view = sheet_.View();
     const bool there = row_ ? !row_->gone : view.sheet->Exists(address_);
-    if (!there) throw HostError(kHostObjectGone, "The cell " + address_.cell + " has gone with its row.");
+    if (!there) throw HostError(kHostObjectGone, "The cell " + InWords(address_.cell.text()) + " has gone with its row.");
     if (row_) address_.row = view.sheet->Rows(*address_.section)[static_cast<size_t>(row_->position)].key;
     return view;
   }
-  DrawingHost& host_;
-  SheetRef ref_;
+  FoundSheet sheet_;
   CellAddress address_;
   std::shared_ptr<const HeldRow> row_;  // null where the address itself stays good
 };
@@ -46,7 +72,7 @@ class MasterObject : public IVMaster {
  public:
   MasterObject(DrawingHost& host, int drawing, int id) : host_(host), drawing_(drawing), id_(id) {}
   std::string Name() override { return Get().Name(); }
-  void Delete() override { host_.drawing().RemoveMaster(Get()); }
+  void Delete() override { host_.DeleteMaster(Get().id()); }
 
  private:
   DrawingMaster& Get() {
@@ -60,24 +86,23 @@ class MasterObject : public IVMaster {
 
 class ShapeObject : public IVShape {
  public:
-  ShapeObject(DrawingHost& host, const SheetRef& ref) : host_(host), ref_(ref) {}
+  ShapeObject(DrawingHost& host, const SheetRef& ref) : host_(host), ref_(ref), sheet_(host, ref) {}
 
   IVCellPtr Cells(std::string_view name) override {
-    if (auto address = View().Find(name)) return std::make_shared<CellObject>(host_, ref_, *std::move(address));
-    throw HostError(kHostNoSuchCell, "The cell " + std::string(name) + " does not exist.");
+    if (auto address = View().Find(name)) return std::make_shared<CellObject>(sheet_, *address);
+    throw HostError(kHostNoSuchCell, "The cell " + InWords(name) + " does not exist.");
   }
   bool CellExists(std::string_view name, short localOnly) override {
     return View().Find(name, localOnly != kExistsAnywhere).has_value();
   }
   IVCellPtr CellsSRC(short section, short row, short column) override {
-    if (auto address = View().Find(section, row, column)) return std::make_shared<CellObject>(host_, ref_, *std::move(address));
-    throw HostError(kHostNoSuchCell, "There is no cell " + std::to_string(column) + " in row " + std::to_string(row) +
-                                         " of section " + std::to_string(section) + ".");
+    if (auto address = View().Find(section, row, column)) return std::make_shared<CellObject>(sheet_, *address);
+    throw NoSuchCell(section, row, column);
   }
 
   std::string Text() override { return host_.ResolveShape(ref_).Text(); }
   void SetText(std::string_view text) override { host_.WriteText(ref_, text); }
-  std::string Name() override { return IsPageSheet() ? "ThePage" : Page().NameOf(host_.ResolveShape(ref_)); }
+  std::string Name() override { return IsPageSheet() ? std::string("ThePage") : Page().NameOf(host_.ResolveShape(ref_)); }
   int ID() override { return IsPageSheet() ? 0 : host_.ResolveShape(ref_).id(); }
   int Index() override { return IsPageSheet() ? 0 : Page().IndexOf(host_.ResolveShape(ref_)); }
   short Type() override { return IsPageSheet() ? kShapeTypePage : host_.ResolveShape(ref_).Type(); }
@@ -97,23 +122,29 @@ class ShapeObject : public IVShape {
       return !IsOneDimensionalRow(row) ? FindObjectCell(row, 0) != nullptr : View().IsOneDimensional();
     const SectionInfo* info = FindSection(section);
     if (!info || row < 0) return false;
-    const std::vector<Sheet::Row> rows = View().Rows(*info);
+    const std::vector<Sheet::Row>& rows = View().Rows(*info);
     return static_cast<size_t>(row) < rows.size() && (localOnly == kExistsAnywhere || rows[static_cast<size_t>(row)].local);
   }
-  void AddSection(short section) override { View().AddSection(host_.drawing().editor(), Known(section)); }
+  void AddSection(short section) override { host_.AddSection(ref_, Known(section)); }
   short AddRow(short section, short row, short) override { return host_.AddRow(ref_, Known(section), row); }
   short AddNamedRow(short section, std::string_view name, short) override {
-    return View().AddNamedRow(host_.drawing().editor(), Known(section), name);
+    return host_.AddNamedRow(ref_, Known(section), name);
   }
   void DeleteRow(short section, short row) override { host_.DeleteRow(ref_, section, row); }
 
   int SetFormulas(const std::vector<std::int16_t>& stream, const std::vector<std::string>& formulas, short) override {
     if (formulas.empty() || stream.size() % 3 != 0)
       throw HostError(kHostNotAllowed, "A list of cells needs three numbers for each cell and a formula.");
-    const size_t count = stream.size() / 3;
-    for (size_t i = 0; i < count; ++i)
-      CellsSRC(stream[3 * i], stream[3 * i + 1], stream[3 * i + 2])->SetFormula(formulas[std::min(i, formulas.size() - 1)]);
-    return static_cast<int>(count);
+    std::vector<CellAddress> cells;
+    std::optional<HostError> missing;
+    for (size_t i = 0; i + 2 < stream.size() && !missing; i += 3) {
+      if (const auto address = View().Find(stream[i], stream[i + 1], stream[i + 2]))
+        cells.push_back(*address);
+      else
+        missing = NoSuchCell(stream[i], stream[i + 1], stream[i + 2]);
+    }
+    host_.WriteFormulas(ref_, cells, formulas, missing);
+    return static_cast<int>(cells.size());
   }
   void Delete() override {
     if (IsPageSheet()) throw HostError(kHostNotAllowed, "A page's sheet cannot be deleted.");
@@ -122,7 +153,7 @@ class ShapeObject : public IVShape {
 
  private:
   bool IsPageSheet() const { return ref_.shape < 0; }
-  Sheet& View() { return *host_.Resolve(ref_).sheet; }
+  Sheet& View() { return *sheet_.View().sheet; }
   DrawingPage& Page() { return host_.ResolvePage(ref_.drawing, ref_.page); }
   static const SectionInfo& Known(short section) {
     if (const SectionInfo* info = FindSection(section)) return *info;
@@ -130,6 +161,7 @@ class ShapeObject : public IVShape {
   }
   DrawingHost& host_;
   SheetRef ref_;
+  FoundSheet sheet_;
 };
 
 class ShapesObject : public IVShapes {

@@ -15,17 +15,7 @@ namespace vardo {
 namespace {
 
 constexpr std::string_view kContentTypesPart = "[Content_Types].xml";
-constexpr std::string_view kRelationshipsType = "application/vnd.openxmlformats-package.relationships+xml";
 constexpr std::string_view kDocumentRelationship = "/visio/2010/relationships/document";
-
-constexpr std::string_view kNewContentTypes =
-    "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\r\n"
-    "<Types xmlns=\"http://schemas.openxmlformats.org/package/2006/content-types\">"
-    "<Default Extension=\"rels\" ContentType=\"application/vnd.openxmlformats-package.relationships+xml\"/>"
-    "<Default Extension=\"xml\" ContentType=\"application/xml\"/></Types>";
-constexpr std::string_view kNewRelationships =
-    "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\r\n"
-    "<Relationships xmlns=\"http://schemas.openxmlformats.org/package/2006/relationships\"/>";
 
 // Last steps of the relationship types that lead to the parts a drawing consists of.
 constexpr std::array<std::string_view, 5> kDrawingRelationships{"pages", "page", "masters", "master", "windows"};
@@ -47,17 +37,6 @@ std::string_view LocalName(pugi::xml_node element) {
   return name.substr(name.find(':') + 1);
 }
 
-// A new element in the root's own namespace prefix.
-pugi::xml_node AppendElement(pugi::xml_node root, std::string_view localName) {
-  const std::string_view name = root.name();
-  const std::string prefix(name.substr(0, name.size() - LocalName(root).size()));
-  return root.append_child((prefix + std::string(localName)).c_str());
-}
-
-void SetAttribute(pugi::xml_node element, const char* name, std::string_view value) {
-  element.append_attribute(name).set_value(std::string(value).c_str());
-}
-
 // The child whose attribute has that value, without regard to case.
 pugi::xml_node FindElement(pugi::xml_node root, std::string_view localName, const char* attribute, std::string_view value) {
   const std::string wanted = LowerAscii(value);
@@ -68,13 +47,6 @@ pugi::xml_node FindElement(pugi::xml_node root, std::string_view localName, cons
 
 pugi::xml_node FindOverride(pugi::xml_node types, std::string_view part) {
   return FindElement(types, "Override", "PartName", "/" + std::string(part));
-}
-
-// The number of "rId12"; 0 for any other id.
-unsigned RelationshipNumber(std::string_view id) {
-  unsigned number = 0;
-  if (id.starts_with("rId")) std::from_chars(id.data() + 3, id.data() + id.size(), number);
-  return number;
 }
 
 }  // namespace
@@ -94,10 +66,9 @@ std::unique_ptr<Package> Package::OpenBytes(std::string zip, std::string display
   return package;
 }
 
-std::unique_ptr<Package> Package::Create(std::string displayName) {
+std::unique_ptr<Package> Package::Create(std::string displayName, std::vector<NewPart> parts) {
   std::unique_ptr<Package> package(new Package(std::move(displayName)));
-  package->Insert({.name = std::string(kContentTypesPart), .bytes = std::string(kNewContentTypes)});
-  package->Insert({.name = RelationshipsPartOf(""), .bytes = std::string(kNewRelationships)});
+  for (NewPart& part : parts) package->Insert({.name = std::move(part.name), .bytes = std::move(part.xml)});
   return package;
 }
 
@@ -155,9 +126,10 @@ Package::Part& Package::Get(std::string_view name) const {
 }
 
 Package::Part& Package::Insert(Part part) {
-  if (Find(part.name)) throw FileError(file_ + " has " + PartInWords(part.name) + " already; give the new part a fresh name.");
+  if (FindPresent(part.name))
+    throw FileError(file_ + " has " + PartInWords(part.name) + " already; give the new part a fresh name.");
   Part& inserted = *parts_.emplace_back(std::make_unique<Part>(std::move(part)));
-  byName_.emplace(LowerAscii(inserted.name), &inserted);
+  byName_[LowerAscii(inserted.name)] = &inserted;
   return inserted;
 }
 
@@ -200,15 +172,10 @@ XmlPart& Package::Xml(Part& part) {
   return *part.xml;
 }
 
-XmlPart& Package::AddXml(std::string part, std::string_view xml, std::string_view contentType) {
+XmlPart& Package::Add(std::string part, std::string_view xml) {
   auto tree = std::make_unique<XmlPart>(file_, part, XmlBytes::CopyOf(xml));
-  Part& added = Insert({.name = std::move(part), .bytes = std::string(xml), .xml = std::move(tree)});
-  Declare(added, contentType);
+  Part& added = Insert({.name = std::move(part), .bytes = std::string(xml), .xml = std::move(tree), .present = false});
   return *added.xml;
-}
-
-void Package::AddBytes(std::string part, std::string bytes, std::string_view contentType) {
-  Declare(Insert({.name = std::move(part), .bytes = std::move(bytes)}), contentType);
 }
 
 std::string Package::FreshName(std::string_view stem, std::string_view ending) const {
@@ -218,47 +185,23 @@ std::string Package::FreshName(std::string_view stem, std::string_view ending) c
   }
 }
 
-void Package::SetPresent(std::string_view name, bool present) {
-  Part& part = Get(name);
-  if (part.present == present) return;
+Package::Part& Package::Get(const XmlPart& tree) const {
+  return **std::find_if(parts_.begin(), parts_.end(), [&](const auto& part) { return part->xml.get() == &tree; });
+}
+
+void Package::SetPresent(XmlPart& tree, bool present) {
+  Part& part = Get(tree);
   part.present = present;
-  SetDeclared(part, present);
-  if (Part* list = Find(RelationshipsPartOf(part.name))) SettleRelationships(*list, present);
+  if (present) byName_[LowerAscii(part.name)] = &part;
 }
 
-// ------------------------------------------------------------------------------------------------------- list parts
-
-// The elements of [Content_Types].xml and of relationships parts come and go as wholes. Each part's count of edits is the number
-// of elements that deviate from the last save, so that adding and removing, in whatever order they are undone, end where they
-// began.
-void Package::NoteDeviation(Part& list, pugi::xml_node element) {
-  const std::string text = Xml(list).Serialise(element);
-  if (list.deviations.erase(text)) {
-    list.xml->Touch(-1);
-  } else {
-    list.deviations.insert(text);
-    list.xml->Touch(+1);
-  }
-}
-
-void Package::TakeOut(Part& list, pugi::xml_node element, const std::string& key) {
-  const auto siblings = element.parent().children();
-  const ptrdiff_t place = std::distance(siblings.begin(), pugi::xml_node_iterator(element));
-  list.taken[key] = {takenElements_.append_copy(element), place};
-  NoteDeviation(list, element);
-  element.parent().remove_child(element);
-}
-
-bool Package::PutBack(Part& list, const std::string& key) {
-  const auto taken = list.taken.find(key);
-  if (taken == list.taken.end()) return false;
-  pugi::xml_node root = Xml(list).root();
-  pugi::xml_node next = root.first_child();
-  for (ptrdiff_t i = 0; next && i < taken->second.place; ++i) next = next.next_sibling();
-  NoteDeviation(list, next ? root.insert_copy_before(taken->second.copy, next) : root.append_copy(taken->second.copy));
-  takenElements_.remove_child(taken->second.copy);
-  list.taken.erase(taken);
-  return true;
+void Package::Forget(XmlPart& tree) {
+  Part& part = Get(tree);
+  if (part.present) return;
+  part.xml.reset();
+  if (part.index) return;
+  if (const auto named = byName_.find(LowerAscii(part.name)); named->second == &part) byName_.erase(named);
+  std::erase_if(parts_, [&](const auto& known) { return known.get() == &part; });
 }
 
 std::string Package::ContentTypeOf(std::string_view part) {
@@ -269,25 +212,6 @@ std::string Package::ContentTypeOf(std::string_view part) {
   if (!declaration && dot != std::string_view::npos)
     declaration = FindElement(types, "Default", "Extension", LastStep(part).substr(dot + 1));
   return declaration.attribute("ContentType").value();
-}
-
-void Package::Declare(const Part& part, std::string_view contentType) {
-  Part* list = FindPresent(kContentTypesPart);
-  if (!list || ContentTypeOf(part.name) == contentType) return;
-  pugi::xml_node declaration = AppendElement(Xml(*list).root(), "Override");
-  SetAttribute(declaration, "PartName", "/" + part.name);
-  SetAttribute(declaration, "ContentType", contentType);
-  NoteDeviation(*list, declaration);
-}
-
-void Package::SetDeclared(const Part& part, bool declared) {
-  Part* list = FindPresent(kContentTypesPart);
-  if (!list) return;
-  const std::string key = LowerAscii(part.name);
-  if (declared)
-    PutBack(*list, key);
-  else if (const pugi::xml_node declaration = FindOverride(Xml(*list).root(), part.name))
-    TakeOut(*list, declaration, key);
 }
 
 // ---------------------------------------------------------------------------------------------------- relationships
@@ -306,59 +230,6 @@ std::vector<Relationship> Package::RelationshipsOf(std::string_view part) {
                              .external = external});
   }
   return relationships;
-}
-
-Package::Part& Package::RelationshipsPart(std::string_view part) {
-  const std::string name = RelationshipsPartOf(part);
-  if (Part* list = Find(name)) return *list;
-  Part& list = Insert({.name = name, .bytes = std::string(kNewRelationships)});
-  Declare(list, kRelationshipsType);
-  return list;
-}
-
-// A relationships part that a save never wrote is there only while it has something to say.
-void Package::SettleRelationships(Part& list, bool sourcePresent) {
-  const bool present = sourcePresent && (list.index || Xml(list).root().first_child());
-  if (list.present == present) return;
-  list.present = present;
-  SetDeclared(list, present);
-}
-
-std::string Package::AddRelationship(std::string_view part, std::string_view type, std::string_view targetPart, std::string id) {
-  Part& list = RelationshipsPart(part);
-  pugi::xml_node root = Xml(list).root();
-  if (id.empty()) {
-    unsigned highest = 0;
-    for (pugi::xml_node element : root.children())
-      highest = std::max(highest, RelationshipNumber(element.attribute("Id").value()));
-    for (const auto& [takenId, taken] : list.taken) highest = std::max(highest, RelationshipNumber(takenId));
-    id = "rId" + std::to_string(highest + 1);
-  }
-  const auto taken = list.taken.find(id);
-  const bool isUndo = taken != list.taken.end() && type == taken->second.copy.attribute("Type").value() &&
-                      ResolveTarget(part, taken->second.copy.attribute("Target").value()) == targetPart;
-  if (isUndo) {
-    PutBack(list, id);
-  } else {
-    pugi::xml_node element = AppendElement(root, "Relationship");
-    SetAttribute(element, "Id", id);
-    SetAttribute(element, "Type", type);
-    SetAttribute(element, "Target", RelativeTarget(part, targetPart));
-    NoteDeviation(list, element);
-  }
-  SettleRelationships(list, true);
-  return id;
-}
-
-void Package::RemoveRelationship(std::string_view part, std::string_view id) {
-  Part* list = FindPresent(RelationshipsPartOf(part));
-  if (!list) return;
-  for (pugi::xml_node element : Xml(*list).root().children()) {
-    if (id != element.attribute("Id").value()) continue;
-    TakeOut(*list, element, std::string(id));
-    SettleRelationships(*list, true);
-    return;
-  }
 }
 
 // ------------------------------------------------------------------------------------------------------------- saving
@@ -402,7 +273,7 @@ std::vector<Package::SavedPart> Package::PartsIn(const ZipArchive& archive) cons
   std::vector<SavedPart> saved;
   for (const auto& part : parts_) {
     const auto place = places.find(part->name);
-    if (part->present != (place != places.end()))
+    if (part->present && place == places.end())
       throw FileError(file_ + " could not be saved: " + PartInWords(part->name) + " was lost while packing; save it again.");
     if (part->present)
       saved.push_back({.index = place->second, .bytes = {}});
@@ -419,7 +290,6 @@ void Package::Adopt(std::unique_ptr<ZipArchive> archive, std::vector<SavedPart> 
     part.index = saved[i].index;
     part.bytes = std::move(saved[i].bytes);
     if (!part.present) continue;
-    part.deviations.clear();
     if (part.xml) part.xml->MarkSaved();
   }
 }

@@ -12,7 +12,6 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -37,8 +36,11 @@ class Package {
   // word.
   static std::unique_ptr<Package> OpenFile(const std::filesystem::path& path);
   static std::unique_ptr<Package> OpenBytes(std::string zip, std::string displayName);
-  // [Content_Types].xml with the defaults for .rels and .xml, and empty package relationships.
-  static std::unique_ptr<Package> Create(std::string displayName);
+  struct NewPart {
+    std::string name, xml;
+  };
+  // Of those parts, [Content_Types].xml and relationships included, in that order.
+  static std::unique_ptr<Package> Create(std::string displayName, std::vector<NewPart> parts);
 
   // How sentences name the file.
   const std::string& displayName() const { return file_; }
@@ -51,22 +53,21 @@ class Package {
   // The part's tree, parsed at first use; good as long as the package, taken out or not.
   XmlPart& Xml(std::string_view part);
 
-  // A new part, declared in [Content_Types].xml (unless the package has none, or its default for the extension says so already).
-  // The name must never have been used in this package, not even by a part since taken out: FreshName gives one.
-  XmlPart& AddXml(std::string part, std::string_view xml, std::string_view contentType);
-  void AddBytes(std::string part, std::string bytes, std::string_view contentType);
-  // `stem`, the lowest number from 1 that is free, `ending`: FreshName("visio/pages/page", ".xml").
+  // A new part; it is not in the package until it is made present. The name must be free: FreshName gives one.
+  XmlPart& Add(std::string part, std::string_view xml);
+  // `stem`, the lowest number from 1 that is free, `ending`: FreshName("visio/pages/page", ".xml"). The names of parts that have
+  // been taken out are not free.
   std::string FreshName(std::string_view stem, std::string_view ending) const;
-  // Takes a part out or puts it back where it was, with its declaration and its own relationships; its tree lives on meanwhile.
-  // Relationships that lead to it are the caller's.
-  void SetPresent(std::string_view part, bool present);
+  // Takes a part out or puts it back where it was; its tree lives on meanwhile. What names the part in [Content_Types].xml and in
+  // relationships is the caller's.
+  void SetPresent(XmlPart& part, bool present);
+  // Frees the tree of a part that has been taken out, and its name unless the file still has it.
+  void Forget(XmlPart& part);
 
   // Of a part, or with "" of the package; in their order. None when there is no relationships part.
   std::vector<Relationship> RelationshipsOf(std::string_view part);
-  // Adds one and returns its id: the given one, or the next free rIdN. One that was removed is put back in its old place when its
-  // id is given with the same type and target, as undo does.
-  std::string AddRelationship(std::string_view part, std::string_view type, std::string_view targetPart, std::string id = {});
-  void RemoveRelationship(std::string_view part, std::string_view id);
+  // As [Content_Types].xml declares it; empty when it does not, or is missing.
+  std::string ContentTypeOf(std::string_view part);
 
   // The document, as the package's relationships name it.
   std::string MainPart();
@@ -79,20 +80,12 @@ class Package {
   void Save(const std::filesystem::path& target, FileSystem& files = MachineFileSystem());
 
  private:
-  // An element taken out of a list part (a declaration, a relationship), kept with its place so that putting it back undoes the
-  // removal.
-  struct TakenElement {
-    pugi::xml_node copy;
-    ptrdiff_t place;
-  };
   struct Part {
     std::string name;
     std::optional<size_t> index{};   // in the archive
     std::string bytes{};             // of a part that the archive has not, as added or last saved
     std::unique_ptr<XmlPart> xml{};  // once parsed
     bool present = true;
-    std::unordered_map<std::string, TakenElement> taken{};  // of a list part, by part name or id
-    std::set<std::string> deviations{};                     // elements added or removed since the last save
 
     bool Changed() const { return present != index.has_value() || (present && xml && xml->changed()); }
   };
@@ -111,19 +104,11 @@ class Package {
   Part* Find(std::string_view name) const;
   Part* FindPresent(std::string_view name) const;
   Part& Get(std::string_view name) const;
+  Part& Get(const XmlPart& tree) const;
   Part& Insert(Part part);
   XmlPart& Xml(Part& part);
   std::string Bytes(const Part& part) const;
   std::string SavedBytes(const Part& part) const;
-
-  std::string ContentTypeOf(std::string_view part);
-  void Declare(const Part& part, std::string_view contentType);
-  void SetDeclared(const Part& part, bool declared);
-  void TakeOut(Part& list, pugi::xml_node element, const std::string& key);
-  bool PutBack(Part& list, const std::string& key);
-  void NoteDeviation(Part& list, pugi::xml_node element);
-  Part& RelationshipsPart(std::string_view part);
-  void SettleRelationships(Part& list, bool sourcePresent);
 
   std::vector<ZipEdit> Edits() const;
   std::vector<SavedPart> PartsIn(const ZipArchive& archive) const;
@@ -133,7 +118,6 @@ class Package {
   std::unique_ptr<ZipArchive> archive_;
   std::vector<std::unique_ptr<Part>> parts_;
   std::unordered_map<std::string, Part*> byName_;  // lowered
-  pugi::xml_document takenElements_;
 };
 
 }  // namespace vardo

@@ -13,7 +13,6 @@
 namespace vardo {
 namespace {
 
-constexpr long long kSavedStateGone = std::numeric_limits<long long>::min();
 constexpr std::string_view kBlanks = " \t\r\n";
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 // Everything is kept: white space, CDATA, comments, instructions; and, to be found out, what must not stand beside the root
@@ -296,11 +295,6 @@ XmlPart::XmlPart(const std::string& file, std::string name, XmlBytes text) : nam
   if (root_.type() != pugi::node_element || root_.next_sibling())
     throw frame.Damaged("is not well-formed XML (something stands beside the root element)");
   CheckDepth(root_, frame);
-}
-
-void XmlPart::Touch(int direction) {
-  if (direction > 0 && edits_ < savedEdits_) savedEdits_ = kSavedStateGone;
-  edits_ += direction;
 }
 
 std::string XmlPart::Serialise() const {

@@ -4,6 +4,7 @@
 #include <pugixml.hpp>
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -19,9 +20,9 @@ struct XmlBytes {
   static XmlBytes CopyOf(std::string_view text);
 };
 
-// The tree is edited through root() and pugixml; each edit is told with Touch. Values are UTF-8 without escapes. Line breaks in
-// element text are as in the file, mostly CR LF; readers take CR LF, CR and LF as one line break. A raw line break in an
-// attribute is a space, as XML has it.
+// The tree is edited through root() and pugixml; whoever does gives the part a new state. Values are UTF-8 without escapes. Line
+// breaks in element text are as in the file, mostly CR LF; readers take CR LF, CR and LF as one line break. A raw line break in
+// an attribute is a space, as XML has it.
 //
 // Serialise gives back the bytes read, but for what means nothing in XML: white space within tags, mixed quotes, <x></x> for
 // <x/>, references where a plain character does. Parts written by Visio come back byte for byte.
@@ -37,13 +38,12 @@ class XmlPart {
   // The root element; good as long as the part.
   pugi::xml_node root() { return root_; }
 
-  // An edit (+1), or an edit undone (-1). Back at the count of the last save, the part is unchanged - unless a new edit took the
-  // place of one that had been saved and then undone.
-  void Touch(int direction = +1);
-  // An undone edit done once more. (Touch(+1) is right too, but leaves a part changed that is back at what was saved.)
-  void Retouch() { ++edits_; }
-  bool changed() const { return edits_ != savedEdits_; }
-  void MarkSaved() { savedEdits_ = edits_; }
+  // Which of its contents the part holds: whoever edits the tree gives it a new state, and the old one back with the old content.
+  std::uint64_t state() const { return state_; }
+  void SetState(std::uint64_t state) { state_ = state; }
+  // Whether the content is another than the one last saved.
+  bool changed() const { return state_ != savedState_; }
+  void MarkSaved() { savedState_ = state_; }
 
   // What stands around the root element verbatim, its attributes' kind of quotes, no white space added. Control characters, which
   // XML cannot hold, are left out.
@@ -58,7 +58,7 @@ class XmlPart {
   pugi::xml_node root_;
   char quote_ = '"';
   bool carriageReturnReferences_ = false;
-  long long edits_ = 0, savedEdits_ = 0;
+  std::uint64_t state_ = 0, savedState_ = 0;
 };
 
 }  // namespace vardo

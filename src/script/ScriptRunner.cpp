@@ -359,15 +359,15 @@ Json ScriptRunner::SetCell(const Json& arguments) {
 
 Json ScriptRunner::Rows(const Json& arguments) {
   const SheetRef ref = SheetArgument(arguments);
-  const Sheet& sheet = *session_.host().Resolve(ref).sheet;
+  const DrawingHost::SheetView view = session_.host().Resolve(ref);
   const SectionInfo* section = FindSection(As<short>(Required(arguments, "section"), "section"));
   Json rows = Json::array();
   if (!section) return rows;
-  for (const Sheet::Row& row : sheet.Rows(*section)) {
+  for (const Sheet::Row& row : view.sheet->Rows(*section)) {
     Json cells = Json::object();
     for (const ColumnInfo& column : section->columns)
-      cells[std::string(column.name)] = session_.host().FormulaOf(ref, {section, row.key, std::string(column.name)});
-    rows.push_back({{"name", row.key}, {"cells", cells}});
+      cells[std::string(column.name)] = session_.host().FormulaOf(view, {section, row.key, Symbol(column.name)});
+    rows.push_back({{"name", view.sheet->RowText(*section, row.key)}, {"cells", cells}});
   }
   return rows;
 }
@@ -378,10 +378,11 @@ Json ScriptRunner::RowDelete(const Json& arguments) {
   const Json& row = Required(arguments, "row");
   const SectionInfo* section = FindSection(number);
   if (!section) Refuse("there is no section " + std::to_string(number));
-  const std::vector<Sheet::Row> rows = session_.host().Resolve(ref).sheet->Rows(*section);
+  const Sheet& sheet = *session_.host().Resolve(ref).sheet;
+  const std::vector<Sheet::Row>& rows = sheet.Rows(*section);
   short position = row.is_number_integer() ? As<short>(row, "row") : -1;
   for (size_t i = 0; row.is_string() && i < rows.size(); ++i)
-    if (EqualAsciiIgnoringCase(rows[i].key, row.get<std::string>())) position = static_cast<short>(i);
+    if (EqualAsciiIgnoringCase(sheet.RowText(*section, rows[i].key), row.get<std::string>())) position = static_cast<short>(i);
   if (position < 0 || static_cast<size_t>(position) >= rows.size()) Refuse("there is no row " + row.dump());
   session_.host().DeleteRow(ref, number, position);
   return nullptr;
@@ -415,7 +416,7 @@ Json ScriptRunner::Actions(const Json& arguments) {
   const SectionInfo& section = *FindSectionByElement("Actions");
   Json actions = Json::array();
   for (const Sheet::Row& row : sheet.Rows(section)) {
-    const auto cell = [&](const char* name) { return CellAddress{&section, row.key, name}; };
+    const auto cell = [&](const char* name) { return CellAddress{&section, row.key, Symbol(name)}; };
     if (!IsTrue(sheet.Value(cell("Invisible"))))
       actions.push_back({{"menu", ValueJson(sheet.Value(cell("Menu")))}, {"action", sheet.Formula(cell("Action"))}});
   }

@@ -1,7 +1,11 @@
 #include "stencil/StencilPackage.h"
 
+#include "package/PartNames.h"
 #include "stencil/DocumentParts.h"
 #include "stencil/MasterParts.h"
+
+#include <map>
+#include <utility>
 
 namespace vardo {
 namespace {
@@ -19,53 +23,107 @@ std::string VisioRelationship(std::string_view kind) {
   return "http://schemas.microsoft.com/visio/2010/relationships/" + std::string(kind);
 }
 
-void AddDocument(Package& package) {
-  package.AddXml(std::string(kDocument), DocumentPart(), VisioType("drawing.main"));
-  package.AddRelationship("", VisioRelationship("document"), kDocument);
-  package.AddXml(std::string(kWindows), WindowsPart(), VisioType("windows"));
-  package.AddRelationship(kDocument, VisioRelationship("windows"), kWindows);
+// The parts of a package as they are put together, with what declares and relates them.
+class NewParts {
+ public:
+  void Add(std::string_view name, std::string xml, std::string_view contentType) {
+    parts_.push_back({std::string(name), std::move(xml)});
+    declarations_.emplace_back("/" + std::string(name), contentType);
+  }
+  // The n-th relationship of a part, counted from 1, has the id "rId" and n.
+  void Relate(std::string_view from, std::string type, std::string_view to) {
+    relationships_[std::string(from)].push_back({std::move(type), RelativeTarget(from, to)});
+  }
+
+  std::vector<Package::NewPart> Take() {
+    std::vector<Package::NewPart> all{{"[Content_Types].xml", ContentTypes()}};
+    for (const auto& [from, related] : relationships_) all.push_back({RelationshipsPartOf(from), Relationships(related)});
+    for (Package::NewPart& part : parts_) all.push_back(std::move(part));
+    return all;
+  }
+
+ private:
+  struct Related {
+    std::string type, target;
+  };
+
+  // None of these texts holds a character that XML escapes.
+  static std::string Element(const std::string& name, const std::vector<std::pair<const char*, std::string>>& attributes) {
+    std::string text = "<" + name;
+    for (const auto& [attribute, value] : attributes) text.append(" ").append(attribute).append("=\"" + value + "\"");
+    return text + "/>";
+  }
+
+  static std::string ListPart(const std::string& root, const std::string& nameSpace, const std::string& elements) {
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\r\n<" + root +
+           " xmlns=\"http://schemas.openxmlformats.org/package/2006/" + nameSpace + "\">" + elements + "</" + root + ">";
+  }
+
+  std::string ContentTypes() const {
+    std::string elements =
+        Element("Default", {{"Extension", "rels"}, {"ContentType", "application/vnd.openxmlformats-package.relationships+xml"}}) +
+        Element("Default", {{"Extension", "xml"}, {"ContentType", "application/xml"}});
+    for (const auto& [part, type] : declarations_) elements += Element("Override", {{"PartName", part}, {"ContentType", type}});
+    return ListPart("Types", "content-types", elements);
+  }
+
+  static std::string Relationships(const std::vector<Related>& related) {
+    std::string elements;
+    int number = 0;
+    for (const auto& [type, target] : related)
+      elements += Element("Relationship", {{"Id", "rId" + std::to_string(++number)}, {"Type", type}, {"Target", target}});
+    return ListPart("Relationships", "relationships", elements);
+  }
+
+  std::vector<Package::NewPart> parts_;
+  std::vector<std::pair<std::string, std::string>> declarations_;
+  std::map<std::string, std::vector<Related>> relationships_;
+};
+
+void AddDocument(NewParts& parts) {
+  parts.Add(kDocument, DocumentPart(), VisioType("drawing.main"));
+  parts.Relate("", VisioRelationship("document"), kDocument);
+  parts.Add(kWindows, WindowsPart(), VisioType("windows"));
+  parts.Relate(kDocument, VisioRelationship("windows"), kWindows);
 }
 
-void AddPage(Package& package) {
-  package.AddXml(std::string(kPages), PageListPart(), VisioType("pages"));
-  package.AddRelationship(kDocument, VisioRelationship("pages"), kPages);
-  package.AddXml(std::string(kPage), EmptyPagePart(), VisioType("page"));
-  package.AddRelationship(kPages, VisioRelationship("page"), kPage);
+void AddPage(NewParts& parts) {
+  parts.Add(kPages, PageListPart(), VisioType("pages"));
+  parts.Relate(kDocument, VisioRelationship("pages"), kPages);
+  parts.Add(kPage, EmptyPagePart(), VisioType("page"));
+  parts.Relate(kPages, VisioRelationship("page"), kPage);
 }
 
 // The list names its masters by the relationships that are made here in the same order.
-void AddMasters(Package& package) {
-  package.AddXml(std::string(kMasters), MasterListPart(), VisioType("masters"));
-  package.AddRelationship(kDocument, VisioRelationship("masters"), kMasters);
+void AddMasters(NewParts& parts) {
+  parts.Add(kMasters, MasterListPart(), VisioType("masters"));
+  parts.Relate(kDocument, VisioRelationship("masters"), kMasters);
   int number = 0;
   for (const MasterPart& master : MasterParts()) {
     const std::string part = "visio/masters/master" + std::to_string(++number) + ".xml";
-    package.AddXml(part, master.contents, VisioType("master"));
-    package.AddRelationship(kMasters, VisioRelationship("master"), part, "rId" + std::to_string(number));
+    parts.Add(part, master.contents, VisioType("master"));
+    parts.Relate(kMasters, VisioRelationship("master"), part);
   }
 }
 
-void AddProperties(Package& package) {
-  package.AddXml(std::string(kCoreProperties), CorePropertiesPart(),
-                 "application/vnd.openxmlformats-package.core-properties+xml");
-  package.AddRelationship("", "http://schemas.openxmlformats.org/package/2006/relationships/metadata/core-properties",
-                          kCoreProperties);
-  package.AddXml(std::string(kApplicationProperties),
-                 ApplicationPropertiesPart({std::string(kFirstPageName)}, StencilMasterNames()),
-                 "application/vnd.openxmlformats-officedocument.extended-properties+xml");
-  package.AddRelationship("", "http://schemas.openxmlformats.org/officeDocument/2006/relationships/extended-properties",
-                          kApplicationProperties);
+void AddProperties(NewParts& parts) {
+  parts.Add(kCoreProperties, CorePropertiesPart(), "application/vnd.openxmlformats-package.core-properties+xml");
+  parts.Relate("", "http://schemas.openxmlformats.org/package/2006/relationships/metadata/core-properties", kCoreProperties);
+  parts.Add(kApplicationProperties, ApplicationPropertiesPart({std::string(kFirstPageName)}, StencilMasterNames()),
+            "application/vnd.openxmlformats-officedocument.extended-properties+xml");
+  parts.Relate("", "http://schemas.openxmlformats.org/officeDocument/2006/relationships/extended-properties",
+               kApplicationProperties);
 }
 
 }  // namespace
 
 std::unique_ptr<Package> MakeNewDrawing() {
-  std::unique_ptr<Package> package = Package::Create("the new drawing");
-  AddDocument(*package);
-  AddMasters(*package);
-  AddPage(*package);
-  AddProperties(*package);
-  return package;
+  NewParts parts;
+  AddDocument(parts);
+  AddMasters(parts);
+  AddPage(parts);
+  AddProperties(parts);
+  return Package::Create("the new drawing", parts.Take());
 }
 
 const std::vector<std::string>& StencilMasterNames() {

@@ -116,7 +116,7 @@ class World {
     DrawingPage& page = host().ActivePage();
     page.FindShape("Create");
     page.IndexOf(page.ShapeAt(1));
-    page.ReadersOf(page.ShapeAt(1).id());
+    page.Readers();
   }
 
   const TestPlatform platform_;

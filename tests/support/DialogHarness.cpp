@@ -2,7 +2,7 @@
 
 #include "addin/host/IVApplication.h"
 #include "addin/host/IVDocument.h"
-#include "document/CellNames.h"
+#include "formula/CellNames.h"
 #include "props/PropertyCells.h"
 
 #include <algorithm>
@@ -89,9 +89,10 @@ void DialogHarness::SetProperty(const IVShapePtr& shape, std::string_view proper
 
 void DialogHarness::RemoveProperty(const IVShapePtr& shape, std::string_view property) {
   const SectionInfo* section = FindSection(kSectionProp);
-  const auto rows = host_.Resolve(host_.RefTo(host_.ActivePage(), shape->ID())).sheet->Rows(*section);
+  const Sheet& sheet = *host_.Resolve(host_.RefTo(host_.ActivePage(), shape->ID())).sheet;
+  const std::vector<Sheet::Row>& rows = sheet.Rows(*section);
   for (size_t i = 0; i < rows.size(); ++i)
-    if (rows[i].key == property) return shape->DeleteRow(kSectionProp, static_cast<short>(i));
+    if (sheet.RowText(*section, rows[i].key) == property) return shape->DeleteRow(kSectionProp, static_cast<short>(i));
   throw std::logic_error("no property " + std::string(property));
 }
 
@@ -130,9 +131,10 @@ std::vector<std::string> DialogHarness::Drawn() {
         int position = 0;
         for (const Sheet::Row& row : shape.Rows(*section)) {
           std::string line = name + std::string(section->prefix) + "." +
-                             (number == kSectionConnectionPts ? std::to_string(++position) : row.key) + ":";
+                             (number == kSectionConnectionPts ? std::to_string(++position) : shape.RowText(*section, row.key)) +
+                             ":";
           for (const ColumnInfo& column : section->columns)
-            line += " " + host_.FormulaOf(host_.RefTo(drawn, shape.id()), {section, row.key, std::string(column.name)});
+            line += " " + host_.FormulaOf(host_.RefTo(drawn, shape.id()), {section, row.key, Symbol(column.name)});
           lines.push_back(line);
         }
       }

@@ -3,6 +3,8 @@
 
 #include "TestPackages.h"
 #include "document/Drawing.h"
+#include "document/FormulaScopeOfDrawing.h"
+#include "package/Package.h"
 
 #include <filesystem>
 #include <fstream>
@@ -140,12 +142,12 @@ inline std::unique_ptr<Drawing> OpenText(const DrawingText& text) {
 }
 
 // The element of a shape as a save would write it.
-inline std::string Written(const Sheet& sheet) { return sheet.part().Serialise(sheet.element()); }
+inline std::string Written(const Sheet& sheet) { return sheet.part().Serialise(pugi::xml_node(sheet.element())); }
 
 // A formula written as a person or the add-in does.
 inline void SetCell(Drawing& drawing, Sheet& sheet, std::string_view cell, std::string_view formula) {
   const CellAddress address = sheet.Find(cell).value();
-  sheet.SetFormula(drawing.editor(), address, formula, drawing.ScopeFor(&drawing.PageAt(1), sheet, address));
+  sheet.SetFormula(drawing.editor(), address, formula, FormulaScopeOfDrawing(drawing, &drawing.PageAt(1), sheet, address));
 }
 
 }  // namespace vardo::test

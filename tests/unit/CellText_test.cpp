@@ -1,6 +1,6 @@
 #include "document/CellText.h"
 
-#include "TestDrawings.h"
+#include "TestTree.h"
 #include "base/Numbers.h"
 
 #include <gtest/gtest.h>
@@ -11,19 +11,17 @@ namespace {
 // A Cell element in a tree of its own.
 class OneCell {
  public:
-  explicit OneCell(const std::string& cell) : part_("test.vsdx", "part", XmlBytes::CopyOf("<Row a='1'>" + cell + "</Row>")) {}
-  pugi::xml_node cell() { return part_.root().child("Cell"); }
-  std::string Written() { return part_.Serialise(cell()); }
+  explicit OneCell(const std::string& cell) : tree_("<Row a='1'>" + cell + "</Row>") {}
+  pugi::xml_node cell() { return tree_.part().root().child("Cell"); }
+  std::string Written() { return tree_.part().Serialise(cell()); }
   void Write(std::string_view formula, const std::optional<CellValue>& value, bool isText = false) {
-    WriteFormula(editor_, part_, cell(), formula, value, isText);
+    WriteFormula(tree_.editor(), tree_.part(), cell(), formula, value, isText);
   }
-  void Undo() { journal_.Undo(); }
-  Journal& journal() { return journal_; }
+  void Undo() { tree_.log().Undo(); }
+  EditLog& log() { return tree_.log(); }
 
  private:
-  XmlPart part_;
-  Journal journal_;
-  TreeEditor editor_{journal_};
+  test::TestTree tree_;
 };
 
 TEST(CellText, ReadsTheFormulaThatACellStandsFor) {
@@ -107,7 +105,7 @@ TEST(CellText, WritesAFormulaAsFilesHaveIt) {
     OneCell cell(c.cell);
     cell.Write(c.formula, c.value, c.isText);
     EXPECT_EQ(cell.Written(), c.want) << c.why;
-    while (cell.journal().CanUndo()) cell.Undo();
+    while (cell.log().CanUndo()) cell.Undo();
     EXPECT_EQ(cell.Written(), c.cell) << "undone: " << c.why;
   }
 }
@@ -115,7 +113,7 @@ TEST(CellText, WritesAFormulaAsFilesHaveIt) {
 TEST(CellText, UndoPutsAttributesBackInTheOrderOfAnotherWriter) {
   OneCell cell("<Cell N='Width' U='MM' F='Height*2' V='1'/>");
   cell.Write("2", 2.0);
-  while (cell.journal().CanUndo()) cell.Undo();
+  while (cell.log().CanUndo()) cell.Undo();
   EXPECT_EQ(cell.Written(), "<Cell N='Width' U='MM' F='Height*2' V='1'/>");
 }
 

@@ -2,10 +2,11 @@
 #include "addin/host/HostConstants.h"
 #include "addin/host/IVShape.h"
 #include "base/Errors.h"
-#include "formula/FormulaReferences.h"
 #include "memoryhost/DrawingHost.h"
+#include "package/Package.h"
 
 #include <gmock/gmock.h>
+#include <pugixml.hpp>
 
 namespace vardo {
 namespace {
@@ -33,7 +34,10 @@ class Connectors : public testing::Test {
     return std::get<double>(value);
   }
   std::string Attribute(const SheetRef& ref, const char* cell, const char* attribute) {
-    return host_.ResolveShape(ref).element().find_child_by_attribute("Cell", "N", cell).attribute(attribute).value();
+    return pugi::xml_node(host_.ResolveShape(ref).element())
+        .find_child_by_attribute("Cell", "N", cell)
+        .attribute(attribute)
+        .value();
   }
   // Each Connect element as "3 BeginX 9 > 1 Connections.X1 100".
   std::vector<std::string> Connects() {
@@ -64,7 +68,7 @@ TEST_F(Connectors, EveryKindOfGlueIsWrittenAsFilesHaveIt) {
   const SheetRef d = Connect({b.shape}, {});
   EXPECT_EQ(Formula(d, "BeginX"), "PAR(PNT(Process.2!Connections.X3,Process.2!Connections.Y3))");
   EXPECT_EQ(Formula(b, "Connections.AutoGen3"), "1") << "the host's mark";
-  EXPECT_EQ(host_.drawing().Undo(), "Connector");
+  EXPECT_EQ(host_.Undo(), "Connector");
   EXPECT_EQ(Connects().size(), 2u);
 }
 
@@ -111,7 +115,9 @@ TEST_F(Connectors, CirclesEndAndKeepAValue) {
 
 TEST_F(Connectors, AnErrorKeepsTheLastValue) {
   const SheetRef a = Drop("Process", 2, 5), b = Drop("Process", 6, 5);
-  const auto error = [&] { return host_.ResolveShape(b).element().select_node(".//Row[@N='x']/Cell/@E").attribute().value(); };
+  const auto error = [&] {
+    return pugi::xml_node(host_.ResolveShape(b).element()).select_node(".//Row[@N='x']/Cell/@E").attribute().value();
+  };
   host_.SetCell(b, "User.x", "Process!PinX");
   EXPECT_STREQ(error(), "");
   host_.Select({a.shape});
@@ -218,31 +224,6 @@ TEST_F(Connectors, RefusesWhatCannotBeConnected) {
   EXPECT_THROW(host_.Connect("Dynamic connector", page(), {a.shape, 3}, {}), HostError);
   EXPECT_THROW(host_.Connect("Dynamic connector", page(), {99}, {}), HostError);
   EXPECT_EQ(host_.ActivePage().ShapeCount(), before);
-}
-
-TEST(FormulaReferences, AreFoundAndRewritten) {
-  const struct {
-    const char *formula, *want, *why;
-  } cases[] = {
-      {"A!X+A!Y", "B!X+B!Y", "every reference"},
-      {"\"A!X\"&A!X", "\"A!X\"&B!X", "not in strings"},
-      {"'my A'!X+'A'!X", "'my A'!X+B!X", "in quotes too"},
-      {"MAX(A!X,AA!X)", "MAX(B!X,AA!X)", "whole names only"},
-      {"Pages[A!B]!A!X", "Pages[A!B]!A!X", "not on other pages"},
-      {"\"open", "\"open", "a string without an end"},
-      {"'open", "'open", "a name without an end"},
-      {"A!", "B!", "a reference without a cell"},
-  };
-  for (const auto& c : cases) {
-    const std::string got = RewriteReferences(c.formula, [](FormulaReference& reference) {
-      if (reference.sheet != "A" || reference.onOtherPage) return false;
-      reference.sheet = "B";
-      return true;
-    });
-    EXPECT_EQ(got, c.want) << c.why;
-  }
-  EXPECT_EQ(SheetNameInFormula("Process.2"), "Process.2");
-  EXPECT_EQ(SheetNameInFormula("it's 2"), "'it''s 2'");
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include "addin/host/HostConstants.h"
 #include "addin/host/IVShape.h"
 #include "base/Errors.h"
+#include "base/FileError.h"
 #include "memoryhost/DrawingHost.h"
 
 #include <gmock/gmock.h>
@@ -114,18 +115,98 @@ TEST(Drawing, InnerShapesInheritFromTheMastersInnerShapes) {
   EXPECT_EQ(page.FindShape(23)->parent(), page.FindShape(22));
 }
 
-TEST(Drawing, DeletedInnerShapesAndRepeatedNumbersAreKeptAndNotShown) {
+TEST(Drawing, DeletedInnerShapesAreKeptAndNotShown) {
   const std::string shapes =
       "<Shape ID='20' Type='Group' Master='3'><Shapes><Shape Del='1' MasterShape='7' ID='4294967295'/><Shape Del='1' "
       "MasterShape='8' ID='4294967295'/>"
-      "</Shapes></Shape><Shape ID='5' Type='Shape'/><Shape ID='5' Type='Shape'><Text>twin</Text></Shape>";
+      "</Shapes></Shape><Shape ID='5' Type='Shape'/>";
   const auto drawing = OpenText({.shapes = shapes, .masters = kMasters});
   DrawingPage& page = Page(*drawing);
   EXPECT_EQ(page.ShapeCount(), 2);
-  page.FindShape(5)->SetText(drawing->editor(), "first");
-  EXPECT_THAT(drawing->package().Bytes(kPagePart), HasSubstr("<Shape ID='5' Type='Shape'><Text>twin</Text></Shape>"));
+  page.FindShape(5)->SetText(drawing->editor(), "text");
   EXPECT_THAT(drawing->package().Bytes(kPagePart), HasSubstr("<Shape Del='1' MasterShape='8' ID='4294967295'/>"));
   EXPECT_EQ(page.AddInstance(*drawing->FindMaster("Box"), 1, 1).id(), 21) << "the markers' number is nobody's";
+}
+
+TEST(Drawing, AShapeThatSharesItsNumberIsAShapeOfItsOwn) {
+  const auto drawing = OpenText({.shapes = "<Shape ID='5' Type='Shape'><Text>first\n</Text></Shape><Shape ID='5' "
+                                           "Type='Shape'><Text>twin\n</Text></Shape><Shape ID='7' Type='Shape'/>"});
+  DrawingPage& page = Page(*drawing);
+  EXPECT_EQ(page.ShapeCount(), 3);
+  EXPECT_EQ(page.FindShape(5)->Text(), "first");
+  EXPECT_EQ(page.FindShape(8)->Text(), "twin");
+  EXPECT_FALSE(drawing->Changed());
+  page.FindShape(8)->SetText(drawing->editor(), "other");
+  EXPECT_THAT(drawing->package().Bytes(kPagePart), HasSubstr("<Shape ID='8' Type='Shape'><Text>other\n</Text></Shape>"));
+}
+
+TEST(Drawing, WhatCannotBeToldApartIsRefused) {
+  const std::string box = "<Shape ID='5' Type='Shape'/>";
+  const struct {
+    DrawingText text;
+    std::string_view sentence;
+  } cases[] = {
+      {{.shapes = box + "<Shape ID='5' Type='Shape'><Cell N='Width' V='1' F='Sheet.5!Height'/></Shape>"},
+       "part visio/pages/page1.xml has two shapes with the ID 5"},
+      {{.shapes = box + box, .connects = "<Connect FromSheet='9' ToSheet='5'/>"},
+       "part visio/pages/page1.xml has two shapes with the ID 5"},
+      {{.shapes = "<Shape Type='Shape'/>"}, "part visio/pages/page1.xml has a shape without an ID"},
+      {{.shapes = "<Shape ID='-1' Type='Shape'/>"}, "part visio/pages/page1.xml has a shape with the ID -1"},
+      {{.shapes = "<Shape ID='1x' Type='Shape'/>"}, "part visio/pages/page1.xml has a shape with the ID 1x"},
+      {{.shapes = "<Shape ID='1' Type='Group'><Shapes/><Shapes/></Shape>"},
+       "part visio/pages/page1.xml has two lists of shapes in one place"},
+      {{.shapes = "", .masters = {{"Box", "<Shape ID='1'/></Shapes><Shapes><Shape ID='2'/>"}}},
+       "part visio/masters/master1.xml has two lists of shapes in one place"},
+  };
+  for (const auto& c : cases) {
+    try {
+      OpenText(c.text);
+      ADD_FAILURE() << "opened; wanted: " << c.sentence;
+    } catch (const FileError& error) {
+      EXPECT_THAT(error.what(), HasSubstr(c.sentence));
+    }
+  }
+}
+
+TEST(Drawing, PagesAndMastersLeadToPartsOfTheirOwn) {
+  constexpr std::string_view kPages = "visio/pages/pages.xml", kRels = "visio/pages/_rels/pages.xml.rels";
+  constexpr std::string_view kMastersPart = "visio/masters/masters.xml";
+  const struct {
+    std::string_view part, replaced, by, sentence;
+  } cases[] = {
+      {kPages, "ID='0' ", "", "names a page without an ID"},
+      {kPages, "ID='0'", "ID='-2'", "names a page with the ID -2"},
+      {kPages, "</Pages>", "<Page ID='0' Name='x'/></Pages>", "names two entries with the ID 0"},
+      {kPages, "</Pages>", "<Page ID='1' Name='x'><Rel r:id='rId1'/></Page></Pages>", "which another one has already"},
+      {kPages, "</Pages>", "<Page ID='1' Name='x'/></Pages>", "names a page that leads to no part"},
+      {kPages, "rId1", "rId9", "names a page by the relationship rId9, which is missing"},
+      {kRels, "page1.xml", "page7.xml", "names a page in part visio/pages/page7.xml, which is missing"},
+      {kMastersPart, "ID='2'", "ID='3'", "names two entries with the ID 3"},
+      {kMastersPart, "rId1", "rId9", "names a master by the relationship rId9, which is missing"},
+  };
+  for (const auto& c : cases) {
+    std::vector<test::ZipItem> items = test::PackageText({.shapes = "", .masters = kMasters}).items();
+    for (test::ZipItem& item : items) {
+      const size_t at = item.name == c.part ? item.content.find(c.replaced) : std::string::npos;
+      if (at != std::string::npos) item.content.replace(at, c.replaced.size(), c.by);
+    }
+    const TempFolder folder;
+    test::WriteFile(folder / "test.vsdx", test::MakeZip(items));
+    try {
+      Drawing::Open(folder / "test.vsdx");
+      ADD_FAILURE() << "opened; wanted: " << c.sentence;
+    } catch (const FileError& error) {
+      EXPECT_THAT(error.what(), HasSubstr(c.sentence));
+    }
+  }
+}
+
+TEST(Drawing, AMissingRelationshipsPartIsTold) {
+  std::vector<test::ZipItem> items = test::PackageText({.shapes = ""}).items();
+  std::erase_if(items, [](const test::ZipItem& item) { return item.name == "visio/pages/_rels/pages.xml.rels"; });
+  const TempFolder folder;
+  test::WriteFile(folder / "test.vsdx", test::MakeZip(items));
+  EXPECT_THROW(Drawing::Open(folder / "test.vsdx"), FileError);
 }
 
 TEST(Drawing, NoNumberBeyondTheLastIsGivenOut) {
@@ -175,7 +256,7 @@ TEST(Drawing, WritesText) {
     shape.SetText(drawing->editor(), c.text);
     EXPECT_EQ(Written(shape), "<Shape ID='1' Type='Shape' Master='2'>" + c.want + "</Shape>") << c.why;
     EXPECT_EQ(shape.Text(), c.text);
-    while (drawing->journal().CanUndo()) drawing->Undo();
+    while (drawing->log().CanUndo()) drawing->log().Undo();
     EXPECT_EQ(Written(Page(*drawing).ShapeAt(1)), before) << "undone: " << c.why;
   }
 }
@@ -207,10 +288,10 @@ TEST(Drawing, ANewPageIsAPartOfItsOwn) {
               HasSubstr("<Page ID='1' NameU='Page-2' Name='Page-2'><PageSheet LineStyle='0' FillStyle='0' TextStyle='0'><Cell "
                         "N='PageWidth' V='11' U='IN'/></PageSheet>"
                         "<Rel r:id='rId2'/></Page>"));
-  while (drawing->journal().CanUndo()) drawing->Undo();
+  while (drawing->log().CanUndo()) drawing->log().Undo();
   EXPECT_FALSE(drawing->Changed());
   EXPECT_EQ(Contents(*drawing), before);
-  while (drawing->journal().CanRedo()) drawing->Redo();
+  while (drawing->log().CanRedo()) drawing->log().Redo();
   EXPECT_EQ(drawing->PageCount(), 2);
 }
 
@@ -238,7 +319,7 @@ TEST(Drawing, AMasterComesFromTheStencilIntoAForeignDrawing) {
     EXPECT_THAT(drawing->package().Bytes("visio/_rels/document.xml.rels"), HasSubstr("Target=\"masters/masters.xml\""));
     const DrawingShape& shape = Page(*drawing).AddInstance(*master, 1, 1);
     EXPECT_TRUE(shape.Find("Prop.CreateName"));
-    while (drawing->journal().CanUndo()) drawing->Undo();
+    while (drawing->log().CanUndo()) drawing->log().Undo();
     EXPECT_FALSE(drawing->Changed()) << "undo takes the list of masters away too";
     EXPECT_EQ(Contents(*drawing), before);
     EXPECT_EQ(drawing->MasterCount(), 0);
@@ -289,12 +370,12 @@ TEST(Drawing, UndoRestoresTheVeryBytes) {
     edit.edit(session);
     EXPECT_TRUE(session.host.drawing().Changed()) << edit.what;
     const auto after = Contents(session.host.drawing());
-    while (session.host.drawing().journal().CanUndo()) session.host.Undo();
+    while (session.host.drawing().log().CanUndo()) session.host.Undo();
     EXPECT_FALSE(session.host.drawing().Changed()) << edit.what;
     EXPECT_EQ(Contents(session.host.drawing()), before) << edit.what;
     session.host.drawing().Save(folder / "undone.vsdx");
     EXPECT_EQ(test::ReadFile(folder / "undone.vsdx"), bytes) << edit.what;
-    while (session.host.drawing().journal().CanRedo()) session.host.Redo();
+    while (session.host.drawing().log().CanRedo()) session.host.Redo();
     EXPECT_EQ(Contents(session.host.drawing()), after) << "done again: " << edit.what;
   }
 }
@@ -310,16 +391,15 @@ TEST(Drawing, OnlyEditedPartsChange) {
 TEST(Drawing, CopiesReferToCopies) {
   Session session(kGlued);
   session.host.Paste({session.Shape(1), session.Shape(3)}, 0);
-  const DrawingShape& connector = *session.host.ActivePage().FindShape(5);
+  // 77 and 78 are named by a Connect that leads nowhere.
+  const DrawingShape& connector = *session.host.ActivePage().FindShape(80);
   EXPECT_THAT(Written(connector),
-              HasSubstr("<Cell N='BeginX' V='5' U='MM' F='PAR(PNT(Sheet.4!Connections.X1,Sheet.4!Connections.Y1))'/>"));
+              HasSubstr("<Cell N='BeginX' V='5' U='MM' F='PAR(PNT(Sheet.79!Connections.X1,Sheet.79!Connections.Y1))'/>"));
   EXPECT_THAT(Written(connector), HasSubstr("<Cell N='EndTrigger' V='2'/>"))
       << "the shape at the end was not copied: the end is loose and stays where it is";
-  EXPECT_THAT(
-      session.PageText(),
-      HasSubstr(
-          "<Connect FromSheet='5' FromCell='BeginX' FromPart='9' ToSheet='4' ToCell='Connections.X1' ToPart='100'/></Connects>"));
-  EXPECT_EQ(session.host.ActivePage().NameOf(*session.host.ActivePage().FindShape(4)), "Box.4");
+  EXPECT_THAT(session.PageText(), HasSubstr("<Connect FromSheet='80' FromCell='BeginX' FromPart='9' ToSheet='79' "
+                                            "ToCell='Connections.X1' ToPart='100'/></Connects>"));
+  EXPECT_EQ(session.host.ActivePage().NameOf(*session.host.ActivePage().FindShape(79)), "Box.79");
 }
 
 TEST(Drawing, CopiesOfGroupsRenumberWhatIsInside) {
@@ -368,9 +448,9 @@ TEST(Drawing, NumbersAreNotUsedTwiceWhileTheDrawingIsOpen) {
   Session session(kGlued);
   session.host.Drop("Box", 0, 1, 1, std::nullopt);
   session.host.DeleteSelection();
-  EXPECT_EQ(session.host.Drop("Box", 0, 1, 1, std::nullopt)->ID(), 5);
+  EXPECT_EQ(session.host.Drop("Box", 0, 1, 1, std::nullopt)->ID(), 80);
   session.host.Undo();
-  EXPECT_EQ(session.host.Drop("Box", 0, 1, 1, std::nullopt)->ID(), 6);
+  EXPECT_EQ(session.host.Drop("Box", 0, 1, 1, std::nullopt)->ID(), 81);
 }
 
 TEST(Drawing, AStencilsPageHasNoPart) {

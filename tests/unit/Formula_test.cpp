@@ -9,18 +9,22 @@
 namespace vardo {
 namespace {
 
-std::optional<CellValue> Value(std::string_view formula) {
-  const std::map<std::string, CellValue> cells = {{"!Width", 4.0},
-                                                  {"!Prop.Name", "Create 1"},
-                                                  {"Sheet.3!PinX", 7.0},
-                                                  {"ThePage!PageWidth", 11.0},
-                                                  {"My 'own' shape!PinY", 2.0},
-                                                  {"!Größe", 5.0}};
-  return Evaluate(formula, [&](std::string_view sheet, std::string_view cell) -> std::optional<CellValue> {
-    const auto found = cells.find(std::string(sheet) + "!" + std::string(cell));
+// A few cells, by "sheet!cell".
+class FewCells : public FormulaScope {
+ public:
+  std::optional<CellValue> Value(const FormulaReference& reference) const override {
+    static const std::map<std::string, CellValue> cells = {{"!Width", 4.0},
+                                                           {"!Prop.Name", "Create 1"},
+                                                           {"Sheet.3!PinX", 7.0},
+                                                           {"ThePage!PageWidth", 11.0},
+                                                           {"My 'own' shape!PinY", 2.0},
+                                                           {"!Größe", 5.0}};
+    const auto found = cells.find(reference.sheet + "!" + reference.cell);
     return found == cells.end() ? std::nullopt : std::optional(found->second);
-  });
-}
+  }
+};
+
+std::optional<CellValue> Value(std::string_view formula) { return Formula(formula).Evaluate(FewCells()).value; }
 
 TEST(Formula, Evaluates) {
   const struct {
@@ -85,6 +89,51 @@ TEST(Formula, DepthIsBounded) {
   EXPECT_EQ(Value(nested(kDeepestFormula)), CellValue(1.0));
   EXPECT_FALSE(Value(nested(1'000'000)));
   EXPECT_FALSE(Value(std::string(1'000'000, '-') + "1"));
+}
+
+std::string WithAForB(std::string_view formula) {
+  return Formula(formula).WithReferences([](FormulaReference& reference) {
+    if (reference.sheet != "A" || reference.onOtherPage) return false;
+    reference.sheet = "B";
+    return true;
+  });
+}
+
+TEST(Formula, ReferencesAreRewrittenAndAllElseStays) {
+  const struct {
+    const char *formula, *want, *why;
+  } cases[] = {
+      {"A!X+A!Y", "B!X+B!Y", "every reference"},
+      {"\"A!X\"&A!X", "\"A!X\"&B!X", "not in strings"},
+      {"'my A'!X+'A'!X", "'my A'!X+B!X", "in quotes too"},
+      {"MAX(A!X,AA!X)", "MAX(B!X,AA!X)", "whole names only"},
+      {"Pages[A!B]!A!X", "Pages[A!B]!A!X", "not on other pages"},
+      {"\"open", "\"open", "a string without an end"},
+      {"'open", "'open", "a name without an end"},
+      {"A!", "B!", "a reference without a cell"},
+      {"  A!X  *  THEMEVAL(A!Y) {", "  B!X  *  THEMEVAL(B!Y) {", "a formula that is beyond us, blanks and all"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(WithAForB(c.formula), c.want) << c.why;
+  EXPECT_EQ(SheetNameInFormula("Process.2"), "Process.2");
+  EXPECT_EQ(SheetNameInFormula("it's 2"), "'it''s 2'");
+}
+
+TEST(Formula, ErrorsAreToldFromWhatIsBeyondUs) {
+  const struct {
+    const char *formula, *error, *why;
+  } cases[] = {
+      {"1/0", "#DIV/0!", "a division by zero"},
+      {"\"a\"+1", "#VALUE!", "a text where a number is needed"},
+      {"GUARD(REF()*0.5)", "#REF!", "a reference that has been lost"},
+      {"THEMEVAL()", "", "a function that is not known may be right"},
+      {"Nowhere+1", "", "so may a cell"},
+      {"1 +", "", "and a text that is no formula is none of ours"},
+  };
+  for (const auto& c : cases) {
+    const Evaluation evaluation = Formula(c.formula).Evaluate(FewCells());
+    EXPECT_FALSE(evaluation.value) << c.formula;
+    EXPECT_EQ(evaluation.error, c.error) << c.formula << ": " << c.why;
+  }
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <librevenge-stream/librevenge-stream.h>
 #include <librevenge/librevenge.h>
 #include <libvisio/libvisio.h>
+#include <pugixml.hpp>
 
 #include <algorithm>
 #include <cstdlib>
@@ -128,7 +129,8 @@ DrawingShape* FirstShapeWithText(Drawing& drawing, int& pageId) {
     DrawingPage& page = drawing.PageAt(i);
     pageId = page.id();
     for (int at = 1; at <= page.ShapeCount(); ++at)
-      if (page.ShapeAt(at).element().child("Text").first_child() && page.ShapeAt(at).Text().size() > 1) return &page.ShapeAt(at);
+      if (pugi::xml_node(page.ShapeAt(at).element()).child("Text").first_child() && page.ShapeAt(at).Text().size() > 1)
+        return &page.ShapeAt(at);
   }
   return nullptr;
 }

@@ -86,7 +86,8 @@ std::string SavedBytes(Package& package) {
 void EditPage(Package& package, const char* id = "99") {
   XmlPart& page = package.Xml(kPagePart);
   page.root().first_child().first_child().attribute("ID").set_value(id);
-  page.Touch();
+  static std::uint64_t state = 0;
+  page.SetState(++state);
 }
 
 // ------------------------------------------------------------------------------------------------------------ refusals
@@ -302,7 +303,7 @@ TEST(Package, OpensWithoutContentTypes) {
   items.push_back({"visio/folder/", ""});
   const std::unique_ptr<Package> package = Open(MakeZip(items));
   EXPECT_EQ(package->PartNames().size(), items.size() - 1) << "a folder is no part";
-  package->AddXml("visio/pages/page2.xml", "<PageContents/>", kPageType);
+  package->SetPresent(package->Add("visio/pages/page2.xml", "<PageContents/>"), true);
   EXPECT_FALSE(package->Has("[Content_Types].xml"));
   EXPECT_TRUE(Open(SavedBytes(*package))->Has("visio/pages/page2.xml"));
 }
@@ -339,9 +340,6 @@ TEST(Package, ListsRelationships) {
   EXPECT_EQ(relationships[1].target, "http://there/");
   EXPECT_TRUE(relationships[1].external);
   EXPECT_TRUE(package->RelationshipsOf("visio/media/image1.bin").empty());
-  package->AddRelationship("visio/pages/pages.xml", "t", "visio/x.xml");
-  EXPECT_THAT(package->Bytes("visio/pages/_rels/pages.xml.rels"),
-              testing::HasSubstr("<x:Relationship Id='rId1' Type='t' Target='../x.xml'/>"));
 }
 
 // ------------------------------------------------------------------------------------------------------------ XML text
@@ -391,102 +389,66 @@ TEST(XmlPart, LeavesOutWhatXmlCannotHold) {
 TEST(XmlPart, KnowsWhetherItIsAsSaved) {
   XmlPart part("f", "p", XmlBytes::CopyOf("<a/>"));
   EXPECT_FALSE(part.changed());
-  part.Touch();
-  part.Touch(-1);
-  EXPECT_FALSE(part.changed()) << "undone";
-  part.Touch();
-  part.MarkSaved();
-  part.Touch(-1);
-  EXPECT_TRUE(part.changed()) << "what was saved is undone";
-  part.Retouch();
-  EXPECT_FALSE(part.changed()) << "and redone";
-  part.Touch(-1);
-  part.Touch();
-  EXPECT_TRUE(part.changed()) << "another edit in place of the saved one";
-  part.Touch(-1);
-  part.Retouch();
-  EXPECT_TRUE(part.changed()) << "what was saved cannot be reached any more";
+  part.SetState(1);
+  EXPECT_TRUE(part.changed());
   part.MarkSaved();
   EXPECT_FALSE(part.changed());
+  part.SetState(0);
+  EXPECT_TRUE(part.changed()) << "what was saved is undone";
+  part.SetState(1);
+  EXPECT_FALSE(part.changed()) << "and redone";
+  part.SetState(2);
+  EXPECT_TRUE(part.changed()) << "another edit in place of the saved one";
 }
 
 // ------------------------------------------------------------------------------------------------------------- editing
 
-TEST(Package, AddsAPageAndUndoesIt) {
+TEST(Package, PartsComeAndGo) {
   const std::unique_ptr<Package> package = OpenDrawing();
   const auto before = Contents(*package);
   const std::string page = package->FreshName("visio/pages/page", ".xml");
   EXPECT_EQ(page, "visio/pages/page2.xml");
-  package->AddXml(page, "<PageContents/>", kPageType);
-  EXPECT_EQ(package->AddRelationship("visio/pages/pages.xml", kPageRelationship, page), "rId2");
-  EXPECT_EQ(package->AddRelationship(page, "t/master", "visio/masters/master1.xml"), "rId1");
+  XmlPart& added = package->Add(page, "<PageContents/>");
+  EXPECT_FALSE(package->Has(page));
+  EXPECT_FALSE(package->changed());
+  package->SetPresent(added, true);
+  EXPECT_TRUE(package->Has(page));
   EXPECT_TRUE(package->changed());
-  EXPECT_THAT(package->Bytes("[Content_Types].xml"),
-              testing::HasSubstr(
-                  "<Override PartName=\"/visio/pages/page2.xml\" ContentType=\"application/vnd.ms-visio.page+xml\"/></Types>"));
-  EXPECT_THAT(package->Bytes("visio/pages/_rels/page2.xml.rels"),
-              testing::HasSubstr("Target=\"../masters/master1.xml\"/></Relationships>"));
-  const auto after = Contents(*package);
-
-  package->RemoveRelationship(page, "rId1");
-  EXPECT_FALSE(package->Has("visio/pages/_rels/page2.xml.rels")) << "it came with its first relationship";
-  package->RemoveRelationship("visio/pages/pages.xml", "rId2");
-  package->SetPresent(page, false);
+  EXPECT_THROW(package->Add(page, "<PageContents/>"), FileError) << "two parts of one name";
+  package->SetPresent(added, false);
   EXPECT_EQ(Contents(*package), before);
   EXPECT_FALSE(package->changed());
-  EXPECT_EQ(package->FreshName("visio/pages/page", ".xml"), "visio/pages/page3.xml") << "redo needs the name";
-  EXPECT_THROW(package->AddXml(page, "<PageContents/>", kPageType), FileError);
-
-  package->SetPresent(page, true);
-  package->AddRelationship("visio/pages/pages.xml", kPageRelationship, page, "rId2");
-  package->AddRelationship(page, "t/master", "visio/masters/master1.xml", "rId1");
-  EXPECT_EQ(Contents(*package), after);
+  EXPECT_EQ(package->FreshName("visio/pages/page", ".xml"), "visio/pages/page3.xml") << "it may come back";
+  package->Forget(added);
+  EXPECT_EQ(package->FreshName("visio/pages/page", ".xml"), "visio/pages/page2.xml");
 }
 
-TEST(Package, TakesAPageOutAndPutsItBack) {
+TEST(Package, APartTakenOutComesBackToItsPlace) {
   const std::unique_ptr<Package> package = OpenDrawing();
   const auto before = Contents(*package);
-  package->SetPresent("visio/pages/pages.xml", false);
+  XmlPart& pages = package->Xml("visio/pages/pages.xml");
+  package->SetPresent(pages, false);
   EXPECT_FALSE(package->Has("visio/pages/pages.xml"));
-  EXPECT_FALSE(package->Has("visio/pages/_rels/pages.xml.rels")) << "a part's relationships go with it";
-  EXPECT_THAT(package->Bytes("[Content_Types].xml"), testing::Not(testing::HasSubstr("/visio/pages/pages.xml")));
-  package->RemoveRelationship("visio/document.xml", "rId1");
-  EXPECT_TRUE(package->RelationshipsOf("visio/document.xml").empty());
-  EXPECT_TRUE(package->changed());
-  const std::string without = SavedBytes(*package);
-  EXPECT_FALSE(Open(without)->Has("visio/pages/pages.xml"));
+  EXPECT_FALSE(Open(SavedBytes(*package))->Has("visio/pages/pages.xml"));
   EXPECT_FALSE(package->changed());
-
-  package->AddRelationship("visio/document.xml", "http://schemas.microsoft.com/visio/2010/relationships/pages",
-                           "visio/pages/pages.xml", "rId1");
-  package->SetPresent("visio/pages/pages.xml", true);
-  EXPECT_EQ(Contents(*package), before) << "in the old places, after a save too";
+  package->SetPresent(pages, true);
+  EXPECT_EQ(Contents(*package), before) << "after a save too";
   EXPECT_TRUE(package->changed());
   EXPECT_EQ(Contents(*Open(SavedBytes(*package))), before);
 }
 
-TEST(Package, EveryOrderOfUndoEndsWhereItBegan) {
-  const std::unique_ptr<Package> package = OpenDrawing();
-  package->AddBytes("visio/media/image2.bin", "x", "image/x");
-  package->SetPresent(kPagePart, false);
-  package->SetPresent("visio/media/image2.bin", false);
-  EXPECT_TRUE(package->changed());
-  package->SetPresent(kPagePart, true);
-  EXPECT_FALSE(package->changed());
-}
-
 TEST(Package, BuildsADrawingFromNothing) {
-  const std::unique_ptr<Package> package = Package::Create("new.vsdx");
+  const std::vector<ZipItem> items = DrawingItems();
+  std::vector<Package::NewPart> parts;
+  for (const ZipItem& item : items) parts.push_back({item.name, item.content});
+  const std::unique_ptr<Package> package = Package::Create("new.vsdx", parts);
   EXPECT_TRUE(package->changed());
-  EXPECT_THAT(package->PartNames(), ElementsAre("[Content_Types].xml", "_rels/.rels"));
-  EXPECT_THROW(package->MainPart(), FileError);
-  package->AddXml("visio/document.xml", "<VisioDocument/>", "application/vnd.ms-visio.drawing.main+xml");
-  package->AddRelationship("", "http://schemas.microsoft.com/visio/2010/relationships/document", "visio/document.xml");
+  EXPECT_EQ(package->MainPart(), "visio/document.xml");
   const auto contents = Contents(*package);
   const std::unique_ptr<Package> opened = Open(SavedBytes(*package));
   EXPECT_FALSE(package->changed());
-  EXPECT_EQ(opened->MainPart(), "visio/document.xml");
   EXPECT_EQ(Contents(*opened), contents);
+  EXPECT_THROW(Package::Create("new.vsdx", {})->MainPart(), FileError);
 }
 
 // -------------------------------------------------------------------------------------------------------------- saving
@@ -730,7 +692,7 @@ TEST(Package, LosesNothingOfTheSamples) {
     EXPECT_EQ(SavedBytes(*package), original);
     // Written anew from its tree, the document differs at most in what means nothing; every other part is byte for byte the same.
     const std::string main = package->MainPart();
-    package->Xml(main).Touch();
+    package->Xml(main).SetState(1);
     auto after = Contents(*Open(SavedBytes(*package)));
     if (LooksWrittenByVisio(before.at(main))) {
       EXPECT_EQ(after.at(main), before.at(main));

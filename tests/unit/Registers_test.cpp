@@ -206,11 +206,11 @@ class Person {
     return "connect";
   }
   std::string Undo() {
-    if (host_.drawing().journal().CanUndo()) host_.Undo();
+    if (host_.drawing().log().CanUndo()) host_.Undo();
     return "undo";
   }
   std::string Redo() {
-    if (host_.drawing().journal().CanRedo()) host_.Redo();
+    if (host_.drawing().log().CanRedo()) host_.Redo();
     return "redo";
   }
 

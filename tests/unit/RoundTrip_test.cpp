@@ -47,6 +47,14 @@ Parts Meanings(Parts parts) {
   return parts;
 }
 
+// Of two shapes with one number the second has got one of its own by being opened.
+Parts MeaningsAsOpened(const Parts& original, Drawing& drawing) {
+  Parts parts = Meanings(original);
+  for (int i = 1; i <= drawing.PageCount(); ++i)
+    if (XmlPart* contents = drawing.PageAt(i).contents()) parts[contents->name()] = contents->Serialise(contents->root());
+  return parts;
+}
+
 // A shape to edit, found the same way before and after.
 struct Place {
   int page = -1, shape = -1;
@@ -69,6 +77,7 @@ void ExpectLosslessRoundTrip(const fs::path& file) {
   host.Open(file);
   host.Save(saved);
   EXPECT_EQ(test::ReadFile(saved), test::ReadFile(file)) << "nothing was edited";
+  const Parts opened = MeaningsAsOpened(original, host.drawing());
 
   const Place place = FirstShape(host.drawing());
   if (place.shape < 0) return;
@@ -83,8 +92,7 @@ void ExpectLosslessRoundTrip(const fs::path& file) {
   }
   host.Undo();
   host.Save(saved);
-  EXPECT_EQ(Differing(Meanings(original), Meanings(PartsOf(saved))), std::set<std::string>{})
-      << "undone after saving, all is as it was";
+  EXPECT_EQ(Differing(opened, Meanings(PartsOf(saved))), std::set<std::string>{}) << "undone after saving, all is as it was";
 
   host.SetCell(shape, "Prop.VardoTest", "\"a;b\"");
   host.Save(saved);

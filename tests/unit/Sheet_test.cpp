@@ -45,7 +45,7 @@ std::string Formula(const Sheet& sheet, std::string_view cell) {
 const SectionInfo& Section(short number) { return *FindSection(number); }
 std::vector<std::string> Keys(const Sheet& sheet, short section) {
   std::vector<std::string> keys;
-  for (const Sheet::Row& row : sheet.Rows(Section(section))) keys.push_back(row.key);
+  for (const Sheet::Row& row : sheet.Rows(Section(section))) keys.push_back(sheet.RowText(Section(section), row.key));
   return keys;
 }
 

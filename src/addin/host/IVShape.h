@@ -65,7 +65,8 @@ class IVShape {
   virtual void DeleteRow(short section, short row) = 0;
 
   // Writes formulas[i] to the cell (stream[3i], stream[3i+1], stream[3i+2]); the last formula serves for all further cells.
-  // Returns how many were written; throws at the first that fails, with the earlier ones written.
+  // Returns how many were written; throws at the first that fails. Inside a command of the user the earlier ones are written
+  // then, outside nothing is.
   virtual int SetFormulas(const std::vector<std::int16_t>& stream, const std::vector<std::string>& formulas, short flags) = 0;
 
   // Takes the shape off its page. On a page sheet throws HostError(kHostNotAllowed).

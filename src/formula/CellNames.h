@@ -3,6 +3,8 @@
 //   Numbers as in VisSectionIndices, VisRowIndices and VisCellIndices of the host's published reference.
 #pragma once
 
+#include "base/Symbol.h"
+
 #include <optional>
 #include <span>
 #include <string>
@@ -48,14 +50,15 @@ const ObjectCell* FindObjectCell(std::string_view name);
 const ObjectCell* FindObjectCell(short row, short column);
 bool IsOneDimensionalRow(short row);
 
-// A cell's name taken apart. For the object section only cell is set. For "Connections.X2" row is "2" and byNumber is true.
+// A cell's name taken apart. For the object section only cell is set. A row is known by its name or, as in "Connections.X2", by
+// its position, counted from 1.
 struct ParsedCellName {
   const SectionInfo* section = nullptr;  // null: the object section
-  std::string row;
-  bool byNumber = false;
-  std::string cell;  // as the file spells it where it is known
+  Symbol row;
+  int position = 0;  // 0: the row has a name
+  Symbol cell;       // as the file spells it where it is known
 };
-// None when the text is no cell name at all. Letter case does not count in sections and columns.
+// None when the text is no cell name at all. Letter case does not count.
 std::optional<ParsedCellName> ParseCellName(std::string_view name);
 
 }  // namespace vardo

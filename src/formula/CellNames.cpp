@@ -1,9 +1,13 @@
-#include "document/CellNames.h"
+#include "formula/CellNames.h"
 
 #include "addin/host/HostConstants.h"
+#include "base/Numbers.h"
 #include "base/Text.h"
 
 #include <algorithm>
+#include <array>
+#include <functional>
+#include <limits>
 
 namespace vardo {
 namespace {
@@ -44,24 +48,38 @@ constexpr SectionInfo kGeometries[] = {GeometryInfo(0, "Geometry1"), GeometryInf
                                        GeometryInfo(3, "Geometry4"), GeometryInfo(4, "Geometry5"), GeometryInfo(5, "Geometry6"),
                                        GeometryInfo(6, "Geometry7"), GeometryInfo(7, "Geometry8")};
 
+// Every one-dimensional shape has its triggers, though no number of the host's leads to them here.
+constexpr short kNoColumn = -1;
 constexpr ObjectCell kObjectCells[] = {
-    {kRowXFormOut, 0, "PinX", "0"},       {kRowXFormOut, 1, "PinY", "0"},    {kRowXFormOut, 2, "Width", "1"},
-    {kRowXFormOut, 3, "Height", "1"},     {kRowXFormOut, 4, "LocPinX", "0"}, {kRowXFormOut, 5, "LocPinY", "0"},
-    {kRowXFormOut, 6, "Angle", "0"},      {kRowXFormOut, 7, "FlipX", "0"},   {kRowXFormOut, 8, "FlipY", "0"},
-    {kRowXForm1D, 0, "BeginX", "0"},      {kRowXForm1D, 1, "BeginY", "0"},   {kRowXForm1D, 2, "EndX", "0"},
-    {kRowXForm1D, 3, "EndY", "0"},        {kRowEvent, 0, "TheData", "0"},    {kRowEvent, 1, "TheText", "0"},
-    {kRowEvent, 2, "EventDblClick", "0"}, {kRowEvent, 3, "EventXFMod", "0"}, {kRowEvent, 4, "EventDrop", "0"},
+    {kRowXFormOut, 0, "PinX", "0"},
+    {kRowXFormOut, 1, "PinY", "0"},
+    {kRowXFormOut, 2, "Width", "1"},
+    {kRowXFormOut, 3, "Height", "1"},
+    {kRowXFormOut, 4, "LocPinX", "0"},
+    {kRowXFormOut, 5, "LocPinY", "0"},
+    {kRowXFormOut, 6, "Angle", "0"},
+    {kRowXFormOut, 7, "FlipX", "0"},
+    {kRowXFormOut, 8, "FlipY", "0"},
+    {kRowXForm1D, 0, "BeginX", "0"},
+    {kRowXForm1D, 1, "BeginY", "0"},
+    {kRowXForm1D, 2, "EndX", "0"},
+    {kRowXForm1D, 3, "EndY", "0"},
+    {kRowXForm1D, kNoColumn, "BegTrigger", "0"},
+    {kRowXForm1D, kNoColumn, "EndTrigger", "0"},
+    {kRowEvent, 0, "TheData", "0"},
+    {kRowEvent, 1, "TheText", "0"},
+    {kRowEvent, 2, "EventDblClick", "0"},
+    {kRowEvent, 3, "EventXFMod", "0"},
+    {kRowEvent, 4, "EventDrop", "0"},
     {kRowMisc, 0, "NoObjHandles", "0"},
 };
 
-bool AllDigits(std::string_view text) {
-  return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
-}
+bool AllDigits(std::string_view text) { return !text.empty() && std::all_of(text.begin(), text.end(), IsAsciiDigit); }
 
-std::string ColumnSpelling(const SectionInfo& section, std::string_view column) {
+Symbol ColumnSpelling(const SectionInfo& section, std::string_view column) {
   for (const ColumnInfo& info : section.columns)
-    if (EqualAsciiIgnoringCase(info.name, column)) return std::string(info.name);
-  return std::string(column);
+    if (EqualAsciiIgnoringCase(info.name, column)) return Symbol(info.name);
+  return Symbol(column);
 }
 
 const SectionInfo* FindByPrefix(std::string_view prefix) {
@@ -76,8 +94,49 @@ const SectionInfo* FindByPrefix(std::string_view prefix) {
 std::optional<ParsedCellName> ParseNumberedRow(const SectionInfo& section, std::string_view rest) {
   const size_t digits = rest.find_first_of("0123456789");
   if (digits == std::string_view::npos || digits == 0 || !AllDigits(rest.substr(digits))) return std::nullopt;
-  return ParsedCellName{&section, std::string(rest.substr(digits)), true, ColumnSpelling(section, rest.substr(0, digits))};
+  const int position = ParseInteger(rest.substr(digits)).value_or(std::numeric_limits<int>::max());
+  // Position 0 is no row's; kept apart from "no position".
+  return ParsedCellName{&section, {}, position == 0 ? -1 : position, ColumnSpelling(section, rest.substr(0, digits))};
 }
+
+std::optional<ParsedCellName> Parse(std::string_view name) {
+  if (name.empty()) return std::nullopt;
+  const size_t dot = name.find('.');
+  if (dot == std::string_view::npos) {
+    const ObjectCell* known = FindObjectCell(name);
+    return ParsedCellName{nullptr, {}, 0, Symbol(known ? known->name : name)};
+  }
+  const std::string_view prefix = name.substr(0, dot), rest = name.substr(dot + 1);
+  const SectionInfo* section = FindByPrefix(prefix);
+  if (!section || rest.empty()) return std::nullopt;
+  if (!section->rowsHaveNames)
+    if (auto numbered = ParseNumberedRow(*section, rest)) return numbered;
+  const size_t second = rest.find('.');
+  const std::string_view row = rest.substr(0, second);
+  const std::string_view column = second == std::string_view::npos ? section->shortName : rest.substr(second + 1);
+  if (row.empty() || column.empty()) return std::nullopt;
+  return ParsedCellName{section, Symbol(row), 0, ColumnSpelling(*section, column)};
+}
+
+// The same few names are asked for again and again.
+class RecentNames {
+ public:
+  const std::optional<ParsedCellName>& Parsed(std::string_view name) {
+    Entry& entry = entries_[std::hash<std::string_view>()(name) % entries_.size()];
+    if (entry.name != name) {
+      entry.parsed = Parse(name);
+      entry.name = name;
+    }
+    return entry.parsed;
+  }
+
+ private:
+  struct Entry {
+    std::string name;
+    std::optional<ParsedCellName> parsed;
+  };
+  std::array<Entry, 1024> entries_;
+};
 
 }  // namespace
 
@@ -114,22 +173,8 @@ const ObjectCell* FindObjectCell(short row, short column) {
 bool IsOneDimensionalRow(short row) { return row == kRowXForm1D; }
 
 std::optional<ParsedCellName> ParseCellName(std::string_view name) {
-  if (name.empty()) return std::nullopt;
-  const size_t dot = name.find('.');
-  if (dot == std::string_view::npos) {
-    const ObjectCell* known = FindObjectCell(name);
-    return ParsedCellName{nullptr, "", false, std::string(known ? known->name : name)};
-  }
-  const std::string_view prefix = name.substr(0, dot), rest = name.substr(dot + 1);
-  const SectionInfo* section = FindByPrefix(prefix);
-  if (!section || rest.empty()) return std::nullopt;
-  if (!section->rowsHaveNames)
-    if (auto numbered = ParseNumberedRow(*section, rest)) return numbered;
-  const size_t second = rest.find('.');
-  const std::string_view row = rest.substr(0, second);
-  const std::string_view column = second == std::string_view::npos ? section->shortName : rest.substr(second + 1);
-  if (row.empty() || column.empty()) return std::nullopt;
-  return ParsedCellName{section, std::string(row), false, ColumnSpelling(*section, column)};
+  static RecentNames recent;
+  return recent.Parsed(name);
 }
 
 }  // namespace vardo

@@ -1,0 +1,100 @@
+// The log of a drawing's edits. A step is everything one command of the user did; it is undone and redone whole, and taken back
+// whole when the command fails. The log also tells which parts differ from the file: each edit gives its part a new state, and
+// undoing gives the old one back.
+#pragma once
+
+#include "document/Edit.h"
+
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+namespace vardo {
+
+class EditObserver;
+class Package;
+
+class EditLog {
+ public:
+  // How much is kept: beyond either, the oldest steps are dropped, and what they alone could bring back is freed.
+  struct Limit {
+    size_t steps = 1000;
+    size_t bytes = size_t{256} << 20;
+  };
+  EditLog(Package& package, EditObserver& observer) : package_(package), observer_(observer) {}
+
+  // Scopes nest; the outermost names the step. A step without edits is not kept.
+  void BeginStep(std::string_view label);
+  void EndStep();
+  // Takes back all that the open step has done so far. The step goes on, empty.
+  void RollBack();
+  bool InStep() const { return depth_ > 0; }
+  bool IsOutermost() const { return depth_ == 1; }
+  // What the window showed before the open step, for its owner; kept with the step.
+  void SetShownBefore(int shown) { open_.shownBefore = shown; }
+
+  bool CanUndo() const { return !done_.empty(); }
+  bool CanRedo() const { return !undone_.empty(); }
+  struct Replayed {
+    std::string label;
+    int shownBefore;
+  };
+  // The caller has asked whether there is one.
+  Replayed Undo();
+  Replayed Redo();
+  bool Replaying() const { return replaying_; }
+  // Oldest first.
+  std::vector<std::string> UndoLabels() const;
+  std::vector<std::string> RedoLabels() const;
+
+  void SetLimit(Limit limit);
+  // Of the steps that are kept, texts and removed nodes included.
+  size_t Bytes() const { return bytes_; }
+
+  // --- For who makes the edits; a step is open.
+  void Add(Edit edit);
+  void TouchPart(XmlPart& part);
+  // Whether the node has come with this step, so that what happens to it needs no record of its own.
+  bool IsFresh(pugi::xml_node node) const;
+  // Whether the step has a record of the node's content already; it has one from now on.
+  bool NoteContent(pugi::xml_node node);
+
+ private:
+  struct PartState {
+    XmlPart* part;
+    std::uint64_t before, after;
+  };
+  struct Step {
+    std::string label;
+    std::vector<Edit> edits;
+    std::vector<PartState> parts;
+    int shownBefore = 0;
+    size_t bytes = 0;
+  };
+
+  enum class Direction { Undo, Redo };
+  void Replay(Step& step, Direction direction);
+  void Apply(Edit& edit, Direction direction);
+  void Seal(Step& step);
+  void DropUndone();
+  void DropOldest();
+  void Free(Edit& edit, Direction lost);
+
+  Package& package_;
+  EditObserver& observer_;
+  std::deque<Step> done_;
+  std::vector<Step> undone_;
+  Step open_;
+  std::unordered_set<XmlNode> fresh_, noted_;  // of the open step
+  int depth_ = 0;
+  bool replaying_ = false;
+  std::uint64_t lastState_ = 0;
+  size_t bytes_ = 0;
+  Limit limit_;
+};
+
+}  // namespace vardo
