@@ -1,4 +1,4 @@
-#include "modules/ModuleProperties.h"
+#include "modules/ModuleKinds.h"
 #include "stencil/StencilPackage.h"
 
 #include <gmock/gmock.h>
@@ -17,7 +17,6 @@ namespace {
 
 using ::testing::ElementsAreArray;
 using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 using ::testing::StartsWith;
 
 struct Field {
@@ -248,13 +247,13 @@ TEST_F(Stencil, NoModuleHasOtherFields) {
     std::vector<std::string> expected, tabled, written;
     for (const Field& field : kFields)
       if (field.kind == kind) expected.emplace_back(field.field);
-    for (const ModuleProperty& property : PropertiesOf(kind)) tabled.emplace_back(property.field);
+    for (const ModuleProperty& property : FindModule(kind)->properties) tabled.emplace_back(property.field);
     for (const pugi::xml_node row : Section(Shape(kind), "Property").children("Row"))
       written.emplace_back(row.attribute("N").value());
     EXPECT_THAT(tabled, testing::UnorderedElementsAreArray(expected)) << kind;
     EXPECT_THAT(written, ElementsAreArray(tabled)) << kind;
   }
-  for (const char* noKind : {"create", "", "Dynamic connector"}) EXPECT_THAT(PropertiesOf(noKind), IsEmpty()) << noKind;
+  for (const char* noKind : {"create", "", "Dynamic connector"}) EXPECT_EQ(FindModule(noKind), nullptr) << noKind;
 }
 
 TEST_F(Stencil, LabelsAreForPeople) {
@@ -270,12 +269,11 @@ TEST_F(Stencil, LabelsAreForPeople) {
 
   for (const std::string_view kind : kModules) {
     std::map<std::string, std::string> fieldByLabel;
-    for (const ModuleProperty& property : PropertiesOf(kind)) {
+    for (const ModuleProperty& property : FindModule(kind)->properties) {
       SCOPED_TRACE(property.field);
       EXPECT_FALSE(property.label.empty());
       EXPECT_EQ(property.label.find_first_of("_&:"), std::string_view::npos) << property.label;
       EXPECT_NE(property.label, property.field);
-      EXPECT_EQ(property.prompt.empty(), property.hidden) << "a tip is for those who see the row";
       EXPECT_TRUE(fieldByLabel.emplace(property.label, property.field).second) << "two rows read " << property.label;
     }
   }
