@@ -10,68 +10,6 @@
 namespace vardo {
 namespace {
 
-struct NamePair {
-  const char* kind;
-  const char* field;
-};
-
-constexpr NamePair kFlowModules[] = {
-    {"Create", "CreateName"}, {"Dispose", "DisposeName"},   {"Process", "ProcessName"}, {"Decide", "DecideName"},
-    {"Batch", "BatchName"},   {"Separate", "SeparateName"}, {"Assign", "AssignName"},   {"Record", "RecordName"},
-};
-constexpr NamePair kAttributes[] = {
-    {"Batch", "BatchAttributeName"}, {"Assign", "AssignAttributeName"},     {"Decide", "DecideAttributeNamed"},
-    {"Queue", "QueueAttributeName"}, {"Process", "Process_RSaveAttribute"}, {"Record", "RecordAttributeName"},
-    {"Separate", "AttributeName"},
-};
-constexpr NamePair kEntityTypes[] = {
-    {"Create", "CreateEntityType"}, {"Entity", "EntityName"},    {"Decide", "DecideEntityTypeNamed"},
-    {"Assign", "AssignEntityType"}, {"Set", "SetEntityMembers"},
-};
-constexpr NamePair kResources[] = {
-    {"Set", "SetResourceMembers"},
-    {"Resource", "ResourceName"},
-    {"Process", "Process_RResourceName"},
-};
-constexpr NamePair kSchedules[] = {
-    {"Create", "CreateScheduleName"},
-    {"Resource", "ResourceScheduleName"},
-    {"Schedule", "ScheduleName"},
-};
-constexpr NamePair kSets[] = {
-    {"Set", "SetName"},
-    {"Process", "Process_RSetName"},
-    {"Record", "RecordCounterSetName"},
-    {"Record", "RecordTallySetName"},
-};
-constexpr NamePair kVariables[] = {
-    {"Assign", "AssignVariableName"},
-    {"Decide", "DecideVariableNamed"},
-    {"Variable", "VariableName"},
-};
-constexpr NamePair kBatchAndProcess[] = {{"Batch", "BatchName"}, {"Process", "ProcessName"}};
-constexpr NamePair kCounters[] = {{"Set", "SetCounterMembers"}, {"Record", "RecordCounterName"}};
-constexpr NamePair kTallies[] = {{"Set", "SetTallyMembers"}, {"Record", "RecordTallyName"}};
-constexpr NamePair kAllModules[] = {
-    {"Create", "CreateName"},     {"Dispose", "DisposeName"},   {"Process", "ProcessName"}, {"Decide", "DecideName"},
-    {"Batch", "BatchName"},       {"Separate", "SeparateName"}, {"Assign", "AssignName"},   {"Record", "RecordName"},
-    {"Entity", "EntityName"},     {"Resource", "ResourceName"}, {"Set", "SetName"},         {"Schedule", "ScheduleName"},
-    {"Variable", "VariableName"}, {"Queue", "QueueName"},
-};
-constexpr NamePair kPictures[] = {
-    {"Assign", "AssignEntityPicture"},
-    {"Entity", "EntityInitialPicture"},
-    {"Set", "SetPictureMembers"},
-};
-
-// In the order of NameList.
-constexpr std::span<const NamePair> kContents[] = {
-    kFlowModules, kAttributes,      kEntityTypes, kResources, kSchedules,  kSets,
-    kVariables,   kBatchAndProcess, kCounters,    kTallies,   kAllModules, kPictures,
-};
-static_assert(std::size(kContents) == static_cast<size_t>(NameList::Pictures) + 1);
-
-constexpr NamePair kQueues[] = {{"Queue", "QueueName"}, {"Set", "SetQueueMembers"}};
 constexpr std::string_view kQueueSuffix = ".Queue";
 
 constexpr std::string_view kPredefinedAttributes[] = {
@@ -85,12 +23,12 @@ struct Catalogue {
   StringList fields;
 };
 
-std::array<Catalogue, std::size(kContents)> catalogues;
+std::array<Catalogue, kNameListCount> catalogues;
 
-void Fill(Catalogue& catalogue, std::span<const NamePair> pairs) {
-  for (const auto& [kind, field] : pairs) {
-    catalogue.kinds.push_back(kind);
-    catalogue.fields.push_back(field);
+void Fill(Catalogue& catalogue, std::span<const NameSource> sources) {
+  for (const auto& [kind, field] : sources) {
+    catalogue.kinds.emplace_back(kind);
+    catalogue.fields.emplace_back(field);
   }
 }
 
@@ -104,7 +42,7 @@ void Add(ItemList& items, const StringList& names, std::string_view suffix = "")
 
 void BuildNameCatalogues() {
   for (size_t i = 0; i < catalogues.size(); ++i) {
-    if (catalogues[i].kinds.empty()) Fill(catalogues[i], kContents[i]);
+    if (catalogues[i].kinds.empty()) Fill(catalogues[i], NameSources(static_cast<NameList>(i)));
   }
 }
 
@@ -128,7 +66,7 @@ void FillAttributeCombo(ItemList& items, bool withoutPredefined) {
 void FillQueueCombo(ItemList& items) {
   static const Catalogue queues = [] {
     Catalogue catalogue;
-    Fill(catalogue, kQueues);
+    Fill(catalogue, QueueNameSources());
     return catalogue;
   }();
   Add(items, FillComboFromDrawing(queues.kinds, queues.fields, true));

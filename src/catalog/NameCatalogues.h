@@ -1,28 +1,13 @@
-// Where the names of each kind are defined: catalogues of (module kind, property field) pairs, read by the drop-downs that offer
-// those names and by the tests for unique names.
+// The names that the drawing holds, by catalogue: read by the drop-downs that offer them and by the tests for unique names.
 #pragma once
 
 #include "forms/FieldView.h"
+#include "modules/NameLists.h"
 #include "props/StringFunctions.h"
 
 #include <string_view>
 
 namespace vardo {
-
-enum class NameList {
-  FlowModules,
-  Attributes,
-  EntityTypes,
-  Resources,
-  Schedules,
-  Sets,
-  Variables,
-  BatchAndProcess,
-  Counters,
-  Tallies,
-  AllModules,
-  Pictures,
-};
 
 // Fills the catalogues that are still empty; nothing is read from the drawing. They last as long as the add-in is loaded.
 void BuildNameCatalogues();

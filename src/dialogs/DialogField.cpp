@@ -46,15 +46,14 @@ std::string TextToCode(std::span<const CodeRow> table, std::string_view text) {
   return row ? std::string(row->code) : std::string();
 }
 
-DialogField::DialogField(TextControl& control, std::string_view property)
-    : control_(control), text_(&control), property_(property), readProperty_(property) {}
+DialogField::DialogField(Control& control, TextControl* text, const ModuleProperty& property)
+    : control_(control), text_(text), property_(property.field), readProperty_(property.field), default_(property.defaultValue) {}
 
-DialogField::DialogField(CheckBox& control, std::string_view property)
-    : control_(control),
-      text_(nullptr),
-      property_(property),
-      readProperty_(property),
-      items_({std::string(kYes), std::string(kNo)}) {}
+DialogField::DialogField(TextControl& control, const ModuleProperty& property) : DialogField(control, &control, property) {}
+
+DialogField::DialogField(CheckBox& control, const ModuleProperty& property) : DialogField(control, nullptr, property) {
+  items_ = {std::string(kYes), std::string(kNo)};
+}
 
 DialogField& DialogField::Default(std::string_view text) {
   default_ = text;

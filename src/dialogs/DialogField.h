@@ -2,6 +2,7 @@
 #pragma once
 
 #include "forms/Controls.h"
+#include "modules/ModuleProperty.h"
 
 #include <functional>
 #include <initializer_list>
@@ -33,12 +34,12 @@ class DialogField {
   using Texts = std::span<const std::string_view>;
   using Filler = void (*)(ItemList&);
 
-  // The property it edits, without "Prop."; none in a row dialog.
-  explicit DialogField(TextControl& control, std::string_view property = {});
+  // property: what it edits; in a row dialog the column. A missing cell shows the first word of the property's default.
+  DialogField(TextControl& control, const ModuleProperty& property);
   // Stores "Yes" when checked, else "No".
-  DialogField(CheckBox& control, std::string_view property);
+  DialogField(CheckBox& control, const ModuleProperty& property);
 
-  // The default on reading; a missing cell shows its first word.
+  // Another default than the property's.
   DialogField& Default(std::string_view text);
   // The spelling of the property's name that reading uses, where it is not the one that OK writes.
   DialogField& ReadAs(std::string_view property);
@@ -78,6 +79,8 @@ class DialogField {
   bool IsValid() const;
 
  private:
+  DialogField(Control& control, TextControl* text, const ModuleProperty& property);
+
   Control& control_;
   TextControl* const text_;  // null for a check box
   std::string property_, readProperty_;

@@ -8,8 +8,8 @@
 
 namespace vardo {
 
-DialogFrame::DialogFrame(std::string_view name, std::string_view caption, std::string_view helpTopic)
-    : Form(name, caption), helpTopic_(helpTopic) {}
+DialogFrame::DialogFrame(const ModuleSchema& module, std::string_view name, std::string_view caption, std::string_view helpTopic)
+    : Form(name, caption), module_(module), helpTopic_(helpTopic) {}
 
 DialogFrame::Buttons::Buttons(DialogFrame& dialog)
     : cmdOK(dialog, "cmdOK", "OK"), cmdCancel(dialog, "cmdCancel", "Cancel"), cmdHelp(dialog, "cmdHelp", "&Help") {

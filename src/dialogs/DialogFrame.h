@@ -3,6 +3,7 @@
 
 #include "dialogs/DialogField.h"
 #include "forms/Form.h"
+#include "modules/ModuleSchema.h"
 
 #include <deque>
 #include <initializer_list>
@@ -17,7 +18,8 @@ class DialogFrame : public Form {
   void Form_Load() override;
 
  protected:
-  DialogFrame(std::string_view name, std::string_view caption, std::string_view helpTopic);
+  // module: the kind that the dialog edits, or edits rows of.
+  DialogFrame(const ModuleSchema& module, std::string_view name, std::string_view caption, std::string_view helpTopic);
 
   // Registered by each dialog behind its own controls, so that they come last in tab order.
   struct Buttons {
@@ -29,10 +31,12 @@ class DialogFrame : public Form {
   virtual void cmdOK_Click() = 0;
   virtual void cmdCancel_Click() = 0;
 
-  // The dialog's next field.
+  const ModuleSchema& module() const { return module_; }
+
+  // The dialog's next field: one of the kind's.
   template <class C>
-  DialogField& Add(C& control, std::string_view property = {}) {
-    return fields_.emplace_back(control, property);
+  DialogField& Field(C& control, std::string_view field) {
+    return fields_.emplace_back(control, module_.Property(field));
   }
   std::deque<DialogField>& fields() { return fields_; }
   const std::deque<DialogField>& fields() const { return fields_; }
@@ -49,6 +53,7 @@ class DialogFrame : public Form {
  private:
   void cmdHelp_Click();
 
+  const ModuleSchema& module_;
   std::string helpTopic_;
   std::deque<DialogField> fields_;  // references to its elements stay good
   std::vector<const Control*> checkOrder_;

@@ -15,19 +15,19 @@ IVShapePtr SelectedShape() { return visApp->ActiveWindow()->Selection()->Item(1)
 
 }  // namespace
 
-void ModuleDialog::Name(ComboBox& control, std::string_view property, DialogField::Filler offered) {
+ModuleDialog::ModuleDialog(const ModuleSchema& module, std::string_view name, std::string_view caption,
+                           std::string_view helpTopic)
+    : DialogFrame(module, name, caption, helpTopic), rowGroup_(module) {}
+
+void ModuleDialog::Name(ComboBox& control, DialogField::Filler offered) {
   name_ = &control;
-  Add(control, property).Offers(offered).Check(kSymbolName).WhenEmpty([this] { return shape_->Text(); });
+  Field(control, module().Name().field).Offers(offered).Check(kSymbolName).WhenEmpty([this] { return shape_->Text(); });
 }
 
-void ModuleDialog::Rows(RowList& list, RepeatGroup group, std::function<void(std::string_view)> openRow) {
-  rowGroup_ = std::move(group);
-  Rows(list, std::move(openRow));
-}
-
-void ModuleDialog::Rows(RowList& list, std::function<void(std::string_view)> openRow) {
+RepeatGroup& ModuleDialog::Rows(RowList& list, std::function<void(std::string_view)> openRow) {
   rowList_ = &list;
   list.openRow = std::move(openRow);
+  return rowGroup_;
 }
 
 const DialogField* ModuleDialog::FindField(std::string_view property) const {
@@ -51,7 +51,7 @@ void ModuleDialog::Load() try {
   for (DialogField& field : fields())
     field.SetStored(&field.control() == name_ ? nameAtOpening_
                                               : GetPropList(shape_, field.readProperty(), field.defaultText()).front());
-  const StringList rows = ReadRows(shape_);
+  const StringList rows = rowList_ ? ReadRows(shape_) : StringList();
   for (DialogField& field : fields()) field.FillList();
   for (DialogField& field : fields()) field.ShowStored();
   if (rowList_) rowList_->Fill(rows);
@@ -62,11 +62,9 @@ void ModuleDialog::Load() try {
   throw;
 }
 
-StringList ModuleDialog::ReadRows(const IVShapePtr& shape) { return rowGroup_ ? rowGroup_->ReadLines(shape) : StringList(); }
+StringList ModuleDialog::ReadRows(const IVShapePtr& shape) { return rowGroup_.ReadLines(shape); }
 
-void ModuleDialog::WriteRows(const IVShapePtr& shape) {
-  if (rowGroup_) rowGroup_->WriteLines(shape, rowList_->Rows());
-}
+void ModuleDialog::WriteRows(const IVShapePtr& shape) { rowGroup_.WriteLines(shape, rowList_->Rows()); }
 
 void ModuleDialog::cmdOK_Click() {
   if (!FieldsAreValid()) return;
@@ -100,7 +98,7 @@ void ModuleDialog::Write() {
     nameAtOpening_ = NewName();
     WriteAfterName(shape);
   }
-  WriteRows(shape);
+  if (rowList_) WriteRows(shape);
 }
 
 }  // namespace vardo

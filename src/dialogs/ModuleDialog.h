@@ -15,7 +15,6 @@
 #include <deque>
 #include <functional>
 #include <initializer_list>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,26 +28,20 @@ class ModuleDialog : public DialogFrame {
   const std::deque<DialogField>& Fields() const { return fields(); }
 
  protected:
-  using DialogFrame::DialogFrame;
+  ModuleDialog(const ModuleSchema& module, std::string_view name, std::string_view caption, std::string_view helpTopic);
 
   // Loads the fields of the active window's first selected shape, shows the dialog and returns when it is closed.
   // Throws what the host throws, before anything is shown; the form is unloaded then. Throws RuntimeError 5 when it is shown
   // already.
   void Open();
 
-  // The box that holds the module's name; it is checked first and written first.
-  void Name(ComboBox& control, std::string_view property, DialogField::Filler offered);
-  // The next field in the order of reading.
-  template <class C>
-  DialogField& Field(C& control, std::string_view property) {
-    return Add(control, property);
-  }
+  // The box that holds the module's name; it is checked first and written first. The fields behind it come in the order of
+  // reading.
+  void Name(ComboBox& control, DialogField::Filler offered);
   // OK writes the fields as they were added unless another order is given here, the name first.
   void WriteInOrder(std::initializer_list<const Control*> controls) { writeOrder_ = controls; }
-  // The rows that the dialog edits, in a list; openRow edits one of them. Without a group the dialog reads and writes them
-  // itself.
-  void Rows(RowList& list, RepeatGroup group, std::function<void(std::string_view)> openRow);
-  void Rows(RowList& list, std::function<void(std::string_view)> openRow);
+  // The kind's rows, in a list; openRow edits one of them.
+  RepeatGroup& Rows(RowList& list, std::function<void(std::string_view)> openRow);
 
   // What follows from the loaded fields (which boxes are shown), run when all are set.
   virtual void AfterLoad() {}
@@ -76,7 +69,7 @@ class ModuleDialog : public DialogFrame {
   std::string nameAtOpening_;
   std::vector<const Control*> writeOrder_;
   RowList* rowList_ = nullptr;
-  std::optional<RepeatGroup> rowGroup_;
+  RepeatGroup rowGroup_;
 };
 
 // The row dialog of a class, if it is loaded, is given up.

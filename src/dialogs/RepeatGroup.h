@@ -3,10 +3,12 @@
 #pragma once
 
 #include "addin/host/HostFwd.h"
+#include "modules/ModuleSchema.h"
 #include "props/StringFunctions.h"
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,41 +18,45 @@ namespace vardo {
 // The fields of a line. The line of a group of one column is its only field, separators and all.
 StringList FieldsOf(std::string_view line, size_t columns);
 
-struct RowColumn {
-  std::string_view property;
-  // What a list that is too short, or missing, yields.
-  std::string_view readDefault;
-  // What rows that do not use the column hold, and the cell of a group without rows.
-  std::string_view filler;
-  // Between what the cell holds and what the line shows; the same when null.
-  std::string (*toText)(std::string_view stored) = nullptr;
-  std::string (*toStored)(std::string_view text) = nullptr;
-};
-
 class RepeatGroup {
  public:
   // The columns that a line shows, in its order; the row is by column, as stored, and known as far as those columns that say
   // which others are shown. None: the row makes no line.
   using LineColumns = std::vector<size_t> (*)(const StringList& row);
+  using Conversion = std::string (*)(std::string_view text);
 
-  // Written in the order of the columns, then the count. Without lineColumns a line shows all columns.
-  RepeatGroup(std::string_view countProperty, std::vector<RowColumn> columns, LineColumns lineColumns = nullptr);
+  // The rows of a kind's modules. Their lines show all columns, as they are stored.
+  explicit RepeatGroup(const ModuleSchema& module) : RepeatGroup(module, module.rows.columns) {}
+  // Some of the columns alone.
+  RepeatGroup(const ModuleSchema& module, std::span<const RowColumn> columns);
 
-  // The lines of the rows that a shape holds; none when the count is no number.
+  // A line shows some columns, which depend on the row.
+  RepeatGroup& LineShows(LineColumns columns);
+  // A line shows another text than the column's cell holds; null: what the line shows is stored as it is.
+  RepeatGroup& ColumnShows(size_t column, Conversion toText, Conversion toStored = nullptr);
+
+  // The lines of the rows that a shape holds, 100 000 at most; none when the count is no number. A list that is too short, or
+  // missing, goes on with its column's default.
   StringList ReadLines(const IVShapePtr& shape) const;
+  // Writes the columns, then the count.
   void WriteLines(const IVShapePtr& shape, const StringList& lines) const;
 
  private:
+  struct Column {
+    std::string_view field;
+    std::string_view readDefault;
+    std::string_view unused;  // what rows that do not use the column hold, and its cell without rows
+    Conversion toText = nullptr;
+    Conversion toStored = nullptr;
+  };
+
   std::optional<std::string> LineOf(const StringList& row) const;
   StringList RowOf(std::string_view line) const;
   std::vector<size_t> ColumnsShown(const StringList& row) const;
 
-  std::string countProperty_;
-  std::vector<RowColumn> columns_;
-  LineColumns lineColumns_;
+  std::string_view count_;
+  std::vector<Column> columns_;
+  LineColumns lineColumns_ = nullptr;
 };
-
-// The number of rows that a shape says it has, 100 000 at most; 0 when the cell is missing or holds no number.
-int ReadRowCount(const IVShapePtr& shape, std::string_view countProperty);
 
 }  // namespace vardo

@@ -4,8 +4,9 @@
 
 namespace vardo {
 
-RowDialog::RowDialog(std::string_view name, std::string_view caption, std::string_view helpTopic, RowList& (*rows)())
-    : DialogFrame(name, caption, helpTopic), rows_(rows) {}
+RowDialog::RowDialog(const ModuleSchema& module, std::string_view name, std::string_view caption, std::string_view helpTopic,
+                     RowList& (*rows)())
+    : DialogFrame(module, name, caption, helpTopic), rows_(rows) {}
 
 void RowDialog::FillLists() {
   for (DialogField& field : fields()) field.FillList();

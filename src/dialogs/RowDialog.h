@@ -18,7 +18,8 @@ class RowDialog : public DialogFrame {
 
  protected:
   // rows: finds the list of the module dialog that is open.
-  RowDialog(std::string_view name, std::string_view caption, std::string_view helpTopic, RowList& (*rows)());
+  RowDialog(const ModuleSchema& module, std::string_view name, std::string_view caption, std::string_view helpTopic,
+            RowList& (*rows)());
 
   // Shows the row's fields, or the defaults for kAddRow, until the dialog is closed.
   void Open(std::string_view line);

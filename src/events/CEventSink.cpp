@@ -31,6 +31,9 @@ std::string KindOf(const IVShapePtr& shape) {
   return master ? master->Name() : "";
 }
 
+// The property that holds the name of a module of that kind.
+std::string_view NameField(std::string_view kind) { return FindModule(kind)->Name().field; }
+
 StringList AllModuleNames() { return GatherNames(NameList::AllModules, false); }
 
 // Gives the shape the next number of its kind, in its text and in its name property. A copied Process gives up the submodel page
@@ -39,7 +42,7 @@ void Renumber(const IVShapePtr& shape, const std::string& kind) {
   const std::string number = std::to_string(KindShapeCount(kind) + 1);
   SetPropList(shape, "Count", number);
   shape->SetText(kind + number);
-  SetPropList(shape, kind + "Name", shape->Text());
+  SetPropList(shape, NameField(kind), shape->Text());
   if (kind == "Process" && !SubmodelPageOf(shape).empty()) SetPropList(shape, "VardoSubPage", "");
 }
 
@@ -244,7 +247,7 @@ void CEventSink::ShapeTextEdited(std::string_view moreInfo) {
   const IVShapePtr shape = WithSecondTry([&] { return visApp->ActivePage()->Shapes()->ItemFromID(id); });
   const std::string kind = WithSecondTry([&] { return KindOf(shape); });
   if (!IsModuleKind(kind)) return;
-  const std::string nameField = kind + "Name";
+  const std::string_view nameField = NameField(kind);
   const std::string stored = WithSecondTry([&] { return SplitList(PropText(shape, nameField), kListDelimiter).front(); });
   const std::string typed = WithSecondTry([&] { return shape->Text(); });
   const std::string text(TrimBlanks(typed));

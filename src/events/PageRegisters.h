@@ -4,6 +4,8 @@
 #include "addin/host/HostFwd.h"
 #include "modules/ModuleKinds.h"
 
+#include <algorithm>
+#include <array>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -18,12 +20,15 @@ struct BookkeepingRow {
 inline constexpr std::string_view kParentPageRow = "VardoParentPage";
 
 // A list of shape positions a kind, the number of module shapes, and the page that a submodel page belongs to.
-inline constexpr BookkeepingRow kBookkeepingRows[] = {
-    {"Create", "\"\""},      {"Process", "\"\""},      {"Decide", "\"\""},  {"Assign", "\"\""},   {"Batch", "\"\""},
-    {"Separate", "\"\""},    {"Record", "\"\""},       {"Dispose", "\"\""}, {"Entity", "\"\""},   {"Queue", "\"\""},
-    {"Resource", "\"\""},    {"Schedule", "\"\""},     {"Set", "\"\""},     {"Variable", "\"\""}, {"Count", "0"},
-    {"SelectionCount", "0"}, {kParentPageRow, "\"\""},
-};
+inline constexpr auto kBookkeepingRows = [] {
+  constexpr std::string_view kEmptyText = "\"\"";
+  constexpr BookkeepingRow kOthers[] = {{"Count", "0"}, {"SelectionCount", "0"}, {kParentPageRow, kEmptyText}};
+  std::array<BookkeepingRow, std::size(kModuleKinds) + std::size(kOthers)> rows;
+  BookkeepingRow* row = rows.data();
+  for (const std::string_view kind : kModuleKinds) *row++ = {kind, kEmptyText};
+  std::ranges::copy(kOthers, row);
+  return rows;
+}();
 
 // The positions of all shapes of a kind, over all pages of the active document, joined with ";"; empty when there are none.
 // Throws HostError.

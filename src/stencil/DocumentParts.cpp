@@ -34,7 +34,7 @@ void WriteSettings(PartWriter& writer, std::span<const Setting> settings) {
 // A row's initial formula is a number or an empty string in quotation marks.
 void WriteBookkeepingRow(PartWriter& writer, const BookkeepingRow& row) {
   const bool isText = row.formula == "\"\"";
-  const ModuleProperty property{.field = row.name, .label = "", .value = isText ? "" : row.formula, .hidden = true, .prompt = ""};
+  const ModuleProperty property{.field = row.name, .label = "", .defaultValue = isText ? "" : row.formula, .prompt = kHiddenRow};
   WritePropertyRow(writer, property, isText ? kText : "");
 }
 

@@ -1,5 +1,6 @@
 #include "stencil/MasterParts.h"
 
+#include "modules/ModuleKinds.h"
 #include "stencil/MasterShapes.h"
 #include "stencil/SheetRows.h"
 #include "stencil/StyleSheets.h"
@@ -60,8 +61,8 @@ void WriteMasterEntry(PartWriter& writer, const MasterPart& master, int number) 
 
 std::vector<MasterPart> WriteMasterParts() {
   std::vector<MasterPart> parts;
-  for (const ModuleGeometry& module : ModuleGeometries())
-    parts.push_back({module.kind, module.prompt, module.width, module.height, kShapeMaster,
+  for (const ModuleSchema& module : kModules)
+    parts.push_back({module.kind, module.prompt, module.look.width, module.look.height, kShapeMaster,
                      ContentsOf(Style::Normal, [&](PartWriter& writer) { WriteModule(writer, module); })});
   for (const Connector& connector : Connectors())
     parts.push_back({connector.name, connector.prompt, kConnectorWidth, kConnectorHeight, kConnectorMaster,

@@ -1,7 +1,7 @@
 // The shapes of the masters: what stands between the tags of each master's one top shape.
 #pragma once
 
-#include "modules/ModuleGeometry.h"
+#include "modules/ModuleSchema.h"
 #include "stencil/PartWriter.h"
 
 #include <span>
@@ -19,7 +19,7 @@ inline constexpr double kConnectorWidth = 1, kConnectorHeight = 0.5;
 // The five connectors in stencil order.
 std::span<const Connector> Connectors();
 
-void WriteModule(PartWriter& writer, const ModuleGeometry& module);
+void WriteModule(PartWriter& writer, const ModuleSchema& module);
 void WriteConnector(PartWriter& writer, const Connector& connector);
 
 }  // namespace vardo

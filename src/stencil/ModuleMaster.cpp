@@ -1,4 +1,3 @@
-#include "modules/ModuleProperties.h"
 #include "stencil/MasterShapes.h"
 #include "stencil/SheetRows.h"
 #include "stencil/StyleSheets.h"
@@ -14,40 +13,40 @@ constexpr std::string_view kEditAction =
 constexpr std::string_view kSubmodelAction =
     "RUNADDON(\"Set t=CreateObject(\"\"VardoBasic.Application\"\"):t.Submodel Application,ActiveWindow.Selection.Item(1)\")";
 
-void WriteModuleTransform(PartWriter& writer, const ModuleGeometry& module) {
-  writer.Cell("PinX", NumberForFile(module.width / 2));
-  writer.Cell("PinY", NumberForFile(module.height / 2));
-  writer.Cell("Width", NumberForFile(module.width));
-  writer.Cell("Height", NumberForFile(module.height));
-  writer.Part("LocPinX", 0.5, "Width", module.width);
-  writer.Part("LocPinY", 0.5, "Height", module.height);
+void WriteModuleTransform(PartWriter& writer, const ModuleLook& look) {
+  writer.Cell("PinX", NumberForFile(look.width / 2));
+  writer.Cell("PinY", NumberForFile(look.height / 2));
+  writer.Cell("Width", NumberForFile(look.width));
+  writer.Cell("Height", NumberForFile(look.height));
+  writer.Part("LocPinX", 0.5, "Width", look.width);
+  writer.Part("LocPinY", 0.5, "Height", look.height);
   writer.Cells({{"Angle", "0"}, {"FlipX", "0"}, {"FlipY", "0"}, {"ResizeMode", "0"}});
 }
 
-void WriteTextBlock(PartWriter& writer, const ModuleGeometry& module) {
-  const double across = module.textTo.x - module.textFrom.x, up = module.textTo.y - module.textFrom.y;
-  writer.Part("TxtPinX", (module.textFrom.x + module.textTo.x) / 2, "Width", module.width);
-  writer.Part("TxtPinY", (module.textFrom.y + module.textTo.y) / 2, "Height", module.height);
-  writer.Part("TxtWidth", across, "Width", module.width);
-  writer.Part("TxtHeight", up, "Height", module.height);
-  writer.Part("TxtLocPinX", 0.5, "TxtWidth", across * module.width);
-  writer.Part("TxtLocPinY", 0.5, "TxtHeight", up * module.height);
+void WriteTextBlock(PartWriter& writer, const ModuleLook& look) {
+  const double across = look.textTo.x - look.textFrom.x, up = look.textTo.y - look.textFrom.y;
+  writer.Part("TxtPinX", (look.textFrom.x + look.textTo.x) / 2, "Width", look.width);
+  writer.Part("TxtPinY", (look.textFrom.y + look.textTo.y) / 2, "Height", look.height);
+  writer.Part("TxtWidth", across, "Width", look.width);
+  writer.Part("TxtHeight", up, "Height", look.height);
+  writer.Part("TxtLocPinX", 0.5, "TxtWidth", across * look.width);
+  writer.Part("TxtLocPinY", 0.5, "TxtHeight", up * look.height);
   writer.Cell("TxtAngle", "0");
 }
 
-void WriteLook(PartWriter& writer, const Look& look) {
+void WriteColours(PartWriter& writer, const Colours& colours) {
   writer.Cells({{"LineWeight", "0.01388888888888889", "PT"},
-                {"LineColor", look.line},
+                {"LineColor", colours.line},
                 {"LinePattern", "1"},
-                {"FillForegnd", look.fill},
+                {"FillForegnd", colours.fill},
                 {"FillBkgnd", "#ffffff"},
                 {"FillPattern", "1"}});
 }
 
-void WriteConnection(PartWriter& writer, size_t index, const Place& place, const ModuleGeometry& module) {
+void WriteConnection(PartWriter& writer, size_t index, const Place& place, const ModuleLook& look) {
   writer.Element("Row", {{"T", "Connection"}, {"IX", std::to_string(index)}}, [&] {
-    writer.Part("X", place.x, "Width", module.width);
-    writer.Part("Y", place.y, "Height", module.height);
+    writer.Part("X", place.x, "Width", look.width);
+    writer.Part("Y", place.y, "Height", look.height);
     for (const std::string_view unused : {"DirX", "DirY", "Type", "AutoGen"}) writer.Cell(unused, "0", {}, kNoFormula);
     writer.Cell("Prompt", "", {}, kNoFormula);
   });
@@ -127,19 +126,20 @@ void WritePath(PartWriter& writer, int index, std::string_view path, bool filled
 
 }  // namespace
 
-void WriteModule(PartWriter& writer, const ModuleGeometry& module) {
+void WriteModule(PartWriter& writer, const ModuleSchema& module) {
+  const ModuleLook& look = module.look;
   const bool hasSubmodel = module.kind == "Process";
-  WriteModuleTransform(writer, module);
+  WriteModuleTransform(writer, look);
   writer.Cell("EventDblClick", "0", {}, kEditAction);
-  WriteTextBlock(writer, module);
+  WriteTextBlock(writer, look);
   writer.Cell("ObjType", "1");
-  WriteLook(writer, module.look);
+  WriteColours(writer, look.colours);
   writer.Section("Property", [&] {
-    for (const ModuleProperty& property : PropertiesOf(module.kind)) WritePropertyRow(writer, property);
+    for (const ModuleProperty& property : module.properties) WritePropertyRow(writer, property);
   });
-  if (!module.connections.empty())
+  if (!look.connections.empty())
     writer.Section("Connection", [&] {
-      for (size_t i = 0; i < module.connections.size(); ++i) WriteConnection(writer, i, module.connections[i], module);
+      for (size_t i = 0; i < look.connections.size(); ++i) WriteConnection(writer, i, look.connections[i], look);
     });
   writer.Section("Actions", [&] {
     WriteAction(writer, "Edit", "&Properties...", kEditAction);
@@ -150,9 +150,9 @@ void WriteModule(PartWriter& writer, const ModuleGeometry& module) {
     if (hasSubmodel) WriteUser(writer, "menuid", "1", {});
   });
   WriteCharacter(writer, kModuleTextSize);
-  WritePath(writer, 0, module.outline, true);
-  if (!module.details.empty()) WritePath(writer, 1, module.details, false);
-  WriteShapeText(writer, std::string(module.kind) + " 1");
+  WritePath(writer, 0, look.outline, true);
+  if (!look.details.empty()) WritePath(writer, 1, look.details, false);
+  WriteShapeText(writer, module.Name().defaultValue);
 }
 
 }  // namespace vardo

@@ -25,13 +25,13 @@ void WritePageCells(PartWriter& writer, double width, double height, std::string
 
 void WritePropertyRow(PartWriter& writer, const ModuleProperty& property, std::string_view unit) {
   writer.Element("Row", {{"N", std::string(property.field)}}, [&] {
-    writer.Cells({{"Value", property.value, unit},
+    writer.Cells({{"Value", property.defaultValue, unit},
                   {"Prompt", property.prompt},
                   {"Label", property.label},
                   {"Format", ""},
                   {"SortKey", ""},
                   {"Type", "0"},
-                  {"Invisible", property.hidden ? "1" : "0"},
+                  {"Invisible", property.IsHidden() ? "1" : "0"},
                   {"Verify", "0"},
                   {"DataLinked", "0", "", kNoFormula},
                   {"LangID", kLanguage},

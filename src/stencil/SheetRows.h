@@ -1,7 +1,7 @@
 // What several kinds of sheet have in common.
 #pragma once
 
-#include "modules/ModuleProperties.h"
+#include "modules/ModuleProperty.h"
 #include "stencil/PartWriter.h"
 
 #include <string_view>

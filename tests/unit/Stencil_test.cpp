@@ -1,4 +1,4 @@
-#include "modules/ModuleProperties.h"
+#include "modules/ModuleKinds.h"
 #include "stencil/StencilPackage.h"
 
 #include <gmock/gmock.h>
@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <map>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,7 +18,6 @@ namespace {
 
 using ::testing::ElementsAreArray;
 using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 using ::testing::StartsWith;
 
 struct Field {
@@ -248,13 +248,110 @@ TEST_F(Stencil, NoModuleHasOtherFields) {
     std::vector<std::string> expected, tabled, written;
     for (const Field& field : kFields)
       if (field.kind == kind) expected.emplace_back(field.field);
-    for (const ModuleProperty& property : PropertiesOf(kind)) tabled.emplace_back(property.field);
+    for (const ModuleProperty& property : FindModule(kind)->properties) tabled.emplace_back(property.field);
     for (const pugi::xml_node row : Section(Shape(kind), "Property").children("Row"))
       written.emplace_back(row.attribute("N").value());
     EXPECT_THAT(tabled, testing::UnorderedElementsAreArray(expected)) << kind;
     EXPECT_THAT(written, ElementsAreArray(tabled)) << kind;
   }
-  for (const char* noKind : {"create", "", "Dynamic connector"}) EXPECT_THAT(PropertiesOf(noKind), IsEmpty()) << noKind;
+  for (const char* noKind : {"create", "", "Dynamic connector"}) EXPECT_EQ(FindModule(noKind), nullptr) << noKind;
+}
+
+// What the shape data window lists; rows in brackets are hidden from it.
+TEST_F(Stencil, ShapeDataStandsInItsOrder) {
+  const struct {
+    std::string_view kind;
+    std::vector<std::string> rows;
+  } cases[] = {
+      {"Create",
+       {"Name: Create 1", "Entity Type: Entity 1", "Type: Random", "Value: 1", "Units: Hours", "Entities per Arrival: 1",
+        "Max Arrivals: Infinite", "First Creation: 0.0", "Expression: 1", "Schedule Name: Schedule 1"}},
+      {"Process",
+       {"Name: Process 1",
+        "Type: Standard",
+        "Action: D",
+        "Priority: 2",
+        "Delay Type: Triangular",
+        "Units: hours",
+        "Allocation: VA",
+        "Minimum: .5",
+        "Value: 1",
+        "Maximum: 1.5",
+        "Std Dev: .2",
+        "Expression: 1",
+        "Report Statistics: Yes",
+        "[Resource Rows: 0]",
+        "[Resource Row Types: Resource]",
+        "[Resource Names: Resource 1]",
+        "[Resource Set Names: Set 1]",
+        "[Resource Quantities: 1]",
+        "[Selection Rules: CYC]",
+        "[Save Attributes: ]",
+        "[Set Indexes: 1]",
+        "[Submodel Page: ]"}},
+      {"Decide",
+       {"Name: Decide 1", "Type: With", "Percent True: 50", "If: Entity Type", "Variable Named: Variable 1",
+        "Entity Type Named: Entity 1", "Attribute Named: Attribute 1", "Is: >=", "Value: 1"}},
+      {"Assign",
+       {"Name: Assign 1", "[Assignments: 0]", "[Assignment Types: Variable]", "[Variable Names: Variable 1]",
+        "[Attribute Names: Attribute 1]", "[Entity Types: Entity 1]", "[Entity Pictures: Picture.Report]", "[Others: J]",
+        "[New Values: 1]"}},
+      {"Batch",
+       {"Name: Batch 1", "Type: Permanent", "Batch Size: 2", "Save Criterion: Last", "Rule: Any Entity",
+        "Attribute Name: Attribute 1"}},
+      {"Separate",
+       {"Name: Separate 1", "Type: Duplicate", "Percent Cost to Duplicates: 50", "# of Duplicates: 1",
+        "Member Attributes: Retain", "[Attribute Rows: 0]", "[Attribute Names: Attribute 1]"}},
+      {"Record",
+       {"Name: Record 1", "Type: Count", "Value: 1", "Attribute Name: Attribute 1", "Record into Set: No",
+        "Counter Name: ", "Tally Name: ", "Counter Set Name: Counter Set 1", "Tally Set Name: Tally Set 1", "Set Index: 1"}},
+      {"Dispose", {"Name: Dispose 1", "Record Entity Statistics: Yes"}},
+      {"Entity",
+       {"Entity Type: Entity 1", "Initial Picture: Picture.Report", "Holding Cost / Hour: 0.0", "Value Added: 0.0",
+        "Non-Value Added: 0.0", "Waiting: 0.0", "Transfer: 0.0", "Other: 0.0", "Report Statistics: Yes"}},
+      {"Queue", {"Name: Queue 1", "Type: FIFO", "Attribute Name: Attribute 1", "Report Statistics: Yes"}},
+      {"Resource",
+       {"Name: Resource 1", "Type: Capacity", "Capacity: 1", "Schedule Name: Schedule 1", "Schedule Rule: Wait",
+        "Busy / Hour: 0.0", "Idle / Hour: 0.0", "Per Use: 0.0", "Report Statistics: Yes", "[Capacity or Schedule: 1]",
+        "[Capacity or Schedule (2): 1]"}},
+      {"Schedule",
+       {"Name: Schedule 1", "Type: Capacity", "Time Units: hours", "Scale Factor: 1.0", "[Duration Rows: 0]", "[Values: 1]",
+        "[Durations: ]"}},
+      {"Set",
+       {"Name: Set 1", "Type: Resource", "[Member Rows: 0]", "[Members: Resource 1]", "[Members (2): Resource 1]",
+        "[Members (3): Resource 1]", "[Members (4): Resource 1]", "[Members (5): Resource 1]", "[Resource Members: Resource 1]",
+        "[Counter Members: Counter 1]", "[Tally Members: Tally 1]", "[Entity Type Members: Entity 1]",
+        "[Entity Picture Members: Picture.Report]", "[Queue Members: ]"}},
+      {"Variable",
+       {"Name: Variable 1", "Rows: ", "Columns: ", "Report Statistics: Yes", "[Initial Value Rows: 0]", "[Initial Values: 0.0]"}},
+  };
+  ASSERT_EQ(std::size(cases), std::size(kModules));
+  for (const auto& c : cases) {
+    std::vector<std::string> rows;
+    for (const pugi::xml_node row : Section(Shape(c.kind), "Property").children("Row")) {
+      const std::string text = Value(row, "Label") + ": " + Value(row, "Value");
+      rows.push_back(Value(row, "Invisible") == "1" ? "[" + text + "]" : text);
+    }
+    EXPECT_THAT(rows, ElementsAreArray(c.rows)) << c.kind;
+  }
+}
+
+TEST_F(Stencil, EveryRowOfShapeDataIsTheSchemas) {
+  for (const std::string_view kind : kModules) {
+    const std::span<const ModuleProperty> properties = FindModule(kind)->properties;
+    size_t i = 0;
+    for (const pugi::xml_node row : Section(Shape(kind), "Property").children("Row")) {
+      SCOPED_TRACE(row.attribute("N").value());
+      ASSERT_LT(i, properties.size());
+      const ModuleProperty& property = properties[i++];
+      EXPECT_EQ(row.attribute("N").value(), property.field);
+      EXPECT_EQ(Value(row, "Label"), property.label);
+      EXPECT_EQ(Value(row, "Value"), property.defaultValue);
+      EXPECT_EQ(Value(row, "Prompt"), property.prompt);
+      EXPECT_EQ(Value(row, "Prompt").empty(), Value(row, "Invisible") == "1") << "a tip is for those who see the row";
+    }
+    EXPECT_EQ(i, properties.size());
+  }
 }
 
 TEST_F(Stencil, LabelsAreForPeople) {
@@ -270,12 +367,11 @@ TEST_F(Stencil, LabelsAreForPeople) {
 
   for (const std::string_view kind : kModules) {
     std::map<std::string, std::string> fieldByLabel;
-    for (const ModuleProperty& property : PropertiesOf(kind)) {
+    for (const ModuleProperty& property : FindModule(kind)->properties) {
       SCOPED_TRACE(property.field);
       EXPECT_FALSE(property.label.empty());
       EXPECT_EQ(property.label.find_first_of("_&:"), std::string_view::npos) << property.label;
       EXPECT_NE(property.label, property.field);
-      EXPECT_EQ(property.prompt.empty(), property.hidden) << "a tip is for those who see the row";
       EXPECT_TRUE(fieldByLabel.emplace(property.label, property.field).second) << "two rows read " << property.label;
     }
   }

@@ -2,25 +2,25 @@
 
 #include "dialogs/ItemLists.h"
 #include "forms/FormLayout.h"
+#include "modules/data/EntityModule.h"
 #include "validate/CheckDataType.h"
 
 namespace vardo {
 
-frmEntity::frmEntity() : ModuleDialog("frmEntity", "Entity", "Entity_.htm") {
-  Name(cboEntityType, "EntityName", NamesOf<NameList::EntityTypes>);
+frmEntity::frmEntity() : ModuleDialog(kEntityModule, "frmEntity", "Entity", "Entity_.htm") {
+  Name(cboEntityType, NamesOf<NameList::EntityTypes>);
   Field(cboInitialPicture, "EntityInitialPicture")
-      .Default("Picture.Report")
       .Items(kPictures)
       .Offers(NamesOf<NameList::Pictures>)
       .Check(kSymbolName)
       .WhenEmpty();
-  Field(txtHoldingCosts_Hour, "EntityHoldingCost_Hour").Default("0.0").Check(kReal).WhenEmpty();
-  Field(txtValueAdded, "EntityValueAdded").Default("0.0").Check(kReal).WhenEmpty();
-  Field(txtNonValueAdded, "EntityNonValueAdded").Default("0.0").Check(kReal).WhenEmpty();
-  Field(txtWaiting, "EntityWaiting").Default("0.0").Check(kReal).WhenEmpty();
-  Field(txtTransfer, "EntityTransfer").Default("0.0").Check(kReal).WhenEmpty();
-  Field(txtOther, "EntityOther").Default("0.0").Check(kReal).WhenEmpty();
-  Field(chkReportStatistics, "ReportStatistics").Default("Yes");
+  Field(txtHoldingCosts_Hour, "EntityHoldingCost_Hour").Check(kReal).WhenEmpty();
+  Field(txtValueAdded, "EntityValueAdded").Check(kReal).WhenEmpty();
+  Field(txtNonValueAdded, "EntityNonValueAdded").Check(kReal).WhenEmpty();
+  Field(txtWaiting, "EntityWaiting").Check(kReal).WhenEmpty();
+  Field(txtTransfer, "EntityTransfer").Check(kReal).WhenEmpty();
+  Field(txtOther, "EntityOther").Check(kReal).WhenEmpty();
+  Field(chkReportStatistics, "ReportStatistics");
 
   FormLayout(*this, 2100, 3000)
       .Row(lblEntityType, cboEntityType)

@@ -2,6 +2,7 @@
 
 #include "dialogs/ItemLists.h"
 #include "forms/FormLayout.h"
+#include "modules/data/QueueModule.h"
 #include "validate/CheckDataType.h"
 
 namespace vardo {
@@ -18,16 +19,11 @@ constexpr CodeRow kTypes[] = {
 
 }  // namespace
 
-frmQueue::frmQueue() : ModuleDialog("frmQueue", "Queue", "Queue_.htm") {
-  Name(cboName, "QueueName", FillQueueCombo);
-  Field(cboAttributeName, "QueueAttributeName")
-      .Default("Attribute 1")
-      .Items(kEntityAttributes)
-      .Offers(UserAttributes)
-      .Check(kSymbolName)
-      .WhenEmpty();
-  Field(cboType, "QueueType").Default("FIFO").Codes(kTypes, UnknownCode::ShowsNothing);
-  Field(chkReportStatistics, "ReportStatistics").Default("Yes");
+frmQueue::frmQueue() : ModuleDialog(kQueueModule, "frmQueue", "Queue", "Queue_.htm") {
+  Name(cboName, FillQueueCombo);
+  Field(cboAttributeName, "QueueAttributeName").Items(kEntityAttributes).Offers(UserAttributes).Check(kSymbolName).WhenEmpty();
+  Field(cboType, "QueueType").Codes(kTypes, UnknownCode::ShowsNothing);
+  Field(chkReportStatistics, "ReportStatistics");
 
   cboType.Click = [this] { cboType_Click(); };
 

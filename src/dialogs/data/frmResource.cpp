@@ -2,6 +2,7 @@
 
 #include "dialogs/ItemLists.h"
 #include "forms/FormLayout.h"
+#include "modules/data/ResourceModule.h"
 #include "props/PropertyCells.h"
 #include "validate/CheckDataType.h"
 
@@ -13,20 +14,16 @@ constexpr CodeRow kTypes[] = {{"Capacity", "Fixed Capacity"}, {"Schedule", kBase
 
 }  // namespace
 
-frmResource::frmResource() : ModuleDialog("frmResource", "Resource", "Resource_.htm") {
-  Name(cboName, "ResourceName", NamesOf<NameList::Resources>);
-  Field(cboType, "ResourceType").Default("Capacity").Codes(kTypes, UnknownCode::ShowsLastText);
-  Field(txtCapacity, "ResourceCapacity").Default("1").Check(kInteger).WhenEmpty();
-  Field(cboScheduleName, "ResourceScheduleName")
-      .Default("Schedule 1")
-      .Offers(NamesOf<NameList::Schedules>)
-      .Check(kSymbolName)
-      .WhenEmpty();
-  Field(cboScheduleRule, "ResourceScheduleRule").Default("Wait").Items({"Wait", "Ignore", "Preempt"});
-  Field(txtBusy_Hour, "ResourceBusy_Hour").Default("0.0").Check(kReal).WhenEmpty();
-  Field(txtIdle_Hour, "ResourceIdle_Hour").Default("0.0").Check(kReal).WhenEmpty();
-  Field(txtPerUse, "ResourcePerUse").Default("0.0").Check(kReal).WhenEmpty();
-  Field(chkReportStatistics, "ReportStatistics").Default("Yes");
+frmResource::frmResource() : ModuleDialog(kResourceModule, "frmResource", "Resource", "Resource_.htm") {
+  Name(cboName, NamesOf<NameList::Resources>);
+  Field(cboType, "ResourceType").Codes(kTypes, UnknownCode::ShowsLastText);
+  Field(txtCapacity, "ResourceCapacity").Check(kInteger).WhenEmpty();
+  Field(cboScheduleName, "ResourceScheduleName").Offers(NamesOf<NameList::Schedules>).Check(kSymbolName).WhenEmpty();
+  Field(cboScheduleRule, "ResourceScheduleRule").Items({"Wait", "Ignore", "Preempt"});
+  Field(txtBusy_Hour, "ResourceBusy_Hour").Check(kReal).WhenEmpty();
+  Field(txtIdle_Hour, "ResourceIdle_Hour").Check(kReal).WhenEmpty();
+  Field(txtPerUse, "ResourcePerUse").Check(kReal).WhenEmpty();
+  Field(chkReportStatistics, "ReportStatistics");
   CheckInOrder({&cboName, &cboScheduleName, &txtBusy_Hour, &txtIdle_Hour, &txtPerUse, &txtCapacity});
 
   cboType.Click = [this] { cboType_Click(); };

@@ -3,19 +3,17 @@
 #include "dialogs/ItemLists.h"
 #include "dialogs/data/frmSchedule_Durations.h"
 #include "forms/FormLayout.h"
+#include "modules/data/ScheduleModule.h"
 #include "validate/CheckDataType.h"
 
 namespace vardo {
 
-frmSchedule::frmSchedule() : ModuleDialog("frmSchedule", "Schedule", "Schedule_.htm") {
-  Name(cboName, "ScheduleName", NamesOf<NameList::Schedules>);
-  Field(cboType, "ScheduleType").Default("Capacity").Items({"Capacity", "Arrival", "Other"});
-  Field(cboTimeUnits, "ScheduleTimeUnits")
-      .Default("hours")
-      .Items({"Seconds", "Minutes", "Quarterhours", "Halfhours", "Hours", "Days"});
-  Field(txtScaleFactor, "ScheduleScaleFactor").Default("1.0").Check(kReal).WhenEmpty();
-  Rows(rows, {"Schedule_DCount", {{"Schedule_DurationsValue", "1", "1"}, {"Schedule_DurationsDuration", "", ""}}},
-       [this](std::string_view line) { DefaultForm<frmSchedule_Durations>().Durations(cboType.Text(), line); });
+frmSchedule::frmSchedule() : ModuleDialog(kScheduleModule, "frmSchedule", "Schedule", "Schedule_.htm") {
+  Name(cboName, NamesOf<NameList::Schedules>);
+  Field(cboType, "ScheduleType").Items({"Capacity", "Arrival", "Other"});
+  Field(cboTimeUnits, "ScheduleTimeUnits").Items({"Seconds", "Minutes", "Quarterhours", "Halfhours", "Hours", "Days"});
+  Field(txtScaleFactor, "ScheduleScaleFactor").Check(kReal).WhenEmpty();
+  Rows(rows, [this](std::string_view line) { DefaultForm<frmSchedule_Durations>().Durations(cboType.Text(), line); });
 
   cboType.Click = [this] { cboType_Click(); };
 

@@ -2,6 +2,7 @@
 
 #include "dialogs/data/frmSchedule.h"
 #include "forms/FormLayout.h"
+#include "modules/data/ScheduleModule.h"
 #include "validate/CheckDataType.h"
 
 namespace vardo {
@@ -16,9 +17,9 @@ std::string_view CaptionOfValue(std::string_view type) {
 }  // namespace
 
 frmSchedule_Durations::frmSchedule_Durations()
-    : RowDialog("frmSchedule_Durations", "Durations", "Schedule_Shape_Prompts.htm", RowsOf<frmSchedule>) {
-  Add(txtDuration).Check(kExpression);
-  Add(txtValueCapacity).Default("1").Check(kExpression).WhenEmpty();
+    : RowDialog(kScheduleModule, "frmSchedule_Durations", "Durations", "Schedule_Shape_Prompts.htm", RowsOf<frmSchedule>) {
+  Field(txtDuration, "Schedule_DurationsDuration").Check(kExpression);
+  Field(txtValueCapacity, "Schedule_DurationsValue").Check(kExpression).WhenEmpty();
 
   FormLayout(*this, 2200, 2600).Row(lblValueCapacity, txtValueCapacity).Row(lblDuration, txtDuration).Buttons(buttons.All());
 }

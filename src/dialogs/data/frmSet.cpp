@@ -3,6 +3,7 @@
 #include "dialogs/ItemLists.h"
 #include "dialogs/data/frmSet_Members.h"
 #include "forms/FormLayout.h"
+#include "modules/data/SetModule.h"
 #include "props/PropertyCells.h"
 
 #include <algorithm>
@@ -10,33 +11,32 @@
 namespace vardo {
 namespace {
 
-// What a set can hold, and where: each type keeps its members in a cell of its own.
-constexpr struct MemberCell {
+constexpr const RowGroup& kRows = kSetModule.rows;
+
+// What a set can hold, and where: each type keeps its members in a column of its own.
+constexpr struct MemberList {
   std::string_view type;
-  std::string_view property;
-  std::string_view filler;
-} kMemberCells[] = {
-    {"Resource", "SetResourceMembers", "Resource 1"}, {"Counter", "SetCounterMembers", "Counter 1"},
-    {"Tally", "SetTallyMembers", "Tally 1"},          {"Entity Picture", "SetPictureMembers", "Picture.Report"},
-    {"Entity Type", "SetEntityMembers", "Entity 1"},
+  size_t column;
+} kMemberLists[] = {
+    {"Resource", kRows.ColumnOf("SetResourceMembers")},  {"Counter", kRows.ColumnOf("SetCounterMembers")},
+    {"Tally", kRows.ColumnOf("SetTallyMembers")},        {"Entity Picture", kRows.ColumnOf("SetPictureMembers")},
+    {"Entity Type", kRows.ColumnOf("SetEntityMembers")},
 };
 
 // Copies of the members, whatever their type, for those who read the shape.
 constexpr std::string_view kCopies[] = {"SetMembers", "SetMembers2", "SetMembers3", "SetMembers4", "SetMembers5"};
-constexpr std::string_view kCount = "SetM_Count";
 
-// A type that is none of the five has the resources' cell on reading, and none on writing.
-const MemberCell* FindMemberCell(std::string_view type) {
-  const auto found =
-      std::find_if(std::begin(kMemberCells), std::end(kMemberCells), [&](const MemberCell& c) { return c.type == type; });
-  return found == std::end(kMemberCells) ? nullptr : found;
+// A type that is none of the five has the resources' list on reading, and none on writing.
+const MemberList* FindMemberList(std::string_view type) {
+  const auto* const found = std::ranges::find(kMemberLists, type, &MemberList::type);
+  return found == std::end(kMemberLists) ? nullptr : found;
 }
 
 }  // namespace
 
-frmSet::frmSet() : ModuleDialog("frmSet", "Set", "Set_.htm") {
-  Name(cboName, "SetName", NamesOf<NameList::Sets>);
-  Field(cboType, "SetType").Default("Resource").Items({"Resource", "Counter", "Tally", "Entity Type", "Entity Picture"});
+frmSet::frmSet() : ModuleDialog(kSetModule, "frmSet", "Set", "Set_.htm") {
+  Name(cboName, NamesOf<NameList::Sets>);
+  Field(cboType, "SetType").Items({"Resource", "Counter", "Tally", "Entity Type", "Entity Picture"});
   Rows(rows, [](std::string_view line) { DefaultForm<frmSet_Members>().Set_Member(line); });
 
   cboType.Click = [this] { cboType_Click(); };
@@ -59,21 +59,20 @@ void frmSet::cboType_Click() {
 }
 
 StringList frmSet::ReadRows(const IVShapePtr& shape) {
-  const MemberCell* found = FindMemberCell(GetPropList(shape, "SetType", "Resource").front());
-  const MemberCell& cell = found ? *found : kMemberCells[0];
-  return RepeatGroup(kCount, {{cell.property, cell.filler, cell.filler}}).ReadLines(shape);
+  const ModuleProperty& type = kSetModule.Property("SetType");
+  const MemberList* found = FindMemberList(GetPropList(shape, type.field, type.defaultValue).front());
+  const MemberList& list = found ? *found : kMemberLists[0];
+  return RepeatGroup(kSetModule, kRows.columns.subspan(list.column, 1)).ReadLines(shape);
 }
 
 // A set keeps the members of its own type alone.
 void frmSet::WriteRows(const IVShapePtr& shape) {
-  for (const std::string_view copy : kCopies) SetPropList(shape, copy, kMemberCells[0].filler);
-  for (const MemberCell& cell : kMemberCells) SetPropList(shape, cell.property, cell.filler);
-  SetPropList(shape, kCount, "0");
+  RepeatGroup(kSetModule).WriteLines(shape, {});
   const StringList members = rows.Rows();
   if (members.empty()) return;
   for (const std::string_view copy : kCopies) SetPropList(shape, copy, members);
-  if (const MemberCell* cell = FindMemberCell(cboType.Text())) SetPropList(shape, cell->property, members);
-  SetPropList(shape, kCount, std::to_string(members.size()));
+  if (const MemberList* list = FindMemberList(cboType.Text())) SetPropList(shape, kRows.columns[list->column].field, members);
+  SetPropList(shape, kRows.count, std::to_string(members.size()));
 }
 
 void frmSet::UnloadRowDialog() { UnloadIfLoaded<frmSet_Members>(); }

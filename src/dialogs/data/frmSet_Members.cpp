@@ -3,21 +3,21 @@
 #include "dialogs/ItemLists.h"
 #include "dialogs/data/frmSet.h"
 #include "forms/FormLayout.h"
+#include "modules/data/SetModule.h"
 #include "validate/CheckDataType.h"
 
 namespace vardo {
 
-frmSet_Members::frmSet_Members() : RowDialog("frmSet_Members", "Members", "Set_Shape_Prompts.htm", RowsOf<frmSet>) {
-  Add(cboResourceName).Default("Resource 1").Offers(NamesOf<NameList::Resources>).Check(kSymbolName).WhenEmpty();
-  Add(cboCounterName).Default("Counter 1").Offers(NamesOf<NameList::Counters>).Check(kSymbolName).WhenEmpty();
-  Add(cboTallyName).Default("Tally 1").Offers(NamesOf<NameList::Tallies>).Check(kSymbolName).WhenEmpty();
-  Add(cboEntityPicture)
-      .Default("Picture.Report")
+frmSet_Members::frmSet_Members() : RowDialog(kSetModule, "frmSet_Members", "Members", "Set_Shape_Prompts.htm", RowsOf<frmSet>) {
+  Field(cboResourceName, "SetResourceMembers").Offers(NamesOf<NameList::Resources>).Check(kSymbolName).WhenEmpty();
+  Field(cboCounterName, "SetCounterMembers").Offers(NamesOf<NameList::Counters>).Check(kSymbolName).WhenEmpty();
+  Field(cboTallyName, "SetTallyMembers").Offers(NamesOf<NameList::Tallies>).Check(kSymbolName).WhenEmpty();
+  Field(cboEntityPicture, "SetPictureMembers")
       .Items(kPictures)
       .Offers(NamesOf<NameList::Pictures>)
       .Check(kSymbolName)
       .WhenEmpty();
-  Add(cboEntityType).Default("Entity 1").Offers(NamesOf<NameList::EntityTypes>).Check(kSymbolName).WhenEmpty();
+  Field(cboEntityType, "SetEntityMembers").Offers(NamesOf<NameList::EntityTypes>).Check(kSymbolName).WhenEmpty();
 
   FormLayout(*this, 1900, 2600)
       .Row(lblMemberName, cboResourceName)

@@ -3,17 +3,17 @@
 #include "dialogs/ItemLists.h"
 #include "dialogs/data/frmVariable_InitialValues.h"
 #include "forms/FormLayout.h"
+#include "modules/data/VariableModule.h"
 #include "validate/CheckDataType.h"
 
 namespace vardo {
 
-frmVariable::frmVariable() : ModuleDialog("frmVariable", "Variable", "Variable_.htm") {
-  Name(cboName, "VariableName", NamesOf<NameList::Variables>);
+frmVariable::frmVariable() : ModuleDialog(kVariableModule, "frmVariable", "Variable", "Variable_.htm") {
+  Name(cboName, NamesOf<NameList::Variables>);
   Field(txtRows, "VariableRows").Check(kInteger);
   Field(txtColumns, "VariableColumns").Check(kInteger);
-  Field(chkStatistics, "VariableStatistics").Default("Yes");
-  Rows(rows, {"Variable_ICount", {{"VariableInitialValue", "0.0", "0.0"}}},
-       [](std::string_view line) { DefaultForm<frmVariable_InitialValues>().Variable_InitialValue(line); });
+  Field(chkStatistics, "VariableStatistics");
+  Rows(rows, [](std::string_view line) { DefaultForm<frmVariable_InitialValues>().Variable_InitialValue(line); });
 
   // The rows are not tidied: a variable without any is a single value.
   txtRows.LostFocus = [this] { ShowDimensions(); };

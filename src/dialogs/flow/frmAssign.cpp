@@ -3,22 +3,16 @@
 #include "dialogs/ItemLists.h"
 #include "dialogs/flow/frmAssign_Assignments.h"
 #include "forms/FormLayout.h"
+#include "modules/flow/AssignModule.h"
 
 namespace vardo {
 namespace {
 
-enum Column : size_t { kType, kVariable, kNewValue, kAttribute, kEntityType, kPicture, kOther };
-
-// In the order of the enumeration.
-const std::vector<RowColumn> kColumns = {
-    {"AssignType", "Variable", "Variable"},
-    {"AssignVariableName", "Variable 1", "Variable 1"},
-    {"AssignNewValue", "1", "1"},
-    {"AssignAttributeName", "Attribute 1", "Attribute 1"},
-    {"AssignEntityType", "Entity 1", "Entity 1"},
-    {"AssignEntityPicture", "Picture.Report", "Picture.Report"},
-    {"AssignOther", "J", "J"},
-};
+constexpr const RowGroup& kRows = kAssignModule.rows;
+constexpr size_t kType = kRows.ColumnOf("AssignType"), kVariable = kRows.ColumnOf("AssignVariableName"),
+                 kAttribute = kRows.ColumnOf("AssignAttributeName"), kEntityType = kRows.ColumnOf("AssignEntityType"),
+                 kPicture = kRows.ColumnOf("AssignEntityPicture"), kOther = kRows.ColumnOf("AssignOther"),
+                 kNewValue = kRows.ColumnOf("AssignNewValue");
 
 std::vector<size_t> LineColumns(const StringList& row) {
   const std::string& type = row[kType];
@@ -32,10 +26,9 @@ std::vector<size_t> LineColumns(const StringList& row) {
 
 }  // namespace
 
-frmAssign::frmAssign() : ModuleDialog("frmAssign", "Assign", "Assign_.htm") {
-  Name(cboName, "AssignName", NamesOf<NameList::FlowModules>);
-  Rows(rows, {"AssignCount", kColumns, LineColumns},
-       [](std::string_view line) { DefaultForm<frmAssign_Assignments>().Assign_Assignment(line); });
+frmAssign::frmAssign() : ModuleDialog(kAssignModule, "frmAssign", "Assign", "Assign_.htm") {
+  Name(cboName, NamesOf<NameList::FlowModules>);
+  Rows(rows, [](std::string_view line) { DefaultForm<frmAssign_Assignments>().Assign_Assignment(line); }).LineShows(LineColumns);
 
   FormLayout(*this, 1500, 3600).Row(lblName, cboName).List(rows.label, rows.list, rows.Buttons(), 8).Buttons(buttons.All());
 }

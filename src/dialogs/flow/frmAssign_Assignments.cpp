@@ -3,6 +3,7 @@
 #include "dialogs/ItemLists.h"
 #include "dialogs/flow/frmAssign.h"
 #include "forms/FormLayout.h"
+#include "modules/flow/AssignModule.h"
 #include "validate/CheckDataType.h"
 
 namespace vardo {
@@ -17,19 +18,22 @@ constexpr std::string_view kOther = "Other";
 }  // namespace
 
 frmAssign_Assignments::frmAssign_Assignments()
-    : RowDialog("frmAssign_Assignments", "Assignments", "Assign_Shape_Prompts.htm", RowsOf<frmAssign>) {
-  Add(cboType).Default(kVariable).Items({kVariable, kAttribute, kEntityType, kEntityPicture, kOther});
-  Add(cboVariableName).Default("Variable 1").Offers(NamesOf<NameList::Variables>).Check(kSymbolName).WhenEmpty();
-  Add(cboAttributeName).Default("Attribute 1").Items(kAssignableAttributes).Offers(UserAttributes).Check(kSymbolName).WhenEmpty();
-  Add(cboEntityType).Default("Entity 1").Offers(NamesOf<NameList::EntityTypes>).Check(kSymbolName).WhenEmpty();
-  Add(cboEntityPicture)
-      .Default("Picture.Report")
+    : RowDialog(kAssignModule, "frmAssign_Assignments", "Assignments", "Assign_Shape_Prompts.htm", RowsOf<frmAssign>) {
+  Field(cboType, "AssignType").Items({kVariable, kAttribute, kEntityType, kEntityPicture, kOther});
+  Field(cboVariableName, "AssignVariableName").Offers(NamesOf<NameList::Variables>).Check(kSymbolName).WhenEmpty();
+  Field(cboAttributeName, "AssignAttributeName")
+      .Items(kAssignableAttributes)
+      .Offers(UserAttributes)
+      .Check(kSymbolName)
+      .WhenEmpty();
+  Field(cboEntityType, "AssignEntityType").Offers(NamesOf<NameList::EntityTypes>).Check(kSymbolName).WhenEmpty();
+  Field(cboEntityPicture, "AssignEntityPicture")
       .Items(kPictures)
       .Offers(NamesOf<NameList::Pictures>)
       .Check(kSymbolName)
       .WhenEmpty();
-  Add(txtOther).Default("J").Check(kExpression).WhenEmpty();
-  Add(txtNewValue).Default("1").Check(kExpression).WhenEmpty();
+  Field(txtOther, "AssignOther").Check(kExpression).WhenEmpty();
+  Field(txtNewValue, "AssignNewValue").Check(kExpression).WhenEmpty();
 
   cboType.Click = [this] { cboType_Click(); };
 

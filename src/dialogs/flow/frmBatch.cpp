@@ -2,22 +2,18 @@
 
 #include "dialogs/ItemLists.h"
 #include "forms/FormLayout.h"
+#include "modules/flow/BatchModule.h"
 #include "validate/CheckDataType.h"
 
 namespace vardo {
 
-frmBatch::frmBatch() : ModuleDialog("frmBatch", "Batch", "Batch_.htm") {
-  Name(cboName, "BatchName", NamesOf<NameList::FlowModules>);
-  Field(cboType, "BatchType").Default("Permanent").Items({"Permanent", "Temporary"});
-  Field(txtBatchSize, "BatchBatchSize").Default("2").Check(kExpression).WhenEmpty();
-  Field(cboSaveCriterion, "BatchSaveCriterion").Default("Last").Items({"First", "Last", "Sum", "Product"});
-  Field(cboRule, "BatchRule").Default("Any Entity").Items({"Any Entity", "By Attribute"});
-  Field(cboAttributeName, "BatchAttributeName")
-      .Default("Attribute 1")
-      .Items(kEntityAttributes)
-      .Offers(UserAttributes)
-      .Check(kSymbolName)
-      .WhenEmpty();
+frmBatch::frmBatch() : ModuleDialog(kBatchModule, "frmBatch", "Batch", "Batch_.htm") {
+  Name(cboName, NamesOf<NameList::FlowModules>);
+  Field(cboType, "BatchType").Items({"Permanent", "Temporary"});
+  Field(txtBatchSize, "BatchBatchSize").Check(kExpression).WhenEmpty();
+  Field(cboSaveCriterion, "BatchSaveCriterion").Items({"First", "Last", "Sum", "Product"});
+  Field(cboRule, "BatchRule").Items({"Any Entity", "By Attribute"});
+  Field(cboAttributeName, "BatchAttributeName").Items(kEntityAttributes).Offers(UserAttributes).Check(kSymbolName).WhenEmpty();
   WriteInOrder({&cboName, &cboType, &txtBatchSize, &cboRule, &cboAttributeName, &cboSaveCriterion});
 
   cboRule.Click = [this] { cboRule_Click(); };

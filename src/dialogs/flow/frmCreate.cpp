@@ -2,29 +2,22 @@
 
 #include "dialogs/ItemLists.h"
 #include "forms/FormLayout.h"
+#include "modules/flow/CreateModule.h"
 #include "validate/CheckDataType.h"
 
 namespace vardo {
 
-frmCreate::frmCreate() : ModuleDialog("frmCreate", "Create", "Create_.htm") {
-  Name(cboName, "CreateName", NamesOf<NameList::FlowModules>);
-  Field(cboEntityType, "CreateEntityType")
-      .Default("Entity 1")
-      .Offers(NamesOf<NameList::EntityTypes>)
-      .Check(kSymbolName)
-      .WhenEmpty();
-  Field(cboType, "CreateType").Default("Random").Items({"Random", "Schedule", "Constant", "Expression"});
-  Field(txtValue, "CreateValue").Default("1").Check(kExpression).WhenEmpty();
-  Field(cboUnits, "CreateUnits").Default("Hours").Items(kTimeUnits);
-  Field(txtEntitiesPerArrival, "CreateBatchSize").Default("1").Check(kExpression).WhenEmpty();
-  Field(txtMaxArrivals, "CreateMaxBatches").Default("Infinite").Check(kExpression).WhenEmpty();
-  Field(txtFirstCreation, "CreateFirstCreation").Default("0.0").Check(kExpression).WhenEmpty();
-  Field(cboExpression, "CreateExpression").Default("1").Items(kExpressionTemplates).Check(kExpression).WhenEmpty();
-  Field(cboScheduleName, "CreateScheduleName")
-      .Default("Schedule 1")
-      .Offers(NamesOf<NameList::Schedules>)
-      .Check(kSymbolName)
-      .WhenEmpty();
+frmCreate::frmCreate() : ModuleDialog(kCreateModule, "frmCreate", "Create", "Create_.htm") {
+  Name(cboName, NamesOf<NameList::FlowModules>);
+  Field(cboEntityType, "CreateEntityType").Offers(NamesOf<NameList::EntityTypes>).Check(kSymbolName).WhenEmpty();
+  Field(cboType, "CreateType").Items({"Random", "Schedule", "Constant", "Expression"});
+  Field(txtValue, "CreateValue").Check(kExpression).WhenEmpty();
+  Field(cboUnits, "CreateUnits").Items(kTimeUnits);
+  Field(txtEntitiesPerArrival, "CreateBatchSize").Check(kExpression).WhenEmpty();
+  Field(txtMaxArrivals, "CreateMaxBatches").Check(kExpression).WhenEmpty();
+  Field(txtFirstCreation, "CreateFirstCreation").Check(kExpression).WhenEmpty();
+  Field(cboExpression, "CreateExpression").Items(kExpressionTemplates).Check(kExpression).WhenEmpty();
+  Field(cboScheduleName, "CreateScheduleName").Offers(NamesOf<NameList::Schedules>).Check(kSymbolName).WhenEmpty();
 
   cboType.Click = [this] { cboType_Click(); };
 

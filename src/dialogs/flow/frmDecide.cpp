@@ -2,6 +2,7 @@
 
 #include "dialogs/ItemLists.h"
 #include "forms/FormLayout.h"
+#include "modules/flow/DecideModule.h"
 #include "validate/CheckDataType.h"
 
 namespace vardo {
@@ -13,33 +14,16 @@ constexpr CodeRow kTypes[] = {{"With", kByChance}, {"If", kByCondition}};
 
 }  // namespace
 
-frmDecide::frmDecide() : ModuleDialog("frmDecide", "Decide", "Decide_.htm") {
-  Name(cboName, "DecideName", NamesOf<NameList::FlowModules>);
-  Field(cboType, "DecideType").Default("With").Codes(kTypes, UnknownCode::ShowsLastText);
-  Field(cboPercentTrue, "DecidePercentTrue")
-      .Default("50")
-      .Items({"10", "25", "33", "50", "66", "75", "90"})
-      .Check(kExpression)
-      .WhenEmpty();
-  Field(cboIf, "DecideIf").Default("Entity Type").Items({"Variable", "Attribute", "Entity Type", "Expression"});
-  Field(cboVariableNamed, "DecideVariableNamed")
-      .Default("Variable 1")
-      .Offers(NamesOf<NameList::Variables>)
-      .Check(kSymbolName)
-      .WhenEmpty();
-  Field(cboEntityTypeNamed, "DecideEntityTypeNamed")
-      .Default("Entity 1")
-      .Offers(NamesOf<NameList::EntityTypes>)
-      .Check(kSymbolName)
-      .WhenEmpty();
-  Field(cboAttributeNamed, "DecideAttributeNamed")
-      .Default("Attribute 1")
-      .Items(kEntityAttributes)
-      .Offers(UserAttributes)
-      .Check(kSymbolName)
-      .WhenEmpty();
-  Field(cboIs, "DecideIs").Default(">=").Items({">", ">=", "==", "<", "<=", "<>"});
-  Field(txtValue, "DecideValue").Default("1").Check(kExpression).WhenEmpty();
+frmDecide::frmDecide() : ModuleDialog(kDecideModule, "frmDecide", "Decide", "Decide_.htm") {
+  Name(cboName, NamesOf<NameList::FlowModules>);
+  Field(cboType, "DecideType").Codes(kTypes, UnknownCode::ShowsLastText);
+  Field(cboPercentTrue, "DecidePercentTrue").Items({"10", "25", "33", "50", "66", "75", "90"}).Check(kExpression).WhenEmpty();
+  Field(cboIf, "DecideIf").Items({"Variable", "Attribute", "Entity Type", "Expression"});
+  Field(cboVariableNamed, "DecideVariableNamed").Offers(NamesOf<NameList::Variables>).Check(kSymbolName).WhenEmpty();
+  Field(cboEntityTypeNamed, "DecideEntityTypeNamed").Offers(NamesOf<NameList::EntityTypes>).Check(kSymbolName).WhenEmpty();
+  Field(cboAttributeNamed, "DecideAttributeNamed").Items(kEntityAttributes).Offers(UserAttributes).Check(kSymbolName).WhenEmpty();
+  Field(cboIs, "DecideIs").Items({">", ">=", "==", "<", "<=", "<>"});
+  Field(txtValue, "DecideValue").Check(kExpression).WhenEmpty();
 
   CheckInOrder({&cboName, &cboPercentTrue, &cboVariableNamed, &txtValue, &cboEntityTypeNamed, &cboAttributeNamed});
   WriteInOrder({&cboName, &cboType, &cboPercentTrue, &cboVariableNamed, &cboIs, &txtValue, &cboIf, &cboEntityTypeNamed,

@@ -2,12 +2,13 @@
 
 #include "dialogs/ItemLists.h"
 #include "forms/FormLayout.h"
+#include "modules/flow/DisposeModule.h"
 
 namespace vardo {
 
-frmDispose::frmDispose() : ModuleDialog("frmDispose", "Dispose", "Dispose_.htm") {
-  Name(cboName, "DisposeName", NamesOf<NameList::FlowModules>);
-  Field(chkStatistics, "EntityStatistics").Default("Yes");
+frmDispose::frmDispose() : ModuleDialog(kDisposeModule, "frmDispose", "Dispose", "Dispose_.htm") {
+  Name(cboName, NamesOf<NameList::FlowModules>);
+  Field(chkStatistics, "EntityStatistics");
 
   FormLayout(*this, 1500, 3000).Row(lblName, cboName).Row(chkStatistics).Buttons(buttons.All());
 }

@@ -5,6 +5,7 @@
 #include "dialogs/flow/frmProcess_Resource.h"
 #include "events/SubmodelPages.h"
 #include "forms/FormLayout.h"
+#include "modules/flow/ProcessModule.h"
 #include "validate/CheckDataType.h"
 
 #include <algorithm>
@@ -43,18 +44,11 @@ constexpr std::string_view kResource = "Resource";
 // A row that is not for a resource is for a set.
 std::string RowType(std::string_view stored) { return stored == kResource ? std::string(stored) : "Set"; }
 
-enum Column : size_t { kType, kSetName, kRule, kQuantity, kSaveAttribute, kResourceName, kSetIndex };
-
-// In the order of the enumeration.
-const std::vector<RowColumn> kColumns = {
-    {"Process_RType", kResource, kResource, RowType},
-    {"Process_RSetName", "Set 1", "Set 1"},
-    {"Process_RSelectionRule", "CYC", "CYC", RuleCodeToText, RuleTextToCode},
-    {"Process_RQuantity", "1", "1"},
-    {"Process_RSaveAttribute", "", ""},
-    {"Process_RResourceName", "Resource 1", "Resource 1"},
-    {"Process_RInputAttribute", "1", "Attribute 1"},
-};
+constexpr const RowGroup& kRows = kProcessModule.rows;
+constexpr size_t kType = kRows.ColumnOf("Process_RType"), kResourceName = kRows.ColumnOf("Process_RResourceName"),
+                 kSetName = kRows.ColumnOf("Process_RSetName"), kQuantity = kRows.ColumnOf("Process_RQuantity"),
+                 kRule = kRows.ColumnOf("Process_RSelectionRule"), kSaveAttribute = kRows.ColumnOf("Process_RSaveAttribute"),
+                 kSetIndex = kRows.ColumnOf("Process_RInputAttribute");
 
 std::vector<size_t> LineColumns(const StringList& row) {
   if (row[kType] == kResource) return {kType, kResourceName, kQuantity};
@@ -67,29 +61,25 @@ std::string RuleCodeToText(std::string_view code) { return CodeToText(kRules, co
 
 std::string RuleTextToCode(std::string_view text) { return TextToCode(kRules, text); }
 
-frmProcess::frmProcess() : ModuleDialog("frmProcess", "Process", "Process_.htm") {
-  Name(cboName, "ProcessName", NamesOf<NameList::FlowModules>);
-  Field(cboType, "ProcessType").Default(kStandard).Items({kStandard, "Submodel"});
-  Field(cboAction, "ProcessAction").Default("D").Codes(kActions, UnknownCode::ShowsNothing);
-  Field(cboPriority, "ProcessPriority")
-      .Default("2")
-      .Codes(kPriorities, UnknownCode::ShowsItself)
-      .Check(kExpression)
-      .WhenEmpty("Medium(2)");
-  Field(cboDelayType, "ProcessDelayType")
-      .Default("Triangular")
-      .Items({"Constant", "Normal", "Triangular", "Uniform", "Expression"});
-  Field(cboUnits, "ProcessUnits").Default("hours").Items(kTimeUnits);
-  Field(cboAllocation, "ProcessAllocation").Default("VA").Codes(kAllocations, UnknownCode::ShowsLastText);
-  Field(txtMin, "ProcessMin").Default(".5").Check(kExpression).WhenEmpty();
-  Field(txtValue, "ProcessValue").Default("1").Check(kExpression).WhenEmpty();
-  Field(txtMax, "ProcessMax").Default("1.5").Check(kExpression).WhenEmpty();
-  Field(txtStdDev, "ProcessStdDev").Default(".2").Check(kExpression).WhenEmpty();
-  Field(cboExpression, "ProcessExpression").Default("1").Items(kExpressionTemplates).Check(kExpression).WhenEmpty();
-  Field(chkReportStatistics, "ReportStatistics").Default("Yes");
+frmProcess::frmProcess() : ModuleDialog(kProcessModule, "frmProcess", "Process", "Process_.htm") {
+  Name(cboName, NamesOf<NameList::FlowModules>);
+  Field(cboType, "ProcessType").Items({kStandard, "Submodel"});
+  Field(cboAction, "ProcessAction").Codes(kActions, UnknownCode::ShowsNothing);
+  Field(cboPriority, "ProcessPriority").Codes(kPriorities, UnknownCode::ShowsItself).Check(kExpression).WhenEmpty("Medium(2)");
+  Field(cboDelayType, "ProcessDelayType").Items({"Constant", "Normal", "Triangular", "Uniform", "Expression"});
+  Field(cboUnits, "ProcessUnits").Items(kTimeUnits);
+  Field(cboAllocation, "ProcessAllocation").Codes(kAllocations, UnknownCode::ShowsLastText);
+  Field(txtMin, "ProcessMin").Check(kExpression).WhenEmpty();
+  Field(txtValue, "ProcessValue").Check(kExpression).WhenEmpty();
+  Field(txtMax, "ProcessMax").Check(kExpression).WhenEmpty();
+  Field(txtStdDev, "ProcessStdDev").Check(kExpression).WhenEmpty();
+  Field(cboExpression, "ProcessExpression").Items(kExpressionTemplates).Check(kExpression).WhenEmpty();
+  Field(chkReportStatistics, "ReportStatistics");
   CheckInOrder({&cboName, &txtMin, &txtValue, &txtMax, &txtStdDev, &cboExpression, &cboPriority});
-  Rows(rows, {"Process_RCount", kColumns, LineColumns},
-       [](std::string_view line) { DefaultForm<frmProcess_Resource>().Process_Resource(line); });
+  Rows(rows, [](std::string_view line) { DefaultForm<frmProcess_Resource>().Process_Resource(line); })
+      .LineShows(LineColumns)
+      .ColumnShows(kType, RowType)
+      .ColumnShows(kRule, RuleCodeToText, RuleTextToCode);
 
   cboType.Click = [this] { cboType_Click(); };
   cboAction.Click = [this] { cboAction_Click(); };

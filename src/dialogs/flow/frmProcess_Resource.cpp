@@ -3,6 +3,7 @@
 #include "dialogs/ItemLists.h"
 #include "dialogs/flow/frmProcess.h"
 #include "forms/FormLayout.h"
+#include "modules/flow/ProcessModule.h"
 #include "validate/CheckDataType.h"
 
 namespace vardo {
@@ -15,14 +16,18 @@ constexpr std::string_view kSpecificMember = "Specific Member";
 }  // namespace
 
 frmProcess_Resource::frmProcess_Resource()
-    : RowDialog("frmProcess_Resource", "Resources", "Process_Shape_Prompts.htm", RowsOf<frmProcess>) {
-  Add(cboType).Default(kResource).Items({kResource, kSet});
-  Add(cboResourceName).Default("Resource 1").Offers(NamesOf<NameList::Resources>).Check(kSymbolName).WhenEmpty();
-  Add(cboSetName).Default("Set 1").Offers(NamesOf<NameList::Sets>).Check(kSymbolName).WhenEmpty();
-  Add(cboSaveAttribute).Offers(UserAttributes).Check(kSymbolName);
-  Add(txtQuantity).Default("1").Check(kExpression).WhenEmpty();
-  Add(cboInputAttribute).Default("1").Items(kAssignableAttributes).Offers(UserAttributes).Check(kExpression).WhenEmpty();
-  Add(cboSelectionRule)
+    : RowDialog(kProcessModule, "frmProcess_Resource", "Resources", "Process_Shape_Prompts.htm", RowsOf<frmProcess>) {
+  Field(cboType, "Process_RType").Items({kResource, kSet});
+  Field(cboResourceName, "Process_RResourceName").Offers(NamesOf<NameList::Resources>).Check(kSymbolName).WhenEmpty();
+  Field(cboSetName, "Process_RSetName").Offers(NamesOf<NameList::Sets>).Check(kSymbolName).WhenEmpty();
+  Field(cboSaveAttribute, "Process_RSaveAttribute").Offers(UserAttributes).Check(kSymbolName);
+  Field(txtQuantity, "Process_RQuantity").Check(kExpression).WhenEmpty();
+  Field(cboInputAttribute, "Process_RInputAttribute")
+      .Items(kAssignableAttributes)
+      .Offers(UserAttributes)
+      .Check(kExpression)
+      .WhenEmpty();
+  Field(cboSelectionRule, "Process_RSelectionRule")
       .Default("Cyclical")
       .Items({"Cyclical", "Random", "Preferred Order", kSpecificMember, "Largest Remaining Capacity", "Smallest Number Busy"});
 

@@ -2,6 +2,7 @@
 
 #include "dialogs/ItemLists.h"
 #include "forms/FormLayout.h"
+#include "modules/flow/RecordModule.h"
 #include "validate/CheckDataType.h"
 
 namespace vardo {
@@ -17,32 +18,19 @@ constexpr CodeRow kTypes[] = {
     {"Between", kTimeBetween}, {"Expression", kOfExpression},
 };
 
-void RecordNames(ItemList& items) { AddNames(items, "Record", "RecordName"); }
+void RecordNames(ItemList& items) { AddNames(items, kRecordModule.kind, kRecordModule.Name().field); }
 
 }  // namespace
 
-frmRecord::frmRecord() : ModuleDialog("frmRecord", "Record", "Record_.htm") {
-  Name(cboName, "RecordName", RecordNames);
-  Field(cboType, "RecordType").Default("Count").Codes(kTypes, UnknownCode::ShowsNothing);
-  Field(cboAttributeName, "RecordAttributeName").Default("Attribute 1").Offers(UserAttributes).Check(kSymbolName).WhenEmpty();
-  Field(cboSetIndex, "RecordSetIndex")
-      .Default("1")
-      .Items(kAssignableAttributes)
-      .Offers(UserAttributes)
-      .Check(kExpression)
-      .WhenEmpty();
-  Field(txtValue, "RecordValue").Default("1").Check(kExpression).WhenEmpty();
-  Field(chkRecordIntoSet, "RecordInSet").Default("No");
-  Field(cboCounterSetName, "RecordCounterSetName")
-      .Default("Counter Set 1")
-      .Offers(NamesOf<NameList::Sets>)
-      .Check(kSymbolName)
-      .WhenEmpty();
-  Field(cboTallySetName, "RecordTallySetName")
-      .Default("Tally Set 1")
-      .Offers(NamesOf<NameList::Sets>)
-      .Check(kSymbolName)
-      .WhenEmpty();
+frmRecord::frmRecord() : ModuleDialog(kRecordModule, "frmRecord", "Record", "Record_.htm") {
+  Name(cboName, RecordNames);
+  Field(cboType, "RecordType").Codes(kTypes, UnknownCode::ShowsNothing);
+  Field(cboAttributeName, "RecordAttributeName").Offers(UserAttributes).Check(kSymbolName).WhenEmpty();
+  Field(cboSetIndex, "RecordSetIndex").Items(kAssignableAttributes).Offers(UserAttributes).Check(kExpression).WhenEmpty();
+  Field(txtValue, "RecordValue").Check(kExpression).WhenEmpty();
+  Field(chkRecordIntoSet, "RecordInSet");
+  Field(cboCounterSetName, "RecordCounterSetName").Offers(NamesOf<NameList::Sets>).Check(kSymbolName).WhenEmpty();
+  Field(cboTallySetName, "RecordTallySetName").Offers(NamesOf<NameList::Sets>).Check(kSymbolName).WhenEmpty();
   const auto moduleName = [this] { return cboName.Text(); };
   Field(cboCounterName, "RecordCounterName").Offers(NamesOf<NameList::Counters>).Check(kSymbolName).WhenEmpty(moduleName);
   Field(cboTallyName, "RecordTallyName").Offers(NamesOf<NameList::Tallies>).Check(kSymbolName).WhenEmpty(moduleName);

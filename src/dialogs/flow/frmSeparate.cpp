@@ -5,6 +5,7 @@
 #include "dialogs/ItemLists.h"
 #include "dialogs/flow/frmSeparate_Attributes.h"
 #include "forms/FormLayout.h"
+#include "modules/flow/SeparateModule.h"
 #include "validate/CheckDataType.h"
 
 namespace vardo {
@@ -25,6 +26,8 @@ constexpr short kDuplicateExit = 2;
 constexpr std::string_view kDuplicateExitX = "Width*0.8912";
 constexpr std::string_view kDuplicateExitY = "Height*0";
 
+void SeparateNames(ItemList& items) { AddNames(items, kSeparateModule.kind, kSeparateModule.Name().field); }
+
 bool HasDuplicateExit(IVShape& shape) {
   return shape.RowExists(kSectionConnectionPts, kDuplicateExit, kExistsAnywhere) &&
          shape.CellsSRC(kSectionConnectionPts, kDuplicateExit, kCellConnectionX)->Formula() == kDuplicateExitX;
@@ -44,19 +47,14 @@ void AddDuplicateExit(IVShape& shape) {
 
 }  // namespace
 
-frmSeparate::frmSeparate() : ModuleDialog("frmSeparate", "Separate", "Separate_.htm") {
-  Name(cboName, "SeparateName", [](ItemList& items) { AddNames(items, "Separate", "SeparateName"); });
-  Field(cboType, "SeparateType").Default("Duplicate").Codes(kTypes, UnknownCode::ShowsLastText);
-  Field(txtCostToDuplicates, "SeparateCostToDuplicates").Default("50").Check(kExpression).WhenEmpty();
+frmSeparate::frmSeparate() : ModuleDialog(kSeparateModule, "frmSeparate", "Separate", "Separate_.htm") {
+  Name(cboName, SeparateNames);
+  Field(cboType, "SeparateType").Codes(kTypes, UnknownCode::ShowsLastText);
+  Field(txtCostToDuplicates, "SeparateCostToDuplicates").Check(kExpression).WhenEmpty();
   // Other programs know the cell by either spelling; a cell is found whatever its letter case.
-  Field(txtNumofDuplicates, "SeparateNumberofDuplicates")
-      .ReadAs("SeparateNumberOfDuplicates")
-      .Default("1")
-      .Check(kExpression)
-      .WhenEmpty();
-  Field(cboMemberAttributes, "SeparateMemberAttributes").Default("Retain").Codes(kMemberAttributes, UnknownCode::ShowsLastText);
-  Rows(rows, {"Separate_ACount", {{"AttributeName", "Attribute 1", "Attribute 1"}}},
-       [](std::string_view line) { DefaultForm<frmSeparate_Attributes>().Separate_Attribute(line); });
+  Field(txtNumofDuplicates, "SeparateNumberofDuplicates").ReadAs("SeparateNumberOfDuplicates").Check(kExpression).WhenEmpty();
+  Field(cboMemberAttributes, "SeparateMemberAttributes").Codes(kMemberAttributes, UnknownCode::ShowsLastText);
+  Rows(rows, [](std::string_view line) { DefaultForm<frmSeparate_Attributes>().Separate_Attribute(line); });
 
   cboType.Click = [this] { cboType_Click(); };
   cboMemberAttributes.Click = [this] { cboMemberAttributes_Click(); };
