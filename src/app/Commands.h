@@ -1,20 +1,27 @@
-// The commands of the program `vardo`. Each returns the exit status: 0 done, 1 refused or failed with a sentence on standard
-// error. FileError and AutomationError reach main, which prints their sentence and returns 1.
+// The commands of the program `vardo`. What they throw reaches main, which says it in a sentence on standard error and ends with
+// status 1; so it does when their output could not be written.
 #pragma once
 
 #include <filesystem>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <vector>
 
 namespace vardo {
+
+// What has come of a command.
+struct Outcome {
+  int status = 0;                              // 1: refused, and said so
+  std::optional<std::filesystem::path> saved;  // the file that its work is in, whatever becomes of the report
+};
 
 struct ShowOptions {
   std::filesystem::path file;
   bool json = false;
 };
 // Prints pages, modules with their properties, and connections.
-int ShowDrawing(const ShowOptions& options);
+Outcome ShowDrawing(const ShowOptions& options, std::ostream& output);
 
 struct EditOptions {
   std::filesystem::path file;
@@ -24,19 +31,19 @@ struct EditOptions {
   std::optional<std::filesystem::path> output;
 };
 // Opens a module's dialog on screen, or fills it in without one when there are assignments; saves when OK was accepted.
-int EditModule(const EditOptions& options, int argc, char** argv);
+Outcome EditModule(const EditOptions& options, std::ostream& output, int argc, char** argv);
 
 struct ScriptOptions {
   std::filesystem::path file;  // empty: none is opened
   std::string forms = "headless";
   bool withoutAddin = false;
 };
-int RunScript(const ScriptOptions& options, int argc, char** argv);
+Outcome RunScript(const ScriptOptions& options, std::ostream& output, int argc, char** argv);
 
 struct NewOptions {
   std::filesystem::path file;
   bool replace = false;
 };
-int NewDrawing(const NewOptions& options);
+Outcome NewDrawing(const NewOptions& options, std::ostream& output);
 
 }  // namespace vardo

@@ -1,21 +1,23 @@
 #include "addin/Vardo_Visio_Link_Module.h"
 #include "app/Commands.h"
 #include "app/Modules.h"
+#include "app/StandardStreams.h"
 #include "base/Errors.h"
+#include "base/Numbers.h"
+#include "base/Text.h"
 #include "dialogs/ModuleDialog.h"
 #include "forms/Forms.h"
 #include "forms/headless/HeadlessPresenter.h"
 #include "forms/qt/QtPlatform.h"
 #include "forms/qt/QtPresenter.h"
 #include "forms/qt/QtSession.h"
+#include "platform/FileSystem.h"
 #include "platform/NativePlatform.h"
 #include "script/AddinSession.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
-#include <cstdio>
 #include <cstdlib>
 
 namespace vardo {
@@ -38,24 +40,21 @@ AutomationError Refused(const std::string& sentence) { return AutomationError(5,
 Assignment ParseAssignment(const std::string& text) {
   const size_t equals = text.find('=');
   if (equals == std::string::npos || equals == 0)
-    throw Refused(fmt::format("\"{}\" is no assignment: write FIELD=TEXT, such as CreateUnits=Minutes.", text));
+    throw Refused(fmt::format("\"{}\" is no assignment: write FIELD=TEXT, such as CreateUnits=Minutes.", InWords(text)));
   return {text.substr(0, equals), text.substr(equals + 1)};
 }
 
 // By name or ID first; a text is how people know their modules, so it serves when no shape bears the name.
 std::vector<FoundModule> FindShapes(DrawingHost& host, const EditOptions& options, bool byText) {
   std::vector<FoundModule> found;
-  int id = 0;
-  const auto [end, error] = std::from_chars(options.shape.data(), options.shape.data() + options.shape.size(), id);
-  const bool isId = error == std::errc() && end == options.shape.data() + options.shape.size();
+  const std::optional<int> id = ParseInteger(options.shape);
   Drawing& drawing = host.drawing();
   for (int p = 1; p <= drawing.PageCount(); ++p) {
     DrawingPage& page = drawing.PageAt(p);
     if (!options.page.empty() && page.Name() != options.page) continue;
     for (int i = 1; i <= page.ShapeCount(); ++i) {
       const DrawingShape& shape = page.ShapeAt(i);
-      const bool matches =
-          byText ? shape.Text() == options.shape : page.NameOf(shape) == options.shape || (isId && shape.id() == id);
+      const bool matches = byText ? shape.Text() == options.shape : page.NameOf(shape) == options.shape || shape.id() == id;
       if (matches) found.push_back({host.RefTo(page, shape.id()), page.Name(), page.NameOf(shape), ModuleKindOf(shape)});
     }
   }
@@ -63,22 +62,22 @@ std::vector<FoundModule> FindShapes(DrawingHost& host, const EditOptions& option
 }
 
 FoundModule FindModule(DrawingHost& host, const EditOptions& options) {
-  const std::string file = options.file.string();
+  const std::string file = PathInWords(options.file), wanted = InWords(options.shape);
   if (!options.page.empty() && !host.drawing().FindPage(options.page))
-    throw Refused(fmt::format("{} has no page \"{}\"; `vardo show` lists its pages.", file, options.page));
+    throw Refused(fmt::format("{} has no page \"{}\"; `vardo show` lists its pages.", file, InWords(options.page)));
   std::vector<FoundModule> found = FindShapes(host, options, false);
   if (found.empty()) found = FindShapes(host, options, true);
-  if (found.empty()) throw Refused(fmt::format("{} has no shape \"{}\"; `vardo show` lists its modules.", file, options.shape));
+  if (found.empty()) throw Refused(fmt::format("{} has no shape \"{}\"; `vardo show` lists its modules.", file, wanted));
   if (found.size() > 1) {
     std::string places;
     for (const FoundModule& module : found)
-      places += fmt::format("{}\"{}\" on page \"{}\"", places.empty() ? "" : ", ", module.name, module.page);
-    throw Refused(fmt::format("\"{}\" is more than one shape in {} ({}); name the shape and its page (--page).", options.shape,
-                              file, places));
+      places += fmt::format("{}\"{}\" on page \"{}\"", places.empty() ? "" : ", ", InWords(module.name), InWords(module.page));
+    throw Refused(
+        fmt::format("\"{}\" is more than one shape in {} ({}); name the shape and its page (--page).", wanted, file, places));
   }
   if (found[0].kind.empty())
-    throw Refused(fmt::format("The shape \"{}\" in {} is no module, so it has no dialog.", options.shape, file));
-  if (!HasModuleDialog(found[0].kind)) throw Refused(fmt::format("There is no dialog for {} modules.", found[0].kind));
+    throw Refused(fmt::format("The shape \"{}\" in {} is no module, so it has no dialog.", wanted, file));
+  if (!HasModuleDialog(found[0].kind)) throw Refused(fmt::format("There is no dialog for {} modules.", InWords(found[0].kind)));
   return found[0];
 }
 
@@ -86,7 +85,7 @@ FoundModule FindModule(DrawingHost& host, const EditOptions& options) {
 class ConsolePlatform : public ForwardingPlatform {
  public:
   using ForwardingPlatform::ForwardingPlatform;
-  void ShowMessage(std::string_view text, std::string_view, int) override { fmt::print(stderr, "vardo: {}\n", text); }
+  void ShowMessage(std::string_view text, std::string_view, int) override { Tell(text); }
 };
 
 // Puts the texts into the fields of the dialog and presses OK, as a person would.
@@ -105,7 +104,7 @@ class DialogFiller {
   static void Type(ModuleDialog& dialog, const Assignment& assignment) {
     const DialogField* field = dialog.FindField(assignment.field);
     if (!field)
-      throw Refused(fmt::format("The {} dialog has no field {}; its fields are {}.", dialog.Caption(), assignment.field,
+      throw Refused(fmt::format("The {} dialog has no field {}; its fields are {}.", dialog.Caption(), InWords(assignment.field),
                                 FieldNames(dialog)));
     Control& control = field->control();
     if (!control.Shown())
@@ -113,7 +112,7 @@ class DialogFiller {
     const std::string text = field->ItemFor(assignment.text);
     const std::vector<std::string> choices = field->Choices();
     if (!choices.empty() && std::find(choices.begin(), choices.end(), text) == choices.end())
-      throw Refused(fmt::format("{} takes one of {}, not \"{}\".", field->property(), fmt::join(choices, ", "), text));
+      throw Refused(fmt::format("{} takes one of {}, not \"{}\".", field->property(), fmt::join(choices, ", "), InWords(text)));
     if (auto* check = dynamic_cast<CheckBox*>(&control)) return dialog.UserCheck(*check, text == choices.front());
     dialog.UserType(dynamic_cast<TextControl&>(control), text);
   }
@@ -133,17 +132,15 @@ Properties Snapshot(DrawingHost& host, const SheetRef& ref) {
   return all;
 }
 
-void PrintChanges(const FoundModule& module, const Properties& before, const Properties& after) {
-  bool changed = false;
-  fmt::print("{} \"{}\" on page \"{}\":\n", module.kind, module.name, module.page);
+std::string Changes(const FoundModule& module, const Properties& before, const Properties& after) {
+  std::string changes;
   for (const auto& [name, value] : after) {
     const auto old = std::find_if(before.begin(), before.end(), [&, &key = name](const auto& p) { return p.first == key; });
     const std::string oldValue = old == before.end() ? "" : old->second;
-    if (oldValue == value) continue;
-    fmt::print("  {}: \"{}\" -> \"{}\"\n", name, oldValue, value);
-    changed = true;
+    if (oldValue != value) changes += fmt::format("  {}: \"{}\" -> \"{}\"\n", name, oldValue, value);
   }
-  if (!changed) fmt::print("  nothing changed\n");
+  return fmt::format("{} \"{}\" on page \"{}\":\n{}", module.kind, module.name, module.page,
+                     changes.empty() ? "  nothing changed\n" : changes);
 }
 
 bool HasDisplay() { return std::getenv("DISPLAY") || std::getenv("WAYLAND_DISPLAY") || std::getenv("QT_QPA_PLATFORM"); }
@@ -178,7 +175,7 @@ bool EditOnScreen(AddinSession& session, const FoundModule& module, Platform& ma
 
 }  // namespace
 
-int EditModule(const EditOptions& options, int argc, char** argv) {
+Outcome EditModule(const EditOptions& options, std::ostream& output, int argc, char** argv) {
   std::vector<Assignment> assignments;
   for (const std::string& text : options.assignments) assignments.push_back(ParseAssignment(text));
 
@@ -194,13 +191,14 @@ int EditModule(const EditOptions& options, int argc, char** argv) {
       assignments.empty() ? EditOnScreen(session, module, *machine, argc, argv) : EditWith(assignments, session, module);
   SetPlatform(&console);
   if (!accepted) {
-    fmt::print(stderr, "vardo: {} was left as it is.\n", options.file.string());
-    return assignments.empty() ? 0 : 1;
+    Tell(PathInWords(options.file) + " was left as it is.");
+    return {assignments.empty() ? 0 : 1, {}};
   }
+  // Nothing but the output can fail once the file is saved.
+  const std::string changes = Changes(module, before, Snapshot(session.host(), module.ref));
   const std::filesystem::path saved = session.host().Save(options.output);
-  PrintChanges(module, before, Snapshot(session.host(), module.ref));
-  fmt::print("Saved {}.\n", saved.string());
-  return 0;
+  output << changes << "Saved " << PathInWords(saved) << ".\n";
+  return {0, saved};
 }
 
 }  // namespace vardo

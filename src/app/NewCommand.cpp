@@ -1,20 +1,22 @@
 #include "app/Commands.h"
+#include "base/FileError.h"
 #include "document/Drawing.h"
+#include "platform/FileSystem.h"
 
-#include <fmt/format.h>
+#include <fmt/ostream.h>
 
-#include <cstdio>
+#include <system_error>
 
 namespace vardo {
 
-int NewDrawing(const NewOptions& options) {
-  if (!options.replace && std::filesystem::exists(options.file)) {
-    fmt::print(stderr, "vardo: {} exists already; choose another name or give --replace.\n", options.file.string());
-    return 1;
-  }
+Outcome NewDrawing(const NewOptions& options, std::ostream& output) {
+  const std::string file = PathInWords(options.file);
+  std::error_code unknown;  // of a file that cannot even be looked for, saving says why
+  if (!options.replace && std::filesystem::exists(options.file, unknown))
+    throw FileError(file + " exists already; choose another name or give --replace.");
   Drawing::New()->Save(options.file);
-  fmt::print("Made {}.\n", options.file.string());
-  return 0;
+  fmt::print(output, "Made {}.\n", file);
+  return {0, options.file};
 }
 
 }  // namespace vardo

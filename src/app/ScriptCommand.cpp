@@ -8,18 +8,11 @@
 #include "script/ScriptRunner.h"
 
 #include <chrono>
-#include <iostream>
 #include <memory>
 #include <optional>
 
 namespace vardo {
 namespace {
-
-std::optional<std::string> ReadLine() {
-  std::string line;
-  if (!std::getline(std::cin, line)) return std::nullopt;
-  return line;
-}
 
 // The toolkit's windows live on while the next line is awaited.
 std::optional<std::string> NextLine(InputLines& lines) {
@@ -29,25 +22,27 @@ std::optional<std::string> NextLine(InputLines& lines) {
 }
 
 template <class Presenter>
-int RunWith(const ScriptOptions& options, ScriptRunner::LineSource lines) {
+Outcome RunWith(const ScriptOptions& options, std::ostream& output, ScriptRunner::LineSource lines) {
   const std::unique_ptr<Platform> machine = MakeNativePlatform();
   AddinSession session(!options.withoutAddin);
   std::optional<ScriptRunner> runner;
   Presenter presenter([&runner](Form&) { runner->Serve(); });
   ModelDesktop desktop(*machine, presenter, presenter);
-  runner.emplace(session, desktop, std::move(lines), std::cout);
+  runner.emplace(session, desktop, std::move(lines), output);
   if (!options.file.empty()) session.Open(options.file);
   runner->Serve();
-  return runner->Status();
+  return {runner->Status(), {}};
 }
 
 }  // namespace
 
-int RunScript(const ScriptOptions& options, int argc, char** argv) {
-  if (options.forms == "headless") return RunWith<HeadlessPresenter>(options, ReadLine);
+Outcome RunScript(const ScriptOptions& options, std::ostream& output, int argc, char** argv) {
+  if (options.forms == "headless") return RunWith<HeadlessPresenter>(options, output, ReadInputLine);
   QtSession qt(argc, argv);
   InputLines lines;
-  return RunWith<QtPresenter>(options, [&lines] { return NextLine(lines); });
+  const Outcome outcome = RunWith<QtPresenter>(options, output, [&lines] { return NextLine(lines); });
+  lines.CheckEnd();
+  return outcome;
 }
 
 }  // namespace vardo

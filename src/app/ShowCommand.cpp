@@ -1,7 +1,7 @@
 #include "app/Commands.h"
 #include "app/Modules.h"
 
-#include <fmt/format.h>
+#include <fmt/ostream.h>
 #include <nlohmann/json.hpp>
 
 #include <string>
@@ -45,30 +45,31 @@ std::string EndText(const Json& end) { return end.is_null() ? "(loose)" : end.ge
 
 std::string Counted(size_t count, const std::string& word) { return fmt::format("{} {}{}", count, word, count == 1 ? "" : "s"); }
 
-void PrintPage(const Json& page) {
-  fmt::print("{}: {}, {}, {}\n", page["page"].get<std::string>(), Counted(page["shapes"].get<size_t>(), "shape"),
+void PrintPage(const Json& page, std::ostream& output) {
+  fmt::print(output, "{}: {}, {}, {}\n", page["page"].get<std::string>(), Counted(page["shapes"].get<size_t>(), "shape"),
              Counted(page["modules"].size(), "module"), Counted(page["connections"].size(), "connection"));
   for (const Json& module : page["modules"]) {
-    fmt::print("  {} \"{}\" ({})\n", module["kind"].get<std::string>(), module["name"].get<std::string>(),
+    fmt::print(output, "  {} \"{}\" ({})\n", module["kind"].get<std::string>(), module["name"].get<std::string>(),
                module["shape"].get<std::string>());
-    for (const auto& [name, value] : module["properties"].items()) fmt::print("    {} = {}\n", name, value.get<std::string>());
+    for (const auto& [name, value] : module["properties"].items())
+      fmt::print(output, "    {} = {}\n", name, value.get<std::string>());
   }
   for (const Json& connection : page["connections"])
-    fmt::print("  {}: {} -> {}\n", connection["connector"].get<std::string>(), EndText(connection["from"]),
+    fmt::print(output, "  {}: {} -> {}\n", connection["connector"].get<std::string>(), EndText(connection["from"]),
                EndText(connection["to"]));
 }
 
 }  // namespace
 
-int ShowDrawing(const ShowOptions& options) {
+Outcome ShowDrawing(const ShowOptions& options, std::ostream& output) {
   const std::unique_ptr<Drawing> drawing = Drawing::Open(options.file);
   Json pages = Json::array();
   for (int i = 1; i <= drawing->PageCount(); ++i) pages.push_back(PageJson(drawing->PageAt(i)));
   if (options.json)
-    fmt::print("{}\n", Json{{"pages", pages}}.dump(2, ' ', false, Json::error_handler_t::replace));
+    output << Json{{"pages", pages}}.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
   else
-    for (const Json& page : pages) PrintPage(page);
-  return 0;
+    for (const Json& page : pages) PrintPage(page, output);
+  return {};
 }
 
 }  // namespace vardo

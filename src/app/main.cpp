@@ -1,11 +1,14 @@
 #include "app/Commands.h"
+#include "app/StandardStreams.h"
 #include "base/Errors.h"
 #include "base/FileError.h"
+#include "base/Text.h"
+#include "platform/FileSystem.h"
 
-#include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
-#include <cstdio>
+#include <iostream>
+#include <new>
 
 namespace {
 
@@ -28,6 +31,9 @@ struct CommandLine {
   CommandLine() {
     app.require_subcommand(1);
     app.set_version_flag("--version", "vardo " VARDO_VERSION);
+    app.failure_message([](const CLI::App*, const CLI::Error& error) {
+      return InWords(error.what()) + "\nRun with --help for more information.\n";
+    });
     app.footer("Examples:\n  vardo new bank.vsdx\n  vardo show bank.vsdx\n  vardo edit bank.vsdx Create CreateUnits=Minutes\n");
 
     showCommand = app.add_subcommand("show", "Print a drawing's pages, modules and connections");
@@ -58,36 +64,45 @@ struct CommandLine {
     newCommand->footer("Examples:\n  vardo new bank.vsdx\n");
   }
 
-  int Run(int argc, char** argv) {
-    if (*showCommand) return ShowDrawing(show);
-    if (*editCommand) return EditModule(edit, argc, argv);
-    if (*scriptCommand) return RunScript(script, argc, argv);
-    return NewDrawing(create);
+  Outcome Run(std::ostream& output, int argc, char** argv) {
+    if (*showCommand) return ShowDrawing(show, output);
+    if (*editCommand) return EditModule(edit, output, argc, argv);
+    if (*scriptCommand) return RunScript(script, output, argc, argv);
+    return NewDrawing(create, output);
   }
 };
 
-int Fail(const std::string& sentence) {
-  fmt::print(stderr, "vardo: {}\n", sentence);
+Outcome Obey(std::ostream& output, int argc, char** argv) {
+  CommandLine line;
+  try {
+    line.app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return {line.app.exit(error, output, std::cerr) == 0 ? 0 : kWrongUsage, {}};
+  }
+  return line.Run(output, argc, argv);
+}
+
+std::string Unwritten(const Outcome& outcome, const std::string& why) {
+  const std::string done = outcome.saved ? PathInWords(*outcome.saved) + " is saved, but the report on it" : "The output";
+  return done + " could not be written (" + why + ").";
+}
+
+int Fail(std::string_view sentence) {
+  Tell(sentence);
   return 1;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  CommandLine line;
+  PrepareStandardStreams();
   try {
-    line.app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    const int status = line.app.exit(error);
-    return status == 0 ? 0 : kWrongUsage;
-  }
-  try {
-    return line.Run(argc, argv);
-  } catch (const FileError& error) {
-    return Fail(error.what());
-  } catch (const AutomationError& error) {
-    return Fail(error.description());
+    StandardOutput output;
+    const Outcome outcome = Obey(output, argc, argv);
+    return output.Finish() ? outcome.status : Fail(Unwritten(outcome, output.Failure()));
   } catch (const std::bad_alloc&) {
     return Fail("There is not enough memory for this drawing.");
+  } catch (const std::exception& error) {
+    return Fail(error.what());
   }
 }

@@ -2,6 +2,7 @@
 
 #include "automation_script/MessageBoxSeen.h"
 #include "base/Errors.h"
+#include "base/Text.h"
 #include "forms/win32/Hands.h"
 #include "forms/win32/Keys.h"
 #include "forms/win32/Picture.h"
@@ -153,7 +154,7 @@ void WindowDesktop::Type(const std::string& control, const std::string& text) {
   if (!IsPickOnly(window)) return TypeInto(window, ToWide(text));
   const std::vector<std::string> items = ItemsOf(window);
   const auto found = std::find(items.begin(), items.end(), text);
-  if (found == items.end()) throw RuntimeError::InvalidArgument(control + " offers no item \"" + text + "\"");
+  if (found == items.end()) throw RuntimeError::InvalidArgument(control + " offers no item \"" + InWords(text) + "\"");
   PickItem(window, static_cast<int>(found - items.begin()));
 }
 
@@ -171,12 +172,14 @@ void WindowDesktop::DblClick(const std::string& control) { DoubleClickOn(Usable(
 void WindowDesktop::Key(const std::string& key) {
   const HWND form = Front();
   const HWND focus = GetFocus();
-  if (!SendNamedKey(IsChild(form, focus) ? focus : form, key)) throw RuntimeError::InvalidArgument("key \"" + key + "\"");
+  if (!SendNamedKey(IsChild(form, focus) ? focus : form, key))
+    throw RuntimeError::InvalidArgument("key \"" + InWords(key) + "\"");
 }
 
 void WindowDesktop::Screenshot(const std::string& file) {
   const HWND form = Front();
-  if (!SavePicture(form, file)) throw RuntimeError(5, "No picture of " + FormName(form) + " could be written to " + file + ".");
+  if (!SavePicture(form, file))
+    throw RuntimeError(5, "No picture of " + FormName(form) + " could be written to " + InWords(file) + ".");
 }
 
 }  // namespace vardo

@@ -113,7 +113,7 @@ int RunScript(const Options& options) {
   // Whoever waits for a form cancels it when the program is to quit.
   servant.SetTask([&] {
     runner.Serve();
-    if (runner.IsReady() && lines.AtEnd()) PostQuitMessage(0);
+    if (runner.IsReady() && (lines.AtEnd() || !runner.CanAnswer())) PostQuitMessage(0);
   });
   servant.Waker()();
   MSG message;
@@ -121,6 +121,8 @@ int RunScript(const Options& options) {
     TranslateMessage(&message);
     DispatchMessageW(&message);
   }
+  lines.CheckEnd();
+  if (!runner.CanAnswer()) throw FileError("The output could not be written.");
   return runner.Status();
 }
 

@@ -1,8 +1,11 @@
 // A drawing file that cannot be opened or saved.
 #pragma once
 
+#include "base/Text.h"
+
 #include <exception>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace vardo {
@@ -30,12 +33,7 @@ class FileError : public std::exception {
   std::string sentence_;
 };
 
-// How a sentence speaks of a part; characters that do not print are shown as "?".
-inline std::string PartInWords(const std::string& part) {
-  std::string shown = "part " + part;
-  for (char& c : shown)
-    if (static_cast<unsigned char>(c) < 0x20) c = '?';
-  return shown;
-}
+// How a sentence speaks of a part.
+inline std::string PartInWords(std::string_view part) { return "part " + InWords(part); }
 
 }  // namespace vardo

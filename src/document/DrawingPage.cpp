@@ -415,7 +415,7 @@ void DrawingPage::MasterChanged() { ForgetAll(); }
 
 void DrawingPage::EnsureConnects() {
   EnsureShapes();
-  if (connectsKnown_) return;
+  if (connectsKnown_ || !contents_) return;
   connectsKnown_ = true;
   for (const pugi::xml_node connect : contents_->root().child("Connects").children("Connect")) AddConnect(connect);
 }
@@ -597,6 +597,7 @@ void PutPlace(pugi::xml_node instance, const DrawingShape& original, double x, d
 
 DrawingShape& DrawingPage::AddInstance(const DrawingMaster& master, double x, double y) {
   const UndoStep step(drawing_.log(), "Drop On Page");
+  ShapesElement();
   EnsureMasterRelationship(master);
   EnsureNames();
   const int id = TakeNewId();

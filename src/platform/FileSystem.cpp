@@ -1,6 +1,7 @@
 #include "platform/FileSystem.h"
 
 #include "base/FileError.h"
+#include "base/Text.h"
 
 #include <algorithm>
 #include <fstream>
@@ -228,7 +229,7 @@ FileSystem& MachineFileSystem() {
 
 std::string PathInWords(const fs::path& path) {
   const std::u8string text = path.u8string();
-  return {text.begin(), text.end()};
+  return InWords(std::string(text.begin(), text.end()));
 }
 
 std::string ReadWholeFile(const fs::path& path, std::uint64_t most) {

@@ -39,7 +39,7 @@ class FileSystem {
 // The machine's own. On Windows the target's access list is the one that its folder hands down.
 FileSystem& MachineFileSystem();
 
-// UTF-8, for sentences.
+// As a sentence speaks of the file, in UTF-8.
 std::string PathInWords(const std::filesystem::path& path);
 
 // The whole file. Throws FileError when it cannot be read or is larger than that.

@@ -1,6 +1,7 @@
 #include "script/AddinSession.h"
 
 #include "base/Errors.h"
+#include "base/Text.h"
 #include "document/CellText.h"
 #include "memoryhost/HostObjects.h"
 #include "platform/Platform.h"
@@ -27,7 +28,7 @@ std::string_view CompanionOf(std::string_view statement) {
 }
 
 std::string NotInstalled(std::string_view caption, std::string_view statement) {
-  return "\"" + WithoutAccessKey(caption) + "\" needs its companion " + std::string(CompanionOf(statement)) +
+  return "\"" + InWords(WithoutAccessKey(caption)) + "\" needs its companion " + InWords(CompanionOf(statement)) +
          ", which is not installed: install it and choose the item again.";
 }
 

@@ -1,4 +1,4 @@
-// The lines of standard input, read beside the program so that windows stay alive while it waits for the next one.
+// The lines of standard input.
 #pragma once
 
 #include <chrono>
@@ -9,6 +9,11 @@
 
 namespace vardo {
 
+// The next line of standard input without its end; none when there are no more. Of a line that is longer than any request there
+// is just enough to show that. Throws FileError when the input cannot be read.
+std::optional<std::string> ReadInputLine();
+
+// Read beside the program, so that windows stay alive while it waits for the next one.
 class InputLines {
  public:
   // Reads from now on. arrived is called on the reading thread for every line and for the end. That thread may outlive this: it
@@ -21,6 +26,8 @@ class InputLines {
   std::optional<std::string> Take();
   // All lines have been taken and no more will come.
   bool AtEnd();
+  // Throws what has ended the lines when that was a failure.
+  void CheckEnd();
 
  private:
   class Queue;

@@ -20,6 +20,8 @@ constexpr int kInvalidArgument = 5;
 
 [[noreturn]] void Refuse(const std::string& why) { throw RuntimeError(kInvalidArgument, why); }
 
+std::string Quoted(std::string_view text) { return "\"" + InWords(text) + "\""; }
+
 // --- Arguments. A missing or ill-typed one throws RuntimeError 5, naming it.
 
 const Json& Required(const Json& arguments, const char* name) {
@@ -135,7 +137,7 @@ ScriptRunner::ScriptRunner(AddinSession& session, Desktop& desktop, LineSource n
 }
 
 void ScriptRunner::Serve() {
-  while (IsReady()) {
+  while (IsReady() && CanAnswer()) {
     const std::optional<std::string> line = nextLine_();
     if (!line) return;
     ++commandsUnderWay_;
@@ -168,8 +170,7 @@ void ScriptRunner::Handle(const std::string& line) {
   Json reply = Json::object();
   std::string name = "the line";
   try {
-    const Json request = Json::parse(line, nullptr, false);
-    if (!request.is_object()) Refuse("it is no JSON object");
+    const Json request = ParseRequest(line);
     if (request.contains("id")) reply["id"] = request["id"];
     name = Text(request, "do");
     Json result = Execute(name, request);
@@ -180,7 +181,7 @@ void ScriptRunner::Handle(const std::string& line) {
       reply["result"] = std::move(result);
   } catch (const RuntimeError& error) {
     reply["ok"] = false;
-    reply["error"] = {{"number", error.number()}, {"description", name + ": " + error.description()}};
+    reply["error"] = {{"number", error.number()}, {"description", InWords(name) + ": " + error.description()}};
   } catch (const AutomationError& error) {
     reply["ok"] = false;
     reply["error"] = {{"number", error.number()}, {"description", error.description()}};
@@ -383,7 +384,7 @@ Json ScriptRunner::RowDelete(const Json& arguments) {
   short position = row.is_number_integer() ? As<short>(row, "row") : -1;
   for (size_t i = 0; row.is_string() && i < rows.size(); ++i)
     if (EqualAsciiIgnoringCase(sheet.RowText(*section, rows[i].key), row.get<std::string>())) position = static_cast<short>(i);
-  if (position < 0 || static_cast<size_t>(position) >= rows.size()) Refuse("there is no row " + row.dump());
+  if (position < 0 || static_cast<size_t>(position) >= rows.size()) Refuse("there is no row " + InWords(row.dump()));
   session_.host().DeleteRow(ref, number, position);
   return nullptr;
 }
@@ -408,7 +409,7 @@ Json ScriptRunner::MenuRun(const Json& arguments) {
         RunAddon(item.caption, item.runs);
         return nullptr;
       }
-  Refuse("there is no item \"" + itemCaption + "\" in a menu \"" + menuCaption + "\"");
+  Refuse("there is no item " + Quoted(itemCaption) + " in a menu " + Quoted(menuCaption));
 }
 
 Json ScriptRunner::Actions(const Json& arguments) {
@@ -428,14 +429,14 @@ Json ScriptRunner::ActionRun(const Json& arguments) {
   for (const Json& action : Actions(arguments)) {
     if (action["menu"] != menu) continue;
     const std::string formula = action["action"].get<std::string>(), statement = StatementOfAction(formula);
-    if (statement.empty()) Refuse("the action \"" + menu + "\" runs no add-on: " + formula);
+    if (statement.empty()) Refuse("the action " + Quoted(menu) + " runs no add-on: " + InWords(formula));
     const SheetRef ref = SheetArgument(arguments);
     session_.host().ShowPage(ref.page);
     if (ref.shape >= 0) session_.host().Select({ref.shape});
     RunAddon(menu, statement);
     return nullptr;
   }
-  Refuse("there is no action \"" + menu + "\"");
+  Refuse("there is no action " + Quoted(menu));
 }
 
 void ScriptRunner::RunAddon(const std::string& caption, const std::string& statement) {
@@ -518,7 +519,7 @@ int ItemArgument(const Json& arguments, const ControlSeen& control) {
   const std::string text = As<std::string>(item, "item");
   for (int index = 0; index < count; ++index)
     if ((*control.items)[static_cast<size_t>(index)] == text) return index;
-  Refuse(control.name + " has no item \"" + text + "\"");
+  Refuse(control.name + " has no item " + Quoted(text));
 }
 
 }  // namespace
@@ -528,7 +529,7 @@ ControlSeen ScriptRunner::ControlArgument(const Json& arguments) {
   FormSeen form = desktop_.SeeForm();
   for (ControlSeen& control : form.controls)
     if (control.name == name) return std::move(control);
-  Refuse("there is no control \"" + name + "\" on " + form.name);
+  Refuse("there is no control " + Quoted(name) + " on " + form.name);
 }
 
 Json ScriptRunner::DescribeForm(const Json&) { return FormToJson(desktop_.SeeForm()); }
@@ -579,14 +580,14 @@ DrawingPage& ScriptRunner::PageArgument(const Json& arguments, const char* name)
   const auto pageName = Optional<std::string>(arguments, name);
   if (!pageName) return session_.host().ActivePage();
   if (DrawingPage* page = session_.host().drawing().FindPage(*pageName)) return *page;
-  Refuse("there is no page \"" + *pageName + "\"");
+  Refuse("there is no page " + Quoted(*pageName));
 }
 
 SheetRef ScriptRunner::ShapeNamed(const Json& shape, DrawingPage& page) {
   DrawingShape* found = nullptr;
   if (shape.is_number_integer()) found = page.FindShape(As<int>(shape, "shape"));
   if (shape.is_string()) found = page.FindShape(std::string_view(shape.get_ref<const std::string&>()));
-  if (!found) Refuse("there is no shape " + shape.dump() + " on the page \"" + page.Name() + "\"");
+  if (!found) Refuse("there is no shape " + InWords(shape.dump()) + " on the page " + Quoted(page.Name()));
   return session_.host().RefTo(page, found->id());
 }
 

@@ -3,8 +3,7 @@
 
 #include "script/AddinSession.h"
 #include "script/Desktop.h"
-
-#include <nlohmann/json.hpp>
+#include "script/Request.h"
 
 #include <functional>
 #include <optional>
@@ -12,8 +11,6 @@
 #include <string>
 
 namespace vardo {
-
-using Json = nlohmann::ordered_json;
 
 class ScriptRunner : private DesktopListener {
  public:
@@ -23,12 +20,14 @@ class ScriptRunner : private DesktopListener {
   // The session and the desktop that its add-in works on must outlive the runner.
   ScriptRunner(AddinSession& session, Desktop& desktop, LineSource nextLine, std::ostream& output);
 
-  // Runs the lines there are, as long as every command under way waits for a form of its own: to be called at first, and by
-  // whatever runs while a form is shown. Lines behind one that closes a form are left until the commands below have ended.
+  // Runs the lines there are, as long as the output takes the replies and every command under way waits for a form of its own:
+  // to be called at first, and by whatever runs while a form is shown. Lines behind one that closes a form are left until the
+  // commands below have ended.
   void Serve();
   bool IsReady() const { return commandsUnderWay_ == formsShown_; }
-  // The exit status: 0, or 1 when the last reply was a failure.
-  int Status() const { return lastFailed_ ? 1 : 0; }
+  bool CanAnswer() const { return output_.good(); }
+  // The exit status: 0, or 1 when the last reply was a failure or could not be given.
+  int Status() const { return lastFailed_ || !CanAnswer() ? 1 : 0; }
 
  private:
   struct Command;

@@ -241,7 +241,8 @@ bool PosixPlatform::IsAnsiAlphaNumeric(std::string_view character) {
 
 std::optional<double> PosixPlatform::ParseReal(std::string_view text) {
   static const std::string separator = UserDecimalSeparator();
-  return ParseRealWith(separator, text);
+  const auto value = ParseRealWith(separator, text);
+  return value ? value : ParseRealWith(".", text);
 }
 
 bool RunProgramOf(const fs::path& folder, std::string_view name) {

@@ -32,6 +32,7 @@ class PosixPlatform : public Platform {
   std::string CaseFoldKey(std::string_view text) override;
   bool IsAnsiAlpha(std::string_view character) override;
   bool IsAnsiAlphaNumeric(std::string_view character) override;
+  // With the locale's decimal separator, else with a point, as the defaults of the fields have it.
   std::optional<double> ParseReal(std::string_view text) override;
 
  private:
