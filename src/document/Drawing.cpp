@@ -419,12 +419,10 @@ void Drawing::MasterListed(pugi::xml_node entry) {
 void Drawing::SheetEdited(XmlPart& part, pugi::xml_node node, bool isThere) {
   DrawingPage* const page = part.name() == pagesPart_ ? PageAround(node) : nullptr;
   if (page && IsNamed(node, "PageSheet")) return page->SetPageSheet(isThere ? node.internal_object() : nullptr);
-  Sheet* const sheet = page                                                 ? &page->PageSheet()
-                       : documentSheet_ && &documentSheet_->part() == &part ? documentSheet_.get()
-                                                                            : nullptr;
-  if (!sheet) return;
-  if (!IsNamed(node, "Cell")) sheet->ForgetRows();
-  sheet->ForgetFormulas();
+  if (page) return page->PageSheetChanged(!IsNamed(node, "Cell"));
+  if (!documentSheet_ || &documentSheet_->part() != &part) return;
+  if (!IsNamed(node, "Cell")) documentSheet_->ForgetRows();
+  documentSheet_->ForgetFormulas();
 }
 
 // ---------------------------------------------------------------------------------------------- what a step has touched
