@@ -197,7 +197,7 @@ int EditModule(const EditOptions& options, int argc, char** argv) {
     fmt::print(stderr, "vardo: {} was left as it is.\n", options.file.string());
     return assignments.empty() ? 0 : 1;
   }
-  const std::filesystem::path saved = session.host().Save(options.output);
+  const std::filesystem::path saved = session.host().Save(options.output, options.force ? Overwrite::Allow : Overwrite::Refuse);
   PrintChanges(module, before, Snapshot(session.host(), module.ref));
   fmt::print("Saved {}.\n", saved.string());
   return 0;

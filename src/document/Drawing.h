@@ -176,7 +176,7 @@ class Drawing {
   // Throw FileError.
   static std::unique_ptr<Drawing> Open(const std::filesystem::path& file);
   static std::unique_ptr<Drawing> New();
-  void Save(const std::filesystem::path& file) { package_->Save(file); }
+  void Save(const std::filesystem::path& file, Overwrite overwrite = Overwrite::Refuse) { package_->Save(file, overwrite); }
   bool Changed() const { return package_->changed(); }
 
   Package& package() { return *package_; }

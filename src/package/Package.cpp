@@ -84,7 +84,9 @@ unsigned RelationshipNumber(std::string_view id) {
 Package::Package(std::string displayName) : file_(std::move(displayName)), archive_(std::make_unique<ZipArchive>(file_)) {}
 
 std::unique_ptr<Package> Package::OpenFile(const std::filesystem::path& path) {
-  return OpenBytes(ReadWholeFile(path, kMaxFileBytes), PathInWords(path));
+  std::unique_ptr<Package> package = OpenBytes(ReadWholeFile(path, kMaxFileBytes), PathInWords(path));
+  package->origin_ = std::filesystem::absolute(path);
+  return package;
 }
 
 std::unique_ptr<Package> Package::OpenBytes(std::string zip, std::string displayName) {
@@ -381,19 +383,33 @@ std::vector<ZipEdit> Package::Edits() const {
   return edits;
 }
 
-void Package::Save(const std::filesystem::path& target, FileSystem& files) {
-  const std::string displayName = PathInWords(target);
-  if (!changed()) {
-    WriteFileAtomically(files, target, archive_->Bytes());
-    file_ = displayName;
-    return;
+// The archive in memory is what the file was: another program's work is told by its bytes, not by its time.
+void Package::CheckNotOutdated(const std::filesystem::path& target) const {
+  std::error_code error;
+  const bool isOrigin = std::filesystem::absolute(target) == origin_ || std::filesystem::equivalent(target, origin_, error);
+  if (isOrigin && HoldsOtherBytes(target, archive_->Bytes()))
+    throw FileError(
+        PathInWords(target) +
+        " has been changed by another program since it was opened; save the drawing in another place, or with --force "
+        "(in a script \"overwrite\": true) over those changes.");
+}
+
+void Package::Save(const std::filesystem::path& target, Overwrite overwrite, FileSystem& files) {
+  std::string displayName = PathInWords(target);
+  std::filesystem::path origin = std::filesystem::absolute(target);
+  std::unique_ptr<ZipArchive> archive;
+  std::vector<SavedPart> saved;
+  if (changed()) {
+    // Read back before it replaces anything: what cannot be opened again must not overwrite what can.
+    archive = std::make_unique<ZipArchive>(archive_->With(Edits()), displayName);
+    saved = PartsIn(*archive);
   }
-  // Read back before it replaces anything: what cannot be opened again must not overwrite what can.
-  auto archive = std::make_unique<ZipArchive>(archive_->With(Edits()), displayName);
-  std::vector<SavedPart> saved = PartsIn(*archive);
-  WriteFileAtomically(files, target, archive->Bytes());
-  Adopt(std::move(archive), std::move(saved));
-  file_ = displayName;
+  if (overwrite == Overwrite::Refuse) CheckNotOutdated(target);
+  WriteFileAtomically(files, target, (archive ? archive : archive_)->Bytes());
+  if (archive) Adopt(std::move(archive), std::move(saved));
+  file_ = std::move(displayName);
+  origin_ = std::move(origin);
+  SyncNameOf(files, target);
 }
 
 std::vector<Package::SavedPart> Package::PartsIn(const ZipArchive& archive) const {

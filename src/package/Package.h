@@ -26,6 +26,9 @@ struct Relationship {
   bool external = false;
 };
 
+// Whether a save may replace what another program has meanwhile saved in the same place.
+enum class Overwrite { Refuse, Allow };
+
 // Names of parts have no leading slash and are found without regard to the case of ASCII letters. Not for several threads at a
 // time. Every throw is a FileError whose sentence names the file, and the part where one is to blame; nothing has changed then.
 class Package {
@@ -73,10 +76,12 @@ class Package {
 
   // Whether a save would write anything but what was opened or last saved.
   bool changed() const;
-  // Writes the package to the target (see WriteFileAtomically for what holds on failure); the package is unchanged afterwards.
-  // Untouched parts keep their packed bytes and place, and the same package gives the same bytes anywhere; with nothing changed
-  // these are the bytes opened.
-  void Save(const std::filesystem::path& target, FileSystem& files = MachineFileSystem());
+  // Writes the package to the target (see WriteFileAtomically for what holds on failure); the package is unchanged afterwards,
+  // and the target the file it comes from. Untouched parts keep their packed bytes and place, and the same package gives the same
+  // bytes anywhere; with nothing changed these are the bytes opened. Refused, unless allowed: saving over the file the package
+  // comes from when that holds other bytes by now.
+  void Save(const std::filesystem::path& target, Overwrite overwrite = Overwrite::Refuse,
+            FileSystem& files = MachineFileSystem());
 
  private:
   // An element taken out of a list part (a declaration, a relationship), kept with its place so that putting it back undoes the
@@ -105,6 +110,7 @@ class Package {
 
   explicit Package(std::string displayName);
   void ReadArchive(std::string zip);
+  void CheckNotOutdated(const std::filesystem::path& target) const;
   void ParseDrawing();
   void CheckMainPart(const std::string& main);
 
@@ -130,6 +136,7 @@ class Package {
   void Adopt(std::unique_ptr<ZipArchive> archive, std::vector<SavedPart> saved);
 
   std::string file_;
+  std::filesystem::path origin_;  // where archive_ was read or last saved; empty: nowhere yet
   std::unique_ptr<ZipArchive> archive_;
   std::vector<std::unique_ptr<Part>> parts_;
   std::unordered_map<std::string, Part*> byName_;  // lowered

@@ -2,8 +2,9 @@
 
 #include "base/FileError.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <fstream>
-#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -14,6 +15,7 @@ namespace fs = std::filesystem;
 
 constexpr int kMostLinks = 40;
 constexpr int kTemporaryNames = 8;
+constexpr size_t kPieceSize = 64 * 1024;
 
 // What a file is that a drawing can neither be read from nor saved to; null for a plain one, or none.
 const char* ObstacleOf(const fs::path& path) {
@@ -50,6 +52,20 @@ std::unique_ptr<FileSystem::Temporary> CreateTemporary(FileSystem& files, const 
   }
 }
 
+FileError NotRead(const fs::path& path, const std::string& reason) {
+  return FileError(PathInWords(path) + " cannot be read (" + reason + "); check its name and your rights to it.");
+}
+
+std::ifstream OpenToRead(const fs::path& path, std::uint64_t& size) {
+  if (const char* obstacle = ObstacleOf(path)) throw NotRead(path, obstacle);
+  std::error_code error;
+  size = fs::file_size(path, error);
+  if (error) throw NotRead(path, error.message());
+  std::ifstream file(path, std::ios::binary);
+  if (!file.is_open()) throw NotRead(path, "it may not be opened");
+  return file;
+}
+
 FileError NotSaved(const fs::path& target, const std::string& reason) {
   return FileError(PathInWords(target) + " could not be saved (" + reason +
                    ") and is as it was; save the drawing in another place.");
@@ -74,26 +90,32 @@ std::string PathInWords(const fs::path& path) {
 }
 
 std::string ReadWholeFile(const fs::path& path, std::uint64_t most) {
-  const auto unreadable = [&](const std::string& why) {
-    return FileError(PathInWords(path) + " cannot be read (" + why + "); check its name and your rights to it.");
-  };
-  if (const char* obstacle = ObstacleOf(path)) throw unreadable(obstacle);
-  std::error_code error;
-  const std::uintmax_t size = fs::file_size(path, error);
-  if (error) throw unreadable(error.message());
+  std::uint64_t size = 0;
+  std::ifstream file = OpenToRead(path, size);
   if (size > most) throw FileError::Unsafe(PathInWords(path), "it is larger than " + std::to_string(most >> 20) + " MiB");
   std::string bytes(size, '\0');
-  std::ifstream file(path, std::ios::binary);
-  if (!file.is_open()) throw unreadable("it may not be opened");
-  if (!file.read(bytes.data(), static_cast<std::streamsize>(size))) throw unreadable("it ends early");
+  if (!file.read(bytes.data(), static_cast<std::streamsize>(size))) throw NotRead(path, "it ends early");
   return bytes;
+}
+
+bool HoldsOtherBytes(const fs::path& path, std::string_view bytes) {
+  std::error_code error;
+  if (!fs::exists(path, error)) return false;
+  std::uint64_t size = 0;
+  std::ifstream file = OpenToRead(path, size);
+  if (size != bytes.size()) return true;
+  std::string piece(kPieceSize, '\0');
+  for (; !bytes.empty(); bytes.remove_prefix(piece.size())) {
+    piece.resize(std::min(kPieceSize, bytes.size()));
+    if (!file.read(piece.data(), static_cast<std::streamsize>(piece.size())) || !bytes.starts_with(piece)) return true;
+  }
+  return false;
 }
 
 void WriteFileAtomically(FileSystem& files, const fs::path& target, std::string_view bytes) {
   if (const char* obstacle = ObstacleOf(target)) throw NotSaved(target, obstacle);
-  fs::path file = target;
   try {
-    file = files.Resolve(target);
+    const fs::path file = files.Resolve(target);
     const std::unique_ptr<FileSystem::Temporary> temporary = CreateTemporary(files, file);
     temporary->Write(bytes);
     temporary->Sync();
@@ -101,8 +123,11 @@ void WriteFileAtomically(FileSystem& files, const fs::path& target, std::string_
   } catch (const std::system_error& error) {
     throw NotSaved(target, error.what());
   }
+}
+
+void SyncNameOf(FileSystem& files, const fs::path& target) {
   try {
-    files.SyncDirectory(file.parent_path());
+    files.SyncDirectory(files.Resolve(target).parent_path());
   } catch (const std::system_error& error) {
     throw FileError(PathInWords(target) + " was saved, but its folder could not be synced (" + error.code().message() +
                     "); save it again.");

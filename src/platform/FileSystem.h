@@ -48,10 +48,16 @@ std::string PathInWords(const std::filesystem::path& path);
 // The whole file. Throws FileError when it cannot be read, is no plain file or is larger than that.
 std::string ReadWholeFile(const std::filesystem::path& path, std::uint64_t most);
 
+// Whether a file is there that holds other bytes than these. Throws FileError when it cannot be read.
+bool HoldsOtherBytes(const std::filesystem::path& path, std::string_view bytes);
+
 // Makes `bytes` the whole content of the target: a temporary file beside it is written, synced and renamed over it. At any
 // failure or kill the target holds the old bytes or the new ones, whole. Throws FileError, also when the target is a folder, a
-// pipe or a device; the target is then as it was, unless only the last step failed, syncing the folder: the sentence says that
-// it was saved.
+// pipe or a device; the target is then as it was.
 void WriteFileAtomically(FileSystem& files, const std::filesystem::path& target, std::string_view bytes);
+
+// Returns once a file written so will be found under its name whatever happens. Throws FileError, which says that the file was
+// saved.
+void SyncNameOf(FileSystem& files, const std::filesystem::path& target);
 
 }  // namespace vardo

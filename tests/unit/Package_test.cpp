@@ -525,6 +525,57 @@ TEST(Package, OpensAndSavesTheSameFile) {
   EXPECT_THAT(folder.Names(), ElementsAre("drawing.vsdx"));
 }
 
+TEST(Package, DoesNotSaveOverTheNewerWorkOfOthers) {
+  const TempFolder folder;
+  const fs::path path = folder / "drawing.vsdx", other = folder / "other.vsdx";
+  WriteFile(path, MakeZip(DrawingItems()));
+  const std::unique_ptr<Package> package = Package::OpenFile(path);
+  EditPage(*package);
+
+  const std::string newer = MakeZip(DrawingAnd({"docProps/newer.bin", "x"}));
+  WriteFile(path, newer);
+  try {
+    package->Save(path);
+    FAIL();
+  } catch (const FileError& error) {
+    EXPECT_EQ(error.what(), path.string() +
+                                " has been changed by another program since it was opened; save the drawing in another place, or "
+                                "with --force (in a script \"overwrite\": true) over those changes.");
+  }
+  EXPECT_EQ(ReadFile(path), newer);
+  EXPECT_TRUE(package->changed());
+
+  package->Save(path, Overwrite::Allow);
+  EXPECT_THAT(Open(ReadFile(path))->Bytes(kPagePart), testing::HasSubstr("ID='99'"));
+  WriteFile(path, newer);
+  EXPECT_THROW(package->Save(path), FileError) << "with nothing changed here, and after a save, too";
+  package->Save(other);
+  EXPECT_THAT(folder.Names(), ElementsAre("drawing.vsdx", "other.vsdx"));
+  EXPECT_EQ(ReadFile(path), newer);
+  WriteFile(other, newer);
+  EXPECT_THROW(package->Save(other), FileError) << "it is the file the drawing comes from now";
+  package->Save(path);
+}
+
+TEST(Package, TellsNewerWorkByTheBytesAlone) {
+  const TempFolder folder;
+  const fs::path path = folder / "drawing.vsdx", moved = folder / "moved.vsdx";
+  const std::string zip = MakeZip(DrawingItems(), "first"), sameLength = MakeZip(DrawingItems(), "other");
+  WriteFile(path, zip);
+  const auto time = fs::last_write_time(path);
+  const std::unique_ptr<Package> package = Package::OpenFile(path);
+  WriteFile(moved, zip);
+  fs::rename(moved, path);
+  fs::last_write_time(path, time + std::chrono::hours(1));
+  package->Save(path);
+  WriteFile(path, sameLength);
+  fs::last_write_time(path, time);
+  EXPECT_THROW(package->Save(folder / "." / "drawing.vsdx"), FileError) << "by whatever name the file is called";
+  fs::remove(path);
+  package->Save(path);
+  EXPECT_EQ(ReadFile(path), zip) << "a file that has gone is made again";
+}
+
 TEST(Package, SaysWhyAFileCannotBeRead) {
   const TempFolder folder;
   EXPECT_THROW(Package::OpenFile(folder / "none.vsdx"), FileError);
@@ -603,7 +654,7 @@ TEST(Package, AnyFailingFileOperationLeavesTheOldFileOrTheNew) {
       FaultyFileSystem files(k, sticky);
       std::string sentence;
       try {
-        package->Save(path, files);
+        package->Save(path, Overwrite::Refuse, files);
       } catch (const FileError& error) {
         sentence = error.what();
       }
@@ -621,12 +672,12 @@ TEST(Package, AnyFailingFileOperationLeavesTheOldFileOrTheNew) {
                   path.string() + " could not be saved " + reason + " and is as it was; save the drawing in another place.");
       }
       EXPECT_EQ(ReadFile(path), saved ? edited : old) << "operation " << k;
-      EXPECT_TRUE(package->changed()) << "the edit is still to be saved";
+      EXPECT_EQ(package->changed(), !saved);
       EXPECT_THAT(folder.Names(), ElementsAre("drawing.vsdx")) << "nothing is left behind";
       package->Save(path);
       EXPECT_EQ(ReadFile(path), edited) << "the next save works";
     }
-    EXPECT_GE(failures, 6) << "look up, create, write, sync, rename, sync the folder";
+    EXPECT_GE(failures, 7) << "look up, create, write, sync, rename, look up and sync the folder";
   }
 }
 
