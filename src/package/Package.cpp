@@ -9,6 +9,7 @@
 #include <array>
 #include <charconv>
 #include <optional>
+#include <unordered_set>
 #include <utility>
 
 namespace vardo {
@@ -84,7 +85,7 @@ unsigned RelationshipNumber(std::string_view id) {
 Package::Package(std::string displayName) : file_(std::move(displayName)), archive_(std::make_unique<ZipArchive>(file_)) {}
 
 std::unique_ptr<Package> Package::OpenFile(const std::filesystem::path& path) {
-  std::unique_ptr<Package> package = OpenBytes(ReadWholeFile(path, kMaxFileBytes), PathInWords(path));
+  std::unique_ptr<Package> package = OpenBytes(ReadWholeFile(path, kMaxMemoryBytes), PathInWords(path));
   package->origin_ = std::filesystem::absolute(path);
   return package;
 }
@@ -104,6 +105,7 @@ std::unique_ptr<Package> Package::Create(std::string displayName) {
 }
 
 void Package::ReadArchive(std::string zip) {
+  memory_ = zip.size();
   archive_ = std::make_unique<ZipArchive>(std::move(zip), file_);
   for (size_t i = 0; i < archive_->Entries().size(); ++i)
     if (const ZipEntry& entry = archive_->Entries()[i]; !entry.IsFolder()) Insert({.name = entry.name, .index = i});
@@ -114,17 +116,21 @@ void Package::ParseDrawing() {
   if (Has(kContentTypesPart)) Xml(kContentTypesPart);
   const std::string main = MainPart();
   CheckMainPart(main);
-  std::vector<std::string> found{main};
+  std::vector<Part*> found{Find(main)};
+  std::unordered_set<const Part*> known{found[0]};
   for (size_t i = 0; i < found.size(); ++i) {
-    Xml(found[i]);
-    for (const Relationship& relationship : RelationshipsOf(found[i])) {
-      const Part* target = relationship.external ? nullptr : Find(relationship.target);
-      if (target && !IsOneOf(target->name, found) && IsOneOf(LastStep(relationship.type), kDrawingRelationships))
-        found.push_back(target->name);
+    Xml(*found[i]);
+    for (const Relationship& relationship : RelationshipsOf(found[i]->name)) {
+      Part* target = relationship.external ? nullptr : Find(relationship.target);
+      if (target && IsOneOf(LastStep(relationship.type), kDrawingRelationships) && known.insert(target).second)
+        found.push_back(target);
     }
   }
-  for (const auto& part : parts_)
-    if (!part->xml) archive_->Check(*part->index);
+  for (const auto& part : parts_) {
+    if (part->xml) continue;
+    CheckMemory(memory_ + archive_->Entries()[*part->index].size, file_, part->name);
+    archive_->Check(*part->index);
+  }
 }
 
 void Package::CheckMainPart(const std::string& main) {
@@ -181,29 +187,25 @@ std::string Package::Bytes(const Part& part) const {
 // As the archive has it, or as it was added.
 std::string Package::SavedBytes(const Part& part) const {
   if (!part.index) return part.bytes;
-  std::string bytes(archive_->Entries()[*part.index].size, '\0');
-  archive_->Read(*part.index, bytes.data());
-  return bytes;
+  return std::string(archive_->Read(*part.index).View());
 }
 
 XmlPart& Package::Xml(std::string_view part) { return Xml(Get(part)); }
 
 XmlPart& Package::Xml(Part& part) {
   if (part.xml) return *part.xml;
-  XmlBytes text;
   if (part.index) {
-    const size_t size = archive_->Entries()[*part.index].size;
-    text = {std::make_unique_for_overwrite<char[]>(size), size};
-    archive_->Read(*part.index, text.data.get());
+    CheckMemory(memory_ + archive_->Entries()[*part.index].size, file_, part.name);
+    part.xml = std::make_unique<XmlPart>(file_, part.name, archive_->Read(*part.index), memory_);
+    memory_ += part.xml->memory();
   } else {
-    text = XmlBytes::CopyOf(part.bytes);
+    part.xml = std::make_unique<XmlPart>(file_, part.name, ByteArray::CopyOf(part.bytes));
   }
-  part.xml = std::make_unique<XmlPart>(file_, part.name, std::move(text));
   return *part.xml;
 }
 
 XmlPart& Package::AddXml(std::string part, std::string_view xml, std::string_view contentType) {
-  auto tree = std::make_unique<XmlPart>(file_, part, XmlBytes::CopyOf(xml));
+  auto tree = std::make_unique<XmlPart>(file_, part, ByteArray::CopyOf(xml));
   Part& added = Insert({.name = std::move(part), .bytes = std::string(xml), .xml = std::move(tree)});
   Declare(added, contentType);
   return *added.xml;
@@ -369,18 +371,60 @@ bool Package::changed() const {
   return std::any_of(parts_.begin(), parts_.end(), [](const auto& part) { return part->Changed(); });
 }
 
-std::vector<ZipEdit> Package::Edits() const {
-  std::vector<ZipEdit> edits;
-  for (const auto& part : parts_) {
-    if (!part->Changed()) continue;
-    ZipEdit edit{.index = part->index, .name = part->name, .content = std::nullopt};
-    if (part->present) edit.content = Bytes(*part);
-    if (part->present && part->xml && CheckXmlText(*edit.content).fault)
-      throw FileError(file_ + " could not be saved: " + PartInWords(part->name) +
-                      " holds a text that is not UTF-8; undo the last edit.");
-    edits.push_back(std::move(edit));
+// What cannot be read again must not be saved.
+std::string Package::CheckedBytes(const Part& part) const {
+  std::string bytes = Bytes(part);
+  try {
+    if (part.xml) CheckXml(bytes);
+  } catch (const XmlFault& fault) {
+    throw FileError(file_ + " could not be saved: " + PartInWords(part.name) + " " + fault.what + "; undo the last edit.");
   }
-  return edits;
+  return bytes;
+}
+
+Package::Packed Package::Pack(const std::string& displayName) const {
+  std::vector<size_t> partOf(archive_->Entries().size(), parts_.size());
+  for (size_t i = 0; i < parts_.size(); ++i)
+    if (parts_[i]->index) partOf[*parts_[i]->index] = i;
+
+  Packed packed{.archive = nullptr, .parts = std::vector<SavedPart>(parts_.size())};
+  ZipWriter writer(*archive_);
+  size_t written = 0;
+  const auto pack = [&](size_t i) {
+    const Part& part = *parts_[i];
+    if (!part.present) return;
+    packed.parts[i].index = written++;
+    if (part.Changed())
+      writer.Add(part.name, CheckedBytes(part));
+    else
+      writer.Copy(*part.index);
+  };
+  for (size_t entry = 0; entry < partOf.size(); ++entry) {
+    if (partOf[entry] < parts_.size()) {
+      pack(partOf[entry]);
+    } else {
+      writer.Copy(entry);
+      ++written;
+    }
+  }
+  for (size_t i = 0; i < parts_.size(); ++i) {
+    if (!parts_[i]->index) pack(i);
+    if (!parts_[i]->present) packed.parts[i].bytes = SavedBytes(*parts_[i]);
+  }
+  packed.archive = std::make_unique<ZipArchive>(writer.Finish(), displayName);
+  return packed;
+}
+
+// The directory has been read back; so is here what was written anew.
+void Package::CheckPacked(const Packed& packed) const {
+  for (size_t i = 0; i < parts_.size(); ++i) {
+    const Part& part = *parts_[i];
+    if (!part.present) continue;
+    const size_t index = *packed.parts[i].index;
+    if (packed.archive->Entries().at(index).name != part.name)
+      throw FileError(file_ + " could not be saved: " + PartInWords(part.name) + " was lost while packing; save it again.");
+    if (part.Changed()) packed.archive->Check(index);
+  }
 }
 
 // The archive in memory is what the file was: another program's work is told by its bytes, not by its time.
@@ -397,43 +441,25 @@ void Package::CheckNotOutdated(const std::filesystem::path& target) const {
 void Package::Save(const std::filesystem::path& target, Overwrite overwrite, FileSystem& files) {
   std::string displayName = PathInWords(target);
   std::filesystem::path origin = std::filesystem::absolute(target);
-  std::unique_ptr<ZipArchive> archive;
-  std::vector<SavedPart> saved;
+  Packed packed;
   if (changed()) {
-    // Read back before it replaces anything: what cannot be opened again must not overwrite what can.
-    archive = std::make_unique<ZipArchive>(archive_->With(Edits()), displayName);
-    saved = PartsIn(*archive);
+    packed = Pack(displayName);
+    CheckPacked(packed);
   }
   if (overwrite == Overwrite::Refuse) CheckNotOutdated(target);
-  WriteFileAtomically(files, target, (archive ? archive : archive_)->Bytes());
-  if (archive) Adopt(std::move(archive), std::move(saved));
+  WriteFileAtomically(files, target, (packed.archive ? packed.archive : archive_)->Bytes());
+  if (packed.archive) Adopt(std::move(packed));
   file_ = std::move(displayName);
   origin_ = std::move(origin);
   SyncNameOf(files, target);
 }
 
-std::vector<Package::SavedPart> Package::PartsIn(const ZipArchive& archive) const {
-  std::unordered_map<std::string_view, size_t> places;
-  for (size_t i = 0; i < archive.Entries().size(); ++i) places.emplace(archive.Entries()[i].name, i);
-  std::vector<SavedPart> saved;
-  for (const auto& part : parts_) {
-    const auto place = places.find(part->name);
-    if (part->present != (place != places.end()))
-      throw FileError(file_ + " could not be saved: " + PartInWords(part->name) + " was lost while packing; save it again.");
-    if (part->present)
-      saved.push_back({.index = place->second, .bytes = {}});
-    else
-      saved.push_back({.index = std::nullopt, .bytes = SavedBytes(*part)});
-  }
-  return saved;
-}
-
-void Package::Adopt(std::unique_ptr<ZipArchive> archive, std::vector<SavedPart> saved) {
-  archive_ = std::move(archive);
+void Package::Adopt(Packed packed) {
+  archive_ = std::move(packed.archive);
   for (size_t i = 0; i < parts_.size(); ++i) {
     Part& part = *parts_[i];
-    part.index = saved[i].index;
-    part.bytes = std::move(saved[i].bytes);
+    part.index = packed.parts[i].index;
+    part.bytes = std::move(packed.parts[i].bytes);
     if (!part.present) continue;
     part.deviations.clear();
     if (part.xml) part.xml->MarkSaved();

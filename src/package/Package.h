@@ -9,6 +9,7 @@
 #include <pugixml.hpp>
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -102,15 +103,18 @@ class Package {
     bool Changed() const { return present != index.has_value() || (present && xml && xml->changed()); }
   };
 
-  // Where the archive just written has a part, or the content it keeps while taken out.
+  // An archive of the package as it is, and where it has each part, or the content that one keeps while taken out.
   struct SavedPart {
     std::optional<size_t> index;
     std::string bytes;
   };
+  struct Packed {
+    std::unique_ptr<ZipArchive> archive;
+    std::vector<SavedPart> parts;
+  };
 
   explicit Package(std::string displayName);
   void ReadArchive(std::string zip);
-  void CheckNotOutdated(const std::filesystem::path& target) const;
   void ParseDrawing();
   void CheckMainPart(const std::string& main);
 
@@ -131,13 +135,16 @@ class Package {
   Part& RelationshipsPart(std::string_view part);
   void SettleRelationships(Part& list, bool sourcePresent);
 
-  std::vector<ZipEdit> Edits() const;
-  std::vector<SavedPart> PartsIn(const ZipArchive& archive) const;
-  void Adopt(std::unique_ptr<ZipArchive> archive, std::vector<SavedPart> saved);
+  void CheckNotOutdated(const std::filesystem::path& target) const;
+  Packed Pack(const std::string& displayName) const;
+  void CheckPacked(const Packed& packed) const;
+  std::string CheckedBytes(const Part& part) const;
+  void Adopt(Packed packed);
 
   std::string file_;
   std::filesystem::path origin_;  // where archive_ was read or last saved; empty: nowhere yet
   std::unique_ptr<ZipArchive> archive_;
+  std::uint64_t memory_ = 0;  // of the file and of the trees read from it
   std::vector<std::unique_ptr<Part>> parts_;
   std::unordered_map<std::string, Part*> byName_;  // lowered
   pugi::xml_document takenElements_;

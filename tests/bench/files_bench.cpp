@@ -121,12 +121,8 @@ struct StringWriter : pugi::xml_writer {
 
 void Yardstick(const fs::path& file, bool rewrite) {
   const std::string zip = test::ReadFile(file);
-  for (const ZipEntry& entry : ReadZipDirectory(zip, file.string())) {
-    const auto number = [&](size_t at) {
-      return static_cast<unsigned char>(zip[at]) + 256u * static_cast<unsigned char>(zip[at + 1]);
-    };
-    const size_t data = entry.offset + 30 + number(entry.offset + 26) + number(entry.offset + 28);
-    const std::string_view packed = std::string_view(zip).substr(data, entry.packed);
+  for (const ZipEntry& entry : ReadZipDirectory(zip, file.string()).entries) {
+    const std::string_view packed = std::string_view(zip).substr(entry.data, entry.packed);
     std::string part = entry.method == 0 ? std::string(packed) : Inflated(packed, entry.size);
     if (crc32(0, reinterpret_cast<const Bytef*>(part.data()), static_cast<uInt>(part.size())) != entry.crc)
       throw FileError("yardstick: bad checksum");

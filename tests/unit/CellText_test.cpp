@@ -11,7 +11,7 @@ namespace {
 // A Cell element in a tree of its own.
 class OneCell {
  public:
-  explicit OneCell(const std::string& cell) : part_("test.vsdx", "part", XmlBytes::CopyOf("<Row a='1'>" + cell + "</Row>")) {}
+  explicit OneCell(const std::string& cell) : part_("test.vsdx", "part", ByteArray::CopyOf("<Row a='1'>" + cell + "</Row>")) {}
   pugi::xml_node cell() { return part_.root().child("Cell"); }
   std::string Written() { return part_.Serialise(cell()); }
   void Write(std::string_view formula, const std::optional<CellValue>& value, bool isText = false) {
