@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <new>
 #include <optional>
 #include <unordered_set>
 #include <utility>
@@ -84,17 +85,21 @@ unsigned RelationshipNumber(std::string_view id) {
 
 Package::Package(std::string displayName) : file_(std::move(displayName)), archive_(std::make_unique<ZipArchive>(file_)) {}
 
-std::unique_ptr<Package> Package::OpenFile(const std::filesystem::path& path) {
+std::unique_ptr<Package> Package::OpenFile(const std::filesystem::path& path) try {
   std::unique_ptr<Package> package = OpenBytes(ReadWholeFile(path, kMaxMemoryBytes), PathInWords(path));
   package->origin_ = std::filesystem::absolute(path);
   return package;
+} catch (const std::bad_alloc&) {
+  throw FileError::NeedsMemory(PathInWords(path));
 }
 
-std::unique_ptr<Package> Package::OpenBytes(std::string zip, std::string displayName) {
-  std::unique_ptr<Package> package(new Package(std::move(displayName)));
+std::unique_ptr<Package> Package::OpenBytes(std::string zip, const std::string& displayName) try {
+  std::unique_ptr<Package> package(new Package(displayName));
   package->ReadArchive(std::move(zip));
   package->ParseDrawing();
   return package;
+} catch (const std::bad_alloc&) {
+  throw FileError::NeedsMemory(displayName);
 }
 
 std::unique_ptr<Package> Package::Create(std::string displayName) {
@@ -438,7 +443,7 @@ void Package::CheckNotOutdated(const std::filesystem::path& target) const {
         "(in a script \"overwrite\": true) over those changes.");
 }
 
-void Package::Save(const std::filesystem::path& target, Overwrite overwrite, FileSystem& files) {
+void Package::Save(const std::filesystem::path& target, Overwrite overwrite, FileSystem& files) try {
   std::string displayName = PathInWords(target);
   std::filesystem::path origin = std::filesystem::absolute(target);
   Packed packed;
@@ -452,6 +457,8 @@ void Package::Save(const std::filesystem::path& target, Overwrite overwrite, Fil
   file_ = std::move(displayName);
   origin_ = std::move(origin);
   SyncNameOf(files, target);
+} catch (const std::bad_alloc&) {
+  throw FileError::NeedsMemory(PathInWords(target));
 }
 
 void Package::Adopt(Packed packed) {

@@ -40,7 +40,7 @@ class Package {
   // is missing or no Visio drawing, stencil or template. A package without [Content_Types].xml is taken at its relationships'
   // word.
   static std::unique_ptr<Package> OpenFile(const std::filesystem::path& path);
-  static std::unique_ptr<Package> OpenBytes(std::string zip, std::string displayName);
+  static std::unique_ptr<Package> OpenBytes(std::string zip, const std::string& displayName);
   // [Content_Types].xml with the defaults for .rels and .xml, and empty package relationships.
   static std::unique_ptr<Package> Create(std::string displayName);
 
