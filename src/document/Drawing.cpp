@@ -95,21 +95,19 @@ void Drawing::Reread() {
 
 void Drawing::ReadMasters() {
   if (mastersPart_.empty()) return;
-  const std::vector<Relationship> relationships = package_->RelationshipsOf(mastersPart_);
+  const Relationships relationships = package_->RelationshipsOf(mastersPart_);
   for (const pugi::xml_node entry : ExpectRoot(*package_, mastersPart_, "Masters").root().children("Master")) {
-    for (const Relationship& relationship : relationships)
-      if (relationship.id == RelId(entry).value())
-        masters_.push_back(std::make_unique<DrawingMaster>(entry, relationship.target,
-                                                           ExpectRoot(*package_, relationship.target, "MasterContents")));
+    if (const Relationship* relationship = relationships.Find(RelId(entry).value()))
+      masters_.push_back(std::make_unique<DrawingMaster>(entry, relationship->target,
+                                                         ExpectRoot(*package_, relationship->target, "MasterContents")));
   }
 }
 
 void Drawing::ReadPages() {
-  const std::vector<Relationship> relationships = package_->RelationshipsOf(pagesPart_);
+  const Relationships relationships = package_->RelationshipsOf(pagesPart_);
   for (const pugi::xml_node entry : ExpectRoot(*package_, pagesPart_, "Pages").root().children("Page")) {
-    std::string partName;
-    for (const Relationship& relationship : relationships)
-      if (relationship.id == RelId(entry).value()) partName = relationship.target;
+    const Relationship* relationship = relationships.Find(RelId(entry).value());
+    std::string partName = relationship ? relationship->target : "";
     // A page that leads back to the list of pages has no contents of its own.
     if (partName == pagesPart_) partName.clear();
     XmlPart* contents = partName.empty() ? nullptr : &ExpectRoot(*package_, partName, "PageContents");

@@ -21,7 +21,8 @@ inline constexpr std::uint64_t kMaxMemoryBytes = 1000ull << 20;
 void CheckMemory(std::uint64_t bytes, const std::string& file, const std::string& part);
 
 // Of XML.
-inline constexpr size_t kMaxXmlDepth = 256;  // elements within elements
+inline constexpr size_t kMaxXmlDepth = 256;          // elements within elements
+inline constexpr size_t kMaxXmlAttributes = 10'000;  // of an element
 
 // Of the drawing.
 inline constexpr size_t kMaxPages = 5'000;

@@ -62,9 +62,8 @@ void SetAttribute(pugi::xml_node element, const char* name, std::string_view val
 
 // The child whose attribute has that value, without regard to case.
 pugi::xml_node FindElement(pugi::xml_node root, std::string_view localName, const char* attribute, std::string_view value) {
-  const std::string wanted = LowerAscii(value);
   for (pugi::xml_node child : root.children())
-    if (LocalName(child) == localName && LowerAscii(child.attribute(attribute).value()) == wanted) return child;
+    if (LocalName(child) == localName && EqualAsciiIgnoringCase(child.attribute(attribute).value(), value)) return child;
   return {};
 }
 
@@ -301,18 +300,28 @@ void Package::SetDeclared(const Part& part, bool declared) {
 
 // ---------------------------------------------------------------------------------------------------- relationships
 
-std::vector<Relationship> Package::RelationshipsOf(std::string_view part) {
+void Relationships::Add(Relationship relationship) {
+  byId_.emplace(relationship.id, all_.size());
+  all_.push_back(std::move(relationship));
+}
+
+const Relationship* Relationships::Find(std::string_view id) const {
+  const auto found = byId_.find(std::string(id));
+  return found == byId_.end() ? nullptr : &all_[found->second];
+}
+
+Relationships Package::RelationshipsOf(std::string_view part) {
   Part* list = FindPresent(RelationshipsPartOf(part));
   if (!list) return {};
-  std::vector<Relationship> relationships;
+  Relationships relationships;
   for (pugi::xml_node element : Xml(*list).root().children()) {
     if (LocalName(element) != "Relationship") continue;
     const std::string_view target = element.attribute("Target").value();
     const bool external = std::string_view(element.attribute("TargetMode").value()) == "External";
-    relationships.push_back({.id = element.attribute("Id").value(),
-                             .type = element.attribute("Type").value(),
-                             .target = external ? std::string(target) : ResolveTarget(part, target),
-                             .external = external});
+    relationships.Add({.id = element.attribute("Id").value(),
+                       .type = element.attribute("Type").value(),
+                       .target = external ? std::string(target) : ResolveTarget(part, target),
+                       .external = external});
   }
   return relationships;
 }

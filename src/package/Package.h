@@ -27,6 +27,24 @@ struct Relationship {
   bool external = false;
 };
 
+// Those of a part, in their order.
+class Relationships {
+ public:
+  void Add(Relationship relationship);
+  // Null when none has that id; of several the first.
+  const Relationship* Find(std::string_view id) const;
+
+  auto begin() const { return all_.begin(); }
+  auto end() const { return all_.end(); }
+  size_t size() const { return all_.size(); }
+  bool empty() const { return all_.empty(); }
+  const Relationship& operator[](size_t index) const { return all_[index]; }
+
+ private:
+  std::vector<Relationship> all_;
+  std::unordered_map<std::string, size_t> byId_;
+};
+
 // Whether a save may replace what another program has meanwhile saved in the same place.
 enum class Overwrite { Refuse, Allow };
 
@@ -66,7 +84,7 @@ class Package {
   void SetPresent(std::string_view part, bool present);
 
   // Of a part, or with "" of the package; in their order. None when there is no relationships part.
-  std::vector<Relationship> RelationshipsOf(std::string_view part);
+  Relationships RelationshipsOf(std::string_view part);
   // Adds one and returns its id: the given one, or the next free rIdN. One that was removed is put back in its old place when its
   // id is given with the same type and target, as undo does.
   std::string AddRelationship(std::string_view part, std::string_view type, std::string_view targetPart, std::string id = {});

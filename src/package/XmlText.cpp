@@ -226,6 +226,9 @@ class Checker {
         break;
       }
       if (next == at) throw IllFormed("a tag does not end", at);
+      if (attributes_.size() == kMaxXmlAttributes)
+        throw XmlFault{Fault("has an element of more than " + std::to_string(kMaxXmlAttributes) + " attributes", name).what,
+                       true};
       Attribute& attribute = attributes_.emplace_back();
       at = ReadAttribute(next, attribute, hasPrefix);
     }
@@ -253,7 +256,8 @@ class Checker {
 
   void Close() {
     while (!declared_.empty() && declared_.back().depth == depth_) {
-      --prefixes_[declared_.back().prefix];
+      const auto prefix = prefixes_.find(declared_.back().prefix);
+      if (--prefix->second == 0) prefixes_.erase(prefix);
       declared_.pop_back();
     }
     --depth_;
@@ -290,9 +294,7 @@ class Checker {
     if (colon == std::string_view::npos) return;
     const std::string_view prefix = name.substr(0, colon);
     if (prefix == "xml" || prefix == "xmlns") return;
-    const auto known = prefixes_.find(prefix);
-    if (known == prefixes_.end() || known->second == 0)
-      throw IllFormed("the prefix " + InWords(prefix) + " is not declared", name.data());
+    if (!prefixes_.contains(prefix)) throw IllFormed("the prefix " + InWords(prefix) + " is not declared", name.data());
   }
 
   // --- Parts of tags.

@@ -22,8 +22,8 @@ struct XmlFault {
   bool isUnsafe = false;  // well-formed, but nothing to open
 };
 
-// Throws XmlFault unless the text is one element of XML 1.0 in UTF-8 with all prefixes declared, without a DOCTYPE and not nested
-// deeper than kMaxXmlDepth.
+// Throws XmlFault unless the text is one element of XML 1.0 in UTF-8 with all prefixes declared, without a DOCTYPE, and
+// exceeds neither kMaxXmlDepth nor kMaxXmlAttributes.
 XmlOutline CheckXml(std::string_view text);
 
 }  // namespace vardo

@@ -179,6 +179,49 @@ TEST(Package, AcceptsUpToTheLimitsAndNoMore) {
   EXPECT_EQ(Refusal(nested(1'000'000)), tooDeep) << "no recursion that a deep file could run away with";
 }
 
+// A drawing with that many pages, each with a part or all with one.
+std::string ManyPages(size_t count, bool withParts) {
+  std::vector<ZipItem> items = DrawingItems();
+  const std::string content = items.back().content;
+  if (withParts) items.pop_back();
+  std::string& list = items[items.size() - (withParts ? 1 : 2)].content;
+  std::string relationships = "<Relationships>";
+  for (size_t i = 1; i <= count; ++i) {
+    const std::string number = std::to_string(i), part = withParts ? number : "1";
+    relationships += "<Relationship Id='rId" + number + "' Type='t/page' Target='page" + part + ".xml'/>";
+  }
+  list = relationships + "</Relationships>";
+  for (size_t i = 1; withParts && i <= count; ++i) items.push_back({"visio/pages/page" + std::to_string(i) + ".xml", content});
+  return MakeZip(items);
+}
+
+TEST(Package, ManyPagesTakeTheirTimeAndMemoryOnce) {
+  const std::unique_ptr<Package> onOnePart = Open(ManyPages(50'000, false));
+  const Relationships relationships = onOnePart->RelationshipsOf("visio/pages/pages.xml");
+  EXPECT_EQ(relationships.Find("rId50000"), &relationships[49'999]);
+  EXPECT_EQ(Open(ManyPages(kMaxEntries - 100, true))->PartNames().size(), DrawingItems().size() - 1 + kMaxEntries - 100);
+}
+
+TEST(Package, WhatAPartMakesOfTheMemoryIsLimited) {
+  const std::string element = "<a/>", xml = "<b>" + element + "<a c='1'/>text</b>";
+  const auto open = [&](std::uint64_t memoryOfOthers) { XmlPart("test.vsdx", "p", ByteArray::CopyOf(xml), memoryOfOthers); };
+  const std::uint64_t memory = XmlPart("f", "p", ByteArray::CopyOf(xml)).memory();
+  EXPECT_NO_THROW(open(kMaxMemoryBytes - memory));
+  EXPECT_THROW(open(kMaxMemoryBytes - memory + 1), FileError);
+
+  // What its tree would make sixteen times as large.
+  std::string elements = "<a>";
+  while (elements.size() < kMaxMemoryBytes / 64 * element.size()) elements += element;
+  try {
+    XmlPart("test.vsdx", "part", ByteArray::CopyOf(elements + "</a>"));
+    FAIL();
+  } catch (const FileError& error) {
+    EXPECT_STREQ(error.what(),
+                 "test.vsdx is not safe to open: part part brings it to more than 1000 MiB in memory; ask its maker for a clean "
+                 "copy.");
+  }
+}
+
 TEST(Package, RefusesBadXml) {
   const std::string part = "part visio/pages/page1.xml ", damaged = "test.vsdx is damaged: " + part,
                     backup = "; restore it from a backup.";
@@ -320,14 +363,26 @@ TEST(XmlText, AFaultIsFoundWhereverItStands) {
     }
 }
 
-TEST(XmlText, PrefixesOfManyNamesAreFoundAtOnce) {
+// An element with so many attributes, each a prefix that an element in it uses.
+std::string ManyPrefixes(size_t count) {
   std::string root = "<a", uses;
-  for (int i = 0; i < 50'000; ++i) {
+  for (size_t i = 0; i < count; ++i) {
     const std::string prefix = "p" + std::to_string(i);
     root += " xmlns:" + prefix + "='u'";
     uses += "<" + prefix + ":b/>";
   }
-  EXPECT_EQ(CheckXml(root + ">" + uses + "</a>").attributes, 50'000u);
+  return root + ">" + uses + "</a>";
+}
+
+TEST(XmlText, AttributesAreLimited) {
+  EXPECT_EQ(CheckXml(ManyPrefixes(kMaxXmlAttributes)).attributes, kMaxXmlAttributes);
+  try {
+    CheckXml(ManyPrefixes(kMaxXmlAttributes + 1));
+    FAIL();
+  } catch (const XmlFault& fault) {
+    EXPECT_TRUE(fault.isUnsafe);
+    EXPECT_EQ(fault.what, "has an element of more than 10000 attributes at byte 1");
+  }
 }
 
 TEST(Package, ACutFileIsNeverOpened) {
@@ -410,13 +465,15 @@ TEST(Package, ListsRelationships) {
       DrawingWith("visio/pages/_rels/pages.xml.rels",
                   "<x:Relationships xmlns:x='u'><x:Relationship Id='b' Type='t/page' Target='page1.xml'/><!-- -->"
                   "<x:Relationship Id='a' Type='t/link' Target='http://there/' TargetMode='External'/></x:Relationships>")));
-  const std::vector<Relationship> relationships = package->RelationshipsOf("visio/pages/pages.xml");
+  const Relationships relationships = package->RelationshipsOf("visio/pages/pages.xml");
   ASSERT_EQ(relationships.size(), 2u);
   EXPECT_EQ(relationships[0].id, "b");
   EXPECT_EQ(relationships[0].target, kPagePart);
   EXPECT_FALSE(relationships[0].external);
   EXPECT_EQ(relationships[1].target, "http://there/");
   EXPECT_TRUE(relationships[1].external);
+  EXPECT_EQ(relationships.Find("a"), &relationships[1]);
+  EXPECT_EQ(relationships.Find("A"), nullptr);
   EXPECT_TRUE(package->RelationshipsOf("visio/media/image1.bin").empty());
   package->AddRelationship("visio/pages/pages.xml", "t", "visio/x.xml");
   EXPECT_THAT(package->Bytes("visio/pages/_rels/pages.xml.rels"),
