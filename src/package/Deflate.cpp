@@ -1,5 +1,7 @@
 #include "package/Deflate.h"
 
+#include "platform/Memory.h"
+
 #include <libdeflate.h>
 
 #include <new>
@@ -22,6 +24,12 @@ std::unique_ptr<Tool, Free> Made(Tool* tool) {
 }
 
 }  // namespace
+
+ByteArray ByteArray::OfSize(size_t size) {
+  ByteArray bytes{std::make_unique_for_overwrite<char[]>(size), size};
+  ExpectUseOf(bytes.data.get(), size);
+  return bytes;
+}
 
 ByteArray ByteArray::CopyOf(std::string_view bytes) {
   ByteArray copy = OfSize(bytes.size());

@@ -13,7 +13,7 @@ struct ByteArray {
   std::unique_ptr<char[]> data;
   size_t size = 0;
 
-  static ByteArray OfSize(size_t size) { return {std::make_unique_for_overwrite<char[]>(size), size}; }
+  static ByteArray OfSize(size_t size);
   static ByteArray CopyOf(std::string_view bytes);
   std::string_view View() const { return {data.get(), size}; }
 };

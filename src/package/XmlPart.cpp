@@ -2,7 +2,9 @@
 
 #include "base/FileError.h"
 #include "package/Limits.h"
+#include "package/TreeMemory.h"
 #include "package/XmlText.h"
+#include "platform/Memory.h"
 
 #include <algorithm>
 #include <array>
@@ -25,6 +27,9 @@ std::uint64_t TreeBytes(const XmlOutline& outline) {
   const std::uint64_t bytes = outline.nodes * kNodeBytes + outline.attributes * kAttributeBytes;
   return (bytes / kTreePageBytes + 1) * kTreePageBytes;
 }
+
+// Before main, so that no tree is older.
+[[maybe_unused]] const bool kTreesUseTheirMemory = (pugi::set_memory_management_functions(TakeTreePage, GiveTreePage), true);
 
 XmlOutline OutlineOf(const std::string& file, const std::string& part, std::string_view text) {
   try {
@@ -69,7 +74,11 @@ constexpr Escapes AttributeEscapes(char quote) {
 // The memory that a text is written to. Its writer keeps the place where it is.
 class Buffer {
  public:
-  explicit Buffer(size_t sizeHint) : text_(sizeHint + kRoom, '\0') {}
+  explicit Buffer(size_t sizeHint) {
+    text_.reserve(sizeHint + kRoom);
+    ExpectUseOf(text_.data(), text_.capacity());
+    text_.resize(text_.capacity());
+  }
 
   char* Begin() { return text_.data(); }
   // The place, moved with all before it where there was not as much room.

@@ -76,8 +76,10 @@ class AllocationFaults : public testing::Test {
     libdeflate_set_memory_allocator(Allocate, Free);
     test::WriteFile(file_, old_);
   }
-  ~AllocationFaults() override { pugi::set_memory_management_functions(std::malloc, std::free); }
+  ~AllocationFaults() override { pugi::set_memory_management_functions(take_, give_); }
 
+  const pugi::allocation_function take_ = pugi::get_memory_allocation_function();
+  const pugi::deallocation_function give_ = pugi::get_memory_deallocation_function();
   const TempFolder folder_;
   const fs::path file_;
   const std::string old_;
