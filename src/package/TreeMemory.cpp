@@ -9,30 +9,33 @@
 namespace vardo {
 namespace {
 
-constexpr size_t kBlockBytes = 2 << 20;
-constexpr size_t kPageBytes = 33 * 1024;  // what the parser asks for, and what it puts before it
+constexpr size_t kBlockBytes = 2 << 20, kHeadBytes = 64;
+constexpr size_t kPagesOfBlock = (kBlockBytes - kHeadBytes) / kTreePage;
+static_assert(kPagesOfBlock == kBlockBytes / kTreePageBytes);
 
 struct Page {
   Page* next;
 };
 
 // Begins at a multiple of its size, so that a page tells its block.
-struct alignas(64) Block {
+struct alignas(kHeadBytes) Block {
   Block *previous = nullptr, *next = nullptr;  // among those that have room
   Page* given = nullptr;                       // pages that were given back
   size_t used = 0;                             // pages that are taken
-  size_t cut = 1;                              // pages that have ever been taken, and this head
+  size_t cut = 0;                              // pages that have ever been taken
   bool isLarge = false;                        // of a single piece that is larger than a page
 
-  bool IsFull() const { return !given && (cut + 1) * kPageBytes > kBlockBytes; }
+  bool IsFull() const { return !given && cut == kPagesOfBlock; }
   void* Take() {
     ++used;
-    if (!given) return reinterpret_cast<char*>(this) + cut++ * kPageBytes;
+    if (!given) return reinterpret_cast<char*>(this + 1) + cut++ * kTreePage;
     Page* const page = given;
     given = page->next;
     return page;
   }
 };
+
+static_assert(sizeof(Block) == kHeadBytes);
 
 std::mutex mutex;
 Block* withRoom = nullptr;
@@ -61,7 +64,7 @@ void Delete(Block* block) { ::operator delete(block, std::align_val_t(kBlockByte
 }  // namespace
 
 void* TakeTreePage(size_t size) noexcept {
-  if (size > kPageBytes) {
+  if (size > kTreePage) {
     Block* const block = NewBlock(sizeof(Block) + size);
     if (!block) return nullptr;
     block->isLarge = true;

@@ -21,11 +21,11 @@ constexpr unsigned kParseFlags = pugi::parse_cdata | pugi::parse_comments | pugi
                                  pugi::parse_escapes | pugi::parse_wconv_attribute;
 
 // What the parser makes of a text.
-constexpr std::uint64_t kNodeBytes = 64, kAttributeBytes = 40, kTreePageBytes = 32 * 1024;
+constexpr std::uint64_t kNodeBytes = 64, kAttributeBytes = 40;
 
 std::uint64_t TreeBytes(const XmlOutline& outline) {
   const std::uint64_t bytes = outline.nodes * kNodeBytes + outline.attributes * kAttributeBytes;
-  return (bytes / kTreePageBytes + 1) * kTreePageBytes;
+  return (bytes / kTreePage + 1) * kTreePageBytes;
 }
 
 // Before main, so that no tree is older.

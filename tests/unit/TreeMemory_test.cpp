@@ -10,8 +10,6 @@
 namespace vardo {
 namespace {
 
-constexpr size_t kPage = 32 * 1024 + 64;
-
 struct Piece {
   unsigned char* memory;
   size_t size;
@@ -34,7 +32,7 @@ TEST(TreeMemory, PiecesKeepWhatIsWrittenToThem) {
       give(random() % pieces.size());
       continue;
     }
-    const size_t sizes[] = {1, 100, kPage, kPage, kPage, 5 * kPage};
+    const size_t sizes[] = {1, 100, kTreePage, kTreePage, kTreePage, 5 * kTreePage};
     const size_t size = sizes[random() % std::size(sizes)];
     auto* const memory = static_cast<unsigned char*>(TakeTreePage(size));
     ASSERT_NE(memory, nullptr);
@@ -47,10 +45,10 @@ TEST(TreeMemory, PiecesKeepWhatIsWrittenToThem) {
 }
 
 TEST(TreeMemory, APageGivenBackIsTheNextToBeTaken) {
-  void* const first = TakeTreePage(kPage);
-  void* const second = TakeTreePage(kPage);
+  void* const first = TakeTreePage(kTreePage);
+  void* const second = TakeTreePage(kTreePage);
   GiveTreePage(first);
-  EXPECT_EQ(TakeTreePage(kPage), first);
+  EXPECT_EQ(TakeTreePage(kTreePage), first);
   GiveTreePage(second);
   GiveTreePage(first);
 }
