@@ -53,8 +53,6 @@ TEST(TreeMemory, APageGivenBackIsTheNextToBeTaken) {
   GiveTreePage(first);
 }
 
-TEST(TreeMemory, NoMemoryIsNull) { EXPECT_EQ(TakeTreePage(static_cast<size_t>(-1) / 2), nullptr); }
-
 TEST(TreeMemory, NothingCanBeGivenBack) { GiveTreePage(nullptr); }
 
 }  // namespace
