@@ -65,7 +65,7 @@ Drawing::Drawing(std::unique_ptr<Package> package)
 
 Drawing::~Drawing() = default;
 
-void Drawing::Save(const std::filesystem::path& file) { package_->Save(file); }
+void Drawing::Save(const std::filesystem::path& file, Overwrite overwrite) { package_->Save(file, overwrite); }
 
 bool Drawing::Changed() const { return package_->changed(); }
 

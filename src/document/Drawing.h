@@ -8,6 +8,7 @@
 #include "document/EditObserver.h"
 #include "document/TreeEditor.h"
 #include "document/UndoStep.h"
+#include "platform/FileSystem.h"
 
 #include <filesystem>
 #include <functional>
@@ -40,7 +41,8 @@ class Drawing : private EditObserver {
   static std::unique_ptr<Drawing> Open(const std::filesystem::path& file);
   static std::unique_ptr<Drawing> New();
   ~Drawing() override;
-  void Save(const std::filesystem::path& file);
+  // As the package saves.
+  void Save(const std::filesystem::path& file, Overwrite overwrite = Overwrite::Refuse);
   bool Changed() const;
 
   Package& package() { return *package_; }

@@ -111,10 +111,10 @@ void DrawingHost::Replace(std::unique_ptr<Drawing> drawing, const std::filesyste
   drawing_->WantTouched(stepObserver_ != nullptr);
 }
 
-std::filesystem::path DrawingHost::Save(const std::optional<std::filesystem::path>& file) {
+std::filesystem::path DrawingHost::Save(const std::optional<std::filesystem::path>& file, Overwrite overwrite) {
   const std::filesystem::path target = file.value_or(file_);
   if (target.empty()) throw HostError(kHostNotAllowed, "The drawing has never been saved: name a file.");
-  drawing().Save(target);
+  drawing().Save(target, overwrite);
   file_ = target;
   return target;
 }

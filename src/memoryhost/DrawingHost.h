@@ -43,8 +43,9 @@ class DrawingHost {
   // --- The drawing. Throw FileError, or HostError 5 where nothing is open; the open drawing stays as it was.
   void New();
   void Open(const std::filesystem::path& file);
-  // Without a file, where it was opened from or last saved. Returns the file.
-  std::filesystem::path Save(const std::optional<std::filesystem::path>& file);
+  // Without a file, where it was opened from or last saved. Returns the file. One that another program has changed meanwhile is
+  // refused unless overwriting is allowed.
+  std::filesystem::path Save(const std::optional<std::filesystem::path>& file, Overwrite overwrite = Overwrite::Refuse);
   bool IsOpen() const { return drawing_ != nullptr; }
   Drawing& drawing();
 

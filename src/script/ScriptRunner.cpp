@@ -229,7 +229,9 @@ Json ScriptRunner::OpenFile(const Json& arguments) {
 
 Json ScriptRunner::Save(const Json& arguments) {
   const auto file = Optional<std::string>(arguments, "file");
-  const std::filesystem::path saved = session_.host().Save(file ? std::optional(std::filesystem::u8path(*file)) : std::nullopt);
+  const bool overwrite = Optional<bool>(arguments, "overwrite").value_or(false);
+  const std::filesystem::path saved = session_.host().Save(file ? std::optional(std::filesystem::u8path(*file)) : std::nullopt,
+                                                           overwrite ? Overwrite::Allow : Overwrite::Refuse);
   const std::u8string text = saved.u8string();
   return {{"file", std::string(text.begin(), text.end())}};
 }

@@ -3,7 +3,7 @@
 
 namespace vardo {
 
-// Prints how long opening and saving a large drawing takes, beside a yardstick.
+// Prints how much time and memory opening and saving large drawings takes, beside a yardstick.
 void MeasureFiles();
 
 // Runs the registered benchmarks of operations and prints a line for each: its time at every size, and how the time grows from
