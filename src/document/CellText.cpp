@@ -14,6 +14,7 @@ bool IsText(pugi::xml_node node) { return node.type() == pugi::node_pcdata || no
 
 // Line ends within an element are line feeds to us whatever they are in the file.
 std::string WithLineFeeds(std::string_view raw) {
+  if (raw.find('\r') == std::string_view::npos) return std::string(raw);
   std::string text;
   for (size_t i = 0; i < raw.size(); ++i) {
     if (raw[i] != '\r')
@@ -42,7 +43,7 @@ struct Content {
   std::string value;
   std::string_view unit, formula, error = {};
 
-  bool GoesInText() const { return value.find_first_of("\n\r") != std::string::npos; }
+  bool GoesInText() const { return value.find('\n') != std::string::npos || value.find('\r') != std::string::npos; }
 };
 
 bool Holds(pugi::xml_node cell, const Content& content) {
@@ -131,7 +132,7 @@ CellValue StoredValue(pugi::xml_node cell, bool isText) {
 }
 
 void WriteFormula(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, std::string_view formula,
-                  const std::optional<CellValue>& value, bool isText, std::string_view error) {
+                  const std::function<Evaluation()>& evaluate, bool isText) {
   if (formula.empty()) return Put(editor, part, cell, {isText ? "" : "0", "", kFormulaOfNone});
   if (auto constant = ParseConstant(formula)) {
     const std::string_view unit = isText && constant->unit == "STR" ? std::string_view() : constant->unit;
@@ -139,8 +140,9 @@ void WriteFormula(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, std::s
     const bool readsBack = FormulaOf(WithLineFeeds(constant->value), unit, isText) == formula;
     return Put(editor, part, cell, {std::move(constant->value), unit, readsBack ? "" : formula});
   }
-  Content content =
-      value ? Computed(cell, *value, formula, isText) : Content{RawValue(cell), cell.attribute("U").value(), formula, error};
+  const Evaluation evaluation = evaluate();
+  const Content content = evaluation.value ? Computed(cell, *evaluation.value, formula, isText)
+                                           : Content{RawValue(cell), cell.attribute("U").value(), formula, evaluation.error};
   Put(editor, part, cell, content);
 }
 

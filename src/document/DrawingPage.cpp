@@ -341,10 +341,6 @@ void DrawingPage::ForgetAll() {
 
 // -------------------------------------------------------------------------------------------------- properties in bulk
 
-std::optional<std::string_view> DrawingPage::PropertyFormula(const DrawingShape& shape, Symbol field) {
-  return columns_.FormulaOf(shape, shape.slot_, field);
-}
-
 std::string DrawingPage::ListOfPositions(Symbol field) const {
   const CellAddress address{FindSectionByElement("Property"), RowKey::Named(field), Symbol("Value")};
   return sheet_.Exists(address) ? sheet_.Formula(address) : "";

@@ -102,9 +102,8 @@ class DrawingPage {
   const std::vector<DrawingShape*>& InstancesOf(const Sheet& masterShape);
 
   // --- Properties in bulk.
-  // The formula of "Prop." + field as a formula of this page shows it; none when the shape has no such property. Good until the
-  // drawing changes.
-  std::optional<std::string_view> PropertyFormula(const DrawingShape& shape, Symbol field);
+  // The formulas of "Prop." + field as they are stored, to be asked of shapes of this page with their slots.
+  PropertyColumns::Column& PropertyColumn(Symbol field) { return columns_.Of(field); }
   // Of the page's own sheet; empty when it has no such property.
   std::string ListOfPositions(Symbol field) const;
   std::optional<ListedTally::Count> CountInListedShapes(Symbol list, Symbol field, const std::string& key);

@@ -23,6 +23,8 @@ class DrawingShape : public Sheet {
   // The master it was made from, by the drawing's number; -1 when it has none.
   int MasterId() const;
   const DrawingMaster* master() const { return master_; }
+  // A low number of its own on the page, given to another shape once this one has gone.
+  std::uint32_t slot() const { return slot_; }
   // Of its element; empty when the file does not say it.
   std::string StoredName() const;
   // Without the closing line end of the text block.
@@ -32,7 +34,7 @@ class DrawingShape : public Sheet {
  private:
   friend class DrawingPage;
   int id_;
-  std::uint32_t slot_ = 0;  // a low number of its own on the page
+  std::uint32_t slot_ = 0;
   const DrawingMaster* master_ = nullptr;
   int index_ = 0;  // among the page's shapes, as the page last counted them
   DrawingShape* parent_;

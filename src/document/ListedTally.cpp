@@ -93,7 +93,7 @@ void ListedTally::Read(DrawingPage& page, Member& member) {
   lacking_ -= member.lacks;
   formulas_ -= member.isFormula;
   member.keys.clear();
-  const auto formula = page.PropertyFormula(*member.shape, field_);
+  const auto formula = page.PropertyColumn(field_).FormulaOf(*member.shape, member.shape->slot());
   member.lacks = !formula;
   member.isFormula = formula && NamesSheet(*formula) && !formula->starts_with('"');
   lacking_ += member.lacks;

@@ -25,37 +25,33 @@ const char* PropertyColumns::Texts::Keep(std::string_view text) {
   return kept;
 }
 
-std::optional<std::string_view> PropertyColumns::FormulaOf(const DrawingShape& shape, std::uint32_t slot, Symbol field) {
-  Column& column = columns_[field];
-  if (slot >= column.entries.size()) column.entries.resize(slot + 1 + slot / 2);
-  Entry& entry = column.entries[slot];
-  if (entry.state == State::Unknown) {
-    static const SectionInfo* const properties = FindSectionByElement("Property");
-    static const Symbol value("Value");
-    const CellAddress address{properties, RowKey::Named(field), value};
-    entry.state = shape.Exists(address) ? State::There : State::Missing;
-    if (entry.state == State::There) {
-      const std::string formula = shape.Formula(address);
-      entry.size = static_cast<std::uint32_t>(formula.size());
-      entry.text = column.texts.Keep(formula);
-    }
-  }
-  if (entry.state == State::Missing) return std::nullopt;
-  return std::string_view(entry.text, entry.size);
+PropertyColumns::Column& PropertyColumns::Of(Symbol field) { return columns_.try_emplace(field, field).first->second; }
+
+void PropertyColumns::Column::Read(const DrawingShape& shape, std::uint32_t slot) {
+  static const SectionInfo* const properties = FindSectionByElement("Property");
+  static const Symbol value("Value");
+  if (slot >= entries_.size()) entries_.resize(slot + 1 + slot / 2);
+  Entry& entry = entries_[slot];
+  const CellAddress address{properties, RowKey::Named(field_), value};
+  entry.state = shape.Exists(address) ? State::There : State::Missing;
+  if (entry.state == State::Missing) return;
+  const std::string formula = shape.Formula(address);
+  entry.size = static_cast<std::uint32_t>(formula.size());
+  entry.text = texts_.Keep(formula);
 }
 
-void PropertyColumns::Forget(Column& column, std::uint32_t slot) {
-  if (slot >= column.entries.size() || column.entries[slot].state == State::Unknown) return;
-  column.entries[slot] = {};
-  if (++column.forgotten > kMostForgotten) column = {};
+void PropertyColumns::Column::Forget(std::uint32_t slot) {
+  if (slot >= entries_.size() || entries_[slot].state == State::Unknown) return;
+  entries_[slot] = {};
+  if (++forgotten_ > kMostForgotten) *this = Column(field_);
 }
 
 void PropertyColumns::Forget(std::uint32_t slot, Symbol field) {
-  if (const auto found = columns_.find(field); found != columns_.end()) Forget(found->second, slot);
+  if (const auto found = columns_.find(field); found != columns_.end()) found->second.Forget(slot);
 }
 
 void PropertyColumns::Forget(std::uint32_t slot) {
-  for (auto& [field, column] : columns_) Forget(column, slot);
+  for (auto& [field, column] : columns_) column.Forget(slot);
 }
 
 }  // namespace vardo

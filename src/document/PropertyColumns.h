@@ -18,9 +18,8 @@ class DrawingShape;
 
 class PropertyColumns {
  public:
-  // The formula, in the form in which the drawing stores it; none when the shape has no such property. Good until the drawing
-  // changes. slot: a number of the shape's own on its page, low and reused.
-  std::optional<std::string_view> FormulaOf(const DrawingShape& shape, std::uint32_t slot, Symbol field);
+  class Column;
+  Column& Of(Symbol field);
   bool empty() const { return columns_.empty(); }
   void Forget(std::uint32_t slot, Symbol field);
   // Of all fields.
@@ -28,12 +27,6 @@ class PropertyColumns {
   void Clear() { columns_.clear(); }
 
  private:
-  enum class State : std::uint32_t { Unknown, Missing, There };
-  struct Entry {
-    const char* text = nullptr;
-    std::uint32_t size = 0;
-    State state = State::Unknown;
-  };
   // Texts that never move, one behind the other.
   class Texts {
    public:
@@ -44,14 +37,36 @@ class PropertyColumns {
     size_t left_ = 0;
     char* next_ = nullptr;
   };
-  struct Column {
-    std::vector<Entry> entries;  // by slot
-    Texts texts;
-    size_t forgotten = 0;  // texts that nobody sees any more
-  };
-  static void Forget(Column& column, std::uint32_t slot);
 
   std::unordered_map<Symbol, Column> columns_;
+};
+
+class PropertyColumns::Column {
+ public:
+  explicit Column(Symbol field) : field_(field) {}
+  // The formula, in the form in which the drawing stores it; none when the shape has no such property. Good until the drawing
+  // changes. slot: a number of the shape's own on its page, low and reused.
+  std::optional<std::string_view> FormulaOf(const DrawingShape& shape, std::uint32_t slot) {
+    if (slot >= entries_.size() || entries_[slot].state == State::Unknown) Read(shape, slot);
+    const Entry& entry = entries_[slot];
+    if (entry.state == State::Missing) return std::nullopt;
+    return std::string_view(entry.text, entry.size);
+  }
+  void Forget(std::uint32_t slot);
+
+ private:
+  enum class State : std::uint32_t { Unknown, Missing, There };
+  struct Entry {
+    const char* text = nullptr;
+    std::uint32_t size = 0;
+    State state = State::Unknown;
+  };
+  void Read(const DrawingShape& shape, std::uint32_t slot);
+
+  Symbol field_;
+  std::vector<Entry> entries_;  // by slot
+  Texts texts_;
+  size_t forgotten_ = 0;  // texts that nobody sees any more
 };
 
 }  // namespace vardo

@@ -213,13 +213,13 @@ class PageObject : public IVPage {
   BulkTexts PropertyFormulas(std::span<const int> positions, std::string_view field) override {
     DrawingPage& page = Get();
     const std::vector<DrawingShape*>& shapes = page.TopLevel();
-    const Symbol symbol(field);
+    PropertyColumns::Column& column = page.PropertyColumn(Symbol(field));
     BulkTexts formulas;
     formulas.Reserve(positions.size());
     for (const int position : positions) {
       if (position < 1 || static_cast<size_t>(position) > shapes.size()) throw BadIndex("shape", std::to_string(position));
       DrawingShape& shape = *shapes[static_cast<size_t>(position) - 1];
-      const auto formula = page.PropertyFormula(shape, symbol);
+      const auto formula = column.FormulaOf(shape, shape.slot());
       // Shapes are named in formulas otherwise than they are stored.
       if (formula && NamesSheet(*formula))
         formulas.AddCopy(host_.FormulaOf({&page, &shape}, *shape.Find(PropertyCell(field))));

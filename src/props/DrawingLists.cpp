@@ -4,7 +4,7 @@
 #include "addin/host/IVApplication.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
-#include "base/Numbers.h"
+#include "base/Text.h"
 #include "platform/Platform.h"
 #include "props/FoldedTexts.h"
 #include "props/PropertyCells.h"
@@ -16,6 +16,17 @@
 namespace vardo {
 namespace {
 
+int PositionIn(std::string_view item) {
+  constexpr size_t kMostDigits = 9;
+  int position = 0;
+  if (item.empty() || item.size() > kMostDigits) return LeadingInteger(item);
+  for (const char c : item) {
+    if (!IsAsciiDigit(c)) return LeadingInteger(item);
+    position = position * 10 + (c - '0');
+  }
+  return position;
+}
+
 // The positions in a page's register; an item that is no number counts for none.
 std::vector<int> RegisteredPositions(const IVPagePtr& page, std::string_view registerName) {
   const std::string registered = PropText(page->PageSheet(), registerName);
@@ -26,8 +37,7 @@ std::vector<int> RegisteredPositions(const IVPagePtr& page, std::string_view reg
   for (;;) {
     const size_t end = rest.find(';');
     const std::string_view item = rest.substr(0, end);
-    const auto whole = ParseInteger(item);
-    if (const int position = whole ? *whole : LeadingInteger(item); position != 0) positions.push_back(position);
+    if (const int position = PositionIn(item); position != 0) positions.push_back(position);
     if (end == std::string_view::npos) return positions;
     rest.remove_prefix(end + 1);
   }

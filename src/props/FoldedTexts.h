@@ -2,6 +2,7 @@
 // neither a call of the platform nor a copy.
 #pragma once
 
+#include <cstdint>
 #include <deque>
 #include <optional>
 #include <string>
@@ -17,12 +18,16 @@ class FoldedTexts {
   std::optional<std::string_view> Insert(std::string_view text);
 
  private:
-  struct Slot {
-    size_t hash = 0;
+  struct Entry {
     std::string_view key, text;
-    bool used = false, isAscii = false;
+    bool isAscii;
+  };
+  // Small, so that the table stays near the processor: an entry's number, from 1, and half of its hash.
+  struct Slot {
+    std::uint32_t entry = 0, hash = 0;
   };
   std::vector<Slot> slots_;
+  std::vector<Entry> entries_;
   std::deque<std::string> keys_;
 };
 

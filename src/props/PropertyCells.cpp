@@ -90,6 +90,7 @@ std::optional<std::string> TextBetweenQuotes(std::string_view formula) {
 }
 
 std::string_view ViewBetweenQuotes(std::string_view formula) {
+  if (formula.size() >= 2 && formula.front() == '"' && formula.back() == '"') return formula.substr(1, formula.size() - 2);
   if (formula.empty()) return {};
   formula.remove_prefix(FirstCharacter(formula).size());
   if (!formula.empty()) formula.remove_suffix(LastCharacter(formula).size());
