@@ -443,6 +443,7 @@ void Drawing::NoteTouched(XmlPart& part, pugi::xml_node node) {
   const bool ofPageSheet = !page && part.name() == pagesPart_;
   if (ofPageSheet) page = PageAround(node);
   if (!page) return;
+  if (node.type() != pugi::node_element) node = node.parent();
   TouchedCell touched{page->id(), 0, {}};
   if (IsNamed(node, "Cell")) {
     touched.cell.cell = Symbol(node.attribute("N").value());

@@ -7,6 +7,9 @@ namespace {
 
 constexpr std::string_view kWithoutMaster = "Sheet";
 
+// Of a shape of which nothing is said.
+std::string PlainName(int id) { return std::string(kWithoutMaster) + "." + std::to_string(id); }
+
 }  // namespace
 
 void ShapeNames::Forget() {
@@ -29,14 +32,13 @@ void ShapeNames::Learn(std::vector<Claim> claims) {
       GiveName(claim.id, claim.stored);
   }
   for (const Claim* claim : nameless) {
-    if (claim->master.empty() && claim->stored.empty()) {
-      GiveName(claim->id, std::string(kWithoutMaster) + "." + std::to_string(claim->id));
-      continue;
-    }
     const std::string wanted = claim->master.empty() ? std::string(kWithoutMaster) : claim->master;
-    GiveName(claim->id, FreeName(wanted, claim->id));
+    const std::string name = FreeName(wanted, claim->id);
+    GiveName(claim->id, name);
+    if (claim->stored.empty() && name == PlainName(claim->id)) continue;
     derived_.emplace(claim->id, wanted);
     ++wanted_[wanted];
+    ++wanted_[wanted + "." + std::to_string(claim->id)];
     if (!claim->stored.empty()) ++wanted_[claim->stored];
   }
 }
@@ -55,10 +57,10 @@ bool ShapeNames::OthersHangOn(const Claim& claim) const {
 
 void ShapeNames::Add(const Claim& claim) {
   if (!known_) return;
-  if (claim.stored.empty() && claim.master.empty())
-    return GiveName(claim.id, std::string(kWithoutMaster) + "." + std::to_string(claim.id));
-  if (claim.stored.empty() || ids_.contains(claim.stored) || OthersHangOn(claim)) return Forget();
-  GiveName(claim.id, claim.stored);
+  const bool isPlain = claim.stored.empty() && claim.master.empty();
+  const std::string name = isPlain ? PlainName(claim.id) : claim.stored;
+  if (name.empty() || ids_.contains(name) || OthersHangOn(claim)) return Forget();
+  GiveName(claim.id, name);
 }
 
 void ShapeNames::Remove(const Claim& claim) {
@@ -76,8 +78,9 @@ int ShapeNames::IdOf(std::string_view name) const {
 }
 
 std::string ShapeNames::FreeName(std::string_view wanted, int id) const {
-  const std::string name(wanted);
-  return wanted != kWithoutMaster && !ids_.contains(name) ? name : name + "." + std::to_string(id);
+  std::string name(wanted);
+  while (name == kWithoutMaster || ids_.contains(name)) name += "." + std::to_string(id);
+  return name;
 }
 
 std::vector<std::pair<int, std::string>> ShapeNames::DerivedNames() const {

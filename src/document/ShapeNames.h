@@ -1,6 +1,6 @@
 // The names of a page's shapes. A file need not say them: the first instance of a master, by number, has the master's name,
 // further ones that name, "." and their number; a shape without master is "Sheet." and its number. A name that two shapes claim
-// is the first one's.
+// is the first one's, and no two shapes have one name: what is made from a number has it once more where that is taken.
 #pragma once
 
 #include <string>
@@ -45,8 +45,9 @@ class ShapeNames {
   bool known_ = false;
   std::unordered_map<int, std::string> names_;
   std::unordered_map<std::string, int> ids_;
-  std::unordered_map<int, std::string> derived_;  // of the shapes without a name of their own: what theirs is made from
-  std::unordered_map<std::string, int> wanted_;   // how many of those would have that name
+  // Of the shapes without a name of their own, unless it is made from their number alone: what theirs is made from.
+  std::unordered_map<int, std::string> derived_;
+  std::unordered_map<std::string, int> wanted_;  // how many of those would have that name
 };
 
 }  // namespace vardo

@@ -70,11 +70,13 @@ class DrawingHost::Command {
     explicit Before(DrawingHost& h) : host(h), page(h.activePage_), selection(h.selection_) {}
     ~Before() {
       if (!isOutermost) return;
-      if (Failing()) {
-        host.activePage_ = page;
-        host.selection_ = selection;
+      if (!Failing()) {
+        host.TellTouched();
+        return;
       }
-      host.TellTouched();
+      host.activePage_ = page;
+      host.selection_ = selection;
+      host.drawing_->TakeTouched();
     }
     bool Failing() const { return std::uncaught_exceptions() > exceptions; }
     DrawingHost& host;
@@ -144,6 +146,7 @@ IVPagePtr DrawingHost::AddPage(const std::optional<std::string>& name) {
 
 void DrawingHost::DeletePage(int pageId, bool renumber) {
   const Command command(*this, "Delete Page");
+  ResolvePage(serial_, pageId);
   if (drawing_->PageCount() == 1) throw HostError(kHostNotAllowed, "A drawing keeps at least one page.");
   Raise(kEventPageDeleted, MakePage(*this, serial_, pageId));
   // A listener may have deleted it, or all others.
@@ -326,6 +329,7 @@ void DrawingHost::TypeText(const SheetRef& ref, std::string_view text, bool keep
 
 void DrawingHost::SetCell(const SheetRef& ref, std::string_view cell, std::string_view formula) {
   const Command command(*this, "Set Cell");
+  RequireKeepable(cell);
   Sheet& sheet = *Resolve(ref).sheet;
   if (!sheet.Find(cell)) {
     const auto name = ParseCellName(cell);

@@ -208,7 +208,9 @@ void Package::Forget(XmlPart& tree) {
   if (part.present) return;
   part.xml.reset();
   if (part.index) return;
-  if (const auto named = byName_.find(LowerAscii(part.name)); named->second == &part) byName_.erase(named);
+  // Another part that came and went may have had its name meanwhile.
+  if (const auto named = byName_.find(LowerAscii(part.name)); named != byName_.end() && named->second == &part)
+    byName_.erase(named);
   std::erase_if(parts_, [&](const auto& known) { return known.get() == &part; });
 }
 

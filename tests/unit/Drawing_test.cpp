@@ -69,6 +69,7 @@ class Session {
   }
   SheetRef Shape(int id) { return host.RefTo(host.ActivePage(), id); }
   std::string PageText() { return host.drawing().package().Bytes(kPagePart); }
+  std::filesystem::path file() const { return folder_ / "test.vsdx"; }
   DrawingHost host;
 
  private:
@@ -98,6 +99,28 @@ TEST(Drawing, ShapesHaveNamesThoughTheFileNamesNone) {
   }
   EXPECT_EQ(page.FindShape("Nobody"), nullptr);
   EXPECT_FALSE(drawing->Changed()) << "naming writes nothing";
+}
+
+TEST(Drawing, NamesOfNoTwoShapesAreTheSameWhateverComesAndGoes) {
+  Session session({.shapes = "<Shape ID='2' Type='Shape' Master='2'/><Shape ID='4' Type='Shape' Master='2'/><Shape ID='10' "
+                             "NameU='Box.4' Type='Shape'/><Shape ID='9' NameU='Sheet.22' Type='Shape'/><Shape ID='22' "
+                             "Type='Shape'/>",
+                   .masters = kMasters});
+  const auto expectNames = [&](const char* when) {
+    DrawingPage& page = session.host.ActivePage();
+    for (const auto& [id, name] : {std::pair(2, "Box"), std::pair(4, "Box.4.4"), std::pair(22, "Sheet.22.22")}) {
+      EXPECT_EQ(page.NameOf(*page.FindShape(id)), name) << when;
+      EXPECT_EQ(page.FindShape(name), page.FindShape(id)) << when;
+    }
+    EXPECT_EQ(page.FindSheet("Sheet.22")->id(), 22) << "in a formula the number counts";
+  };
+  expectNames("opened");
+  session.host.Select({9, 10});
+  session.host.DeleteSelection();
+  expectNames("deleted");
+  session.host.Save(session.file());
+  session.host.Open(session.file());
+  expectNames("saved and opened");
 }
 
 TEST(Drawing, InnerShapesInheritFromTheMastersInnerShapes) {

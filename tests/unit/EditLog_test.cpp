@@ -207,5 +207,24 @@ TEST_F(EditLogTest, PartsComeAndGoWithTheirSteps) {
   EXPECT_EQ(tree_.package().Bytes("new"), "<Other/>") << "the name is free once the first cannot come back";
 }
 
+TEST_F(EditLogTest, APartThatFailedToComeTakesNothingFromTheOneThatCanComeBack) {
+  editor().AddPart("new", "<New/>");
+  log().Undo();
+  const auto fail = [&] {
+    const UndoStep step(log(), "Fails");
+    editor().AddPart("new", "<Other/>");
+    throw std::runtime_error("refused");
+  };
+  EXPECT_THROW(fail(), std::runtime_error);
+  log().Redo();
+  EXPECT_EQ(tree_.package().Bytes("new"), "<New/>");
+  log().Undo();
+  EXPECT_THROW(fail(), std::runtime_error);
+  Set("a", "2");
+  EXPECT_FALSE(log().CanRedo());
+  editor().AddPart("new", "<Third/>");
+  EXPECT_EQ(tree_.package().Bytes("new"), "<Third/>");
+}
+
 }  // namespace
 }  // namespace vardo
