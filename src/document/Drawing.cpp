@@ -7,6 +7,7 @@
 #include "document/DrawingCheck.h"
 #include "document/PackageEdits.h"
 #include "document/VisioXml.h"
+#include "package/Limits.h"
 #include "package/Package.h"
 #include "stencil/StencilPackage.h"
 
@@ -89,7 +90,10 @@ class ListReader {
       if (!relationship.external) targets_.emplace(relationship.id, relationship.target);
   }
 
-  void CheckId(pugi::xml_node entry) {
+  void CheckId(pugi::xml_node entry, size_t most) {
+    if (ids_.size() == most)
+      throw FileError::Unsafe(package_.displayName(),
+                              PartInWords(list_) + " names more than " + std::to_string(most) + " pages or masters");
     const std::string_view text = entry.attribute("ID").value();
     const auto id = ParseInteger(text);
     if (!id || *id < 0) throw Damaged(What(entry) + (text.empty() ? " without an ID" : " with the ID " + InWords(text)));
@@ -130,7 +134,7 @@ void Drawing::ReadMasters() {
   if (mastersPart_.empty()) return;
   ListReader reader(*package_, mastersPart_);
   for (const pugi::xml_node entry : ExpectRoot(*package_, mastersPart_, "Masters").root().children("Master")) {
-    reader.CheckId(entry);
+    reader.CheckId(entry, kMaxMasters);
     const std::string part = reader.PartOf(entry);
     if (part.empty()) throw reader.Damaged("a master that leads to no part");
     CheckShapes(package_->displayName(), ExpectRoot(*package_, part, "MasterContents"));
@@ -143,7 +147,8 @@ void Drawing::ReadPages() {
   ListReader reader(*package_, pagesPart_);
   XmlPart& list = ExpectRoot(*package_, pagesPart_, "Pages");
   for (const pugi::xml_node entry : list.root().children("Page")) {
-    reader.CheckId(entry);
+    reader.CheckId(entry, kMaxPages);
+    CheckRows(package_->displayName(), pagesPart_, entry.child("PageSheet"));
     const std::string part = reader.PartOf(entry);
     const bool isOnlyPage = !entry.previous_sibling("Page") && !entry.next_sibling("Page");
     if (part.empty() && !RelId(entry) && !isOnlyPage) throw reader.Damaged("a page that leads to no part");

@@ -191,7 +191,7 @@ IVShapePtr DrawingHost::Drop(std::string_view masterName, int pageId, double x, 
   const Command command(*this, "Drop On Page");
   ShowPage(pageId);
   const DrawingMaster* master = drawing_->BringMaster(masterName);
-  if (!master) throw HostError(kHostBadIndex, "There is no master " + std::string(masterName) + ".");
+  if (!master) throw HostError(kHostBadIndex, "There is no master " + InWords(masterName) + ".");
   if (text) RequireKeepable(*text);
   DrawingShape& shape = ActivePage().AddInstance(*master, x, y);
   const SheetRef ref = RefTo(ActivePage(), shape.id());
@@ -240,12 +240,12 @@ IVShapePtr DrawingHost::Connect(std::string_view masterName, int pageId, const E
     const auto count = static_cast<int>(shape.Rows(ConnectionPoints()).size());
     if (glued.point && (*glued.point < 1 || *glued.point > count))
       throw HostError(kHostBadIndex,
-                      ActivePage().NameOf(shape) + " has no connection point " + std::to_string(*glued.point) + ".");
+                      InWords(ActivePage().NameOf(shape)) + " has no connection point " + std::to_string(*glued.point) + ".");
   }
   const DrawingMaster* master = drawing_->BringMaster(masterName);
-  if (!master) throw HostError(kHostBadIndex, "There is no master " + std::string(masterName) + ".");
+  if (!master) throw HostError(kHostBadIndex, "There is no master " + InWords(masterName) + ".");
   if (!master->TopShape() || !master->TopShape()->IsOneDimensional())
-    throw HostError(kHostNotAllowed, "The master " + std::string(masterName) + " is no connector.");
+    throw HostError(kHostNotAllowed, "The master " + InWords(masterName) + " is no connector.");
 
   // Where each end is to be roughly, for the other to turn to: a loose end lies to the right of where the connector begins, or to
   // the left of its end.

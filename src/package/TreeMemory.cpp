@@ -2,6 +2,8 @@
 
 #include "platform/Memory.h"
 
+#include <atomic>
+
 #include <cstdint>
 #include <mutex>
 #include <new>
@@ -38,6 +40,7 @@ struct alignas(kHeadBytes) Block {
 static_assert(sizeof(Block) == kHeadBytes);
 
 std::mutex mutex;
+std::atomic<bool> ranOut = false;
 Block* withRoom = nullptr;
 
 void PutIn(Block* block) {
@@ -54,7 +57,10 @@ void TakeOut(const Block* block) {
 
 Block* NewBlock(size_t size) {
   void* const memory = ::operator new(size, std::align_val_t(kBlockBytes), std::nothrow);
-  if (!memory) return nullptr;
+  if (!memory) {
+    ranOut = true;
+    return nullptr;
+  }
   ExpectUseOf(memory, size);
   return new (memory) Block;
 }
@@ -62,6 +68,8 @@ Block* NewBlock(size_t size) {
 void Delete(Block* block) { ::operator delete(block, std::align_val_t(kBlockBytes)); }
 
 }  // namespace
+
+bool TreesRanOut() noexcept { return ranOut.exchange(false); }
 
 void* TakeTreePage(size_t size) noexcept {
   if (size > kTreePage) {

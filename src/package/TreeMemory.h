@@ -13,5 +13,7 @@ inline constexpr size_t kTreePage = 32 * 1024, kTreePageBytes = (2 << 20) / 63;
 // threads.
 void* TakeTreePage(size_t size) noexcept;  // null when there is no memory
 void GiveTreePage(void* page) noexcept;
+// Whether a page has been refused since this was last asked: the parser's own calls say so to nobody.
+bool TreesRanOut() noexcept;
 
 }  // namespace vardo

@@ -200,7 +200,10 @@ XmlPart::XmlPart(const std::string& file, std::string name, ByteArray text, std:
   const unsigned flags = kParseFlags | (carriageReturnReferences_ ? pugi::parse_eol : 0);
   const pugi::xml_parse_result result =
       document_.load_buffer_inplace(text_.data.get() + outline.begin, outline.end - outline.begin, flags, pugi::encoding_utf8);
-  if (result.status == pugi::status_out_of_memory) throw std::bad_alloc();
+  if (result.status == pugi::status_out_of_memory) {
+    TreesRanOut();
+    throw std::bad_alloc();
+  }
   if (!result) throw FileError::Damaged(file, PartInWords(name_) + " cannot be read as XML (" + result.description() + ")");
   root_ = document_.first_child();
 }

@@ -6,6 +6,7 @@
 #include "base/Errors.h"
 #include "base/FileError.h"
 #include "memoryhost/DrawingHost.h"
+#include "package/Limits.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -222,6 +223,44 @@ TEST(Drawing, PagesAndMastersLeadToPartsOfTheirOwn) {
       EXPECT_THAT(error.what(), HasSubstr(c.sentence));
     }
   }
+}
+
+TEST(Drawing, MoreThanADrawingMayHaveIsRefused) {
+  const auto sentenceOf = [](const std::vector<test::ZipItem>& items) -> std::string {
+    const TempFolder folder;
+    test::WriteFile(folder / "test.vsdx", test::MakeZip(items));
+    try {
+      Drawing::Open(folder / "test.vsdx");
+    } catch (const FileError& error) {
+      return error.what();
+    }
+    return "opened";
+  };
+  const auto rows = [](size_t count) {
+    std::string all = "<Shape ID='1' Type='Shape'><Section N='Property'>";
+    for (size_t i = 0; i < count; ++i) all += "<Row N='R" + std::to_string(i) + "'/>";
+    return test::PackageText({.shapes = all + "</Section></Shape>"}).items();
+  };
+  EXPECT_EQ(sentenceOf(rows(kMaxRows)), "opened");
+  EXPECT_THAT(sentenceOf(rows(kMaxRows + 1)), HasSubstr("part visio/pages/page1.xml has a section of more than 32767 rows"));
+  const auto pages = [](size_t count) {
+    std::vector<test::ZipItem> items = test::PackageText({.shapes = ""}).items();
+    std::string entries, relationships;
+    for (size_t i = 1; i < count; ++i) {
+      const std::string number = std::to_string(i + 1);
+      entries += "<Page ID='" + std::to_string(i) + "'><Rel r:id='p" + number + "'/></Page>";
+      relationships += "<Relationship Id='p" + number + "' Type='t/page' Target='page" + number + ".xml'/>";
+      items.push_back({"visio/pages/page" + number + ".xml", test::VisioPart("PageContents", "")});
+    }
+    for (test::ZipItem& item : items) {
+      if (item.name == "visio/pages/pages.xml") item.content.insert(item.content.find("</Pages>"), entries);
+      if (item.name == "visio/pages/_rels/pages.xml.rels")
+        item.content.insert(item.content.find("</Relationships>"), relationships);
+    }
+    return items;
+  };
+  EXPECT_EQ(sentenceOf(pages(kMaxPages)), "opened");
+  EXPECT_THAT(sentenceOf(pages(kMaxPages + 1)), HasSubstr("names more than 5000 pages"));
 }
 
 TEST(Drawing, AMissingRelationshipsPartIsTold) {
