@@ -116,11 +116,11 @@ bool FormulaIsInherited(pugi::xml_node cell) { return cell.attribute("F").value(
 
 std::string_view OwnFormulaOf(pugi::xml_node cell) {
   const std::string_view formula = cell.attribute("F").value();
-  return formula == kInheritedFormula || formula == kFormulaOfNone ? "" : formula;
+  return formula == kInheritedFormula || formula == kNoFormula ? "" : formula;
 }
 
 std::string FormulaText(pugi::xml_node cell, bool isText) {
-  if (const pugi::xml_attribute formula = cell.attribute("F")) return formula.value() == kFormulaOfNone ? "" : formula.value();
+  if (const pugi::xml_attribute formula = cell.attribute("F")) return formula.value() == kNoFormula ? "" : formula.value();
   return FormulaOf(RawValue(cell), cell.attribute("U").value(), isText);
 }
 
@@ -133,7 +133,7 @@ CellValue StoredValue(pugi::xml_node cell, bool isText) {
 
 void WriteFormula(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, std::string_view formula,
                   const std::function<Evaluation()>& evaluate, bool isText) {
-  if (formula.empty()) return Put(editor, part, cell, {isText ? "" : "0", "", kFormulaOfNone});
+  if (formula.empty()) return Put(editor, part, cell, {isText ? "" : "0", "", kNoFormula});
   if (auto constant = ParseConstant(formula)) {
     const std::string_view unit = isText && constant->unit == "STR" ? std::string_view() : constant->unit;
     // "1.50 in" and a number in a text cell would read back differently from value and unit alone.

@@ -14,7 +14,6 @@
 namespace vardo {
 
 inline constexpr std::string_view kInheritedFormula = "Inh";
-inline constexpr std::string_view kFormulaOfNone = "No Formula";
 
 // True when the cell's formula is the master's: it is marked so, and only its value is local.
 bool FormulaIsInherited(pugi::xml_node cell);

@@ -449,7 +449,7 @@ void Drawing::NoteTouched(XmlPart& part, pugi::xml_node node) {
   if (ofPageSheet) page = PageAround(node);
   if (!page) return;
   if (node.type() != pugi::node_element) node = node.parent();
-  TouchedCell touched{page->id(), 0, {}};
+  TouchedCell touched{page->id(), 0, ofPageSheet ? SheetKind::Page : SheetKind::Shape, {}};
   if (IsNamed(node, "Cell")) {
     touched.cell.cell = Symbol(node.attribute("N").value());
     const pugi::xml_node row = node.parent();

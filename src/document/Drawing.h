@@ -21,9 +21,10 @@
 
 namespace vardo {
 
-// Who wants to know what a step has touched: a sheet of a page, and the cell if it is one. shape: 0 for the page's own sheet.
+// Who wants to know what a step has touched: a shape or a page's own sheet, and the cell if it is one.
 struct TouchedCell {
   int page = 0, shape = 0;
+  SheetKind kind = SheetKind::Shape;
   CellAddress cell;  // of no cell: the shape itself, which has come, gone or changed
   friend bool operator==(const TouchedCell&, const TouchedCell&) = default;
 };

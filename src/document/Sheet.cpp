@@ -72,7 +72,7 @@ void FillRow(const SectionInfo& section, pugi::xml_node row) {
     cell.append_attribute("N").set_value(std::string(column.name).c_str());
     cell.append_attribute("V").set_value(std::string(column.value).c_str());
     const bool noValueYet = column.name == section.shortName || column.name == "DataLinked";
-    if (section.rowsHaveNames && noValueYet) cell.append_attribute("F").set_value(std::string(kFormulaOfNone).c_str());
+    if (section.rowsHaveNames && noValueYet) cell.append_attribute("F").set_value(std::string(kNoFormula).c_str());
   }
 }
 

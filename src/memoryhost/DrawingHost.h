@@ -88,6 +88,9 @@ class DrawingHost {
   std::string Undo();
   std::string Redo();
 
+  // How much of what has been done can be undone, in this drawing and in those opened later.
+  void SetUndoLimit(EditLog::Limit limit);
+
   // Told after each step, and after each that is undone or redone, what it has touched. None for nobody.
   using StepObserver = std::function<void(const std::vector<TouchedCell>&)>;
   void SetStepObserver(StepObserver observer);
@@ -110,6 +113,8 @@ class DrawingHost {
   DrawingShape& ResolveShape(const SheetRef& ref);
   DrawingPage& ResolvePage(int drawing, int pageId);
   SheetRef RefTo(const DrawingPage& page, int shapeId) const { return {serial_, page.id(), shapeId}; }
+  // The page's own sheet, or the document's.
+  SheetRef RefTo(const DrawingPage& page, SheetKind kind) const { return {serial_, page.id(), 0, kind}; }
   int serial() const { return serial_; }
   const std::vector<int>& selection() const { return selection_; }
   // Formulas name shapes by their names here, and by "Sheet." and their IDs in the drawing, so that a shape can be renamed.
@@ -160,6 +165,7 @@ class DrawingHost {
   HostMenus menus_;
   std::optional<std::vector<CellWrite>> writes_;
   StepObserver stepObserver_;
+  EditLog::Limit undoLimit_;
 };
 
 }  // namespace vardo

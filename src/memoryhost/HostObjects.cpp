@@ -155,7 +155,7 @@ class ShapeObject : public IVShape {
   }
 
  private:
-  bool IsPageSheet() const { return ref_.shape < 0; }
+  bool IsPageSheet() const { return ref_.kind == SheetKind::Page; }
   Sheet& View() { return *sheet_.View().sheet; }
   DrawingPage& Page() { return host_.ResolvePage(ref_.drawing, ref_.page); }
   static const SectionInfo& Known(short section) {
@@ -200,7 +200,7 @@ class PageObject : public IVPage {
     Get();
     host_.RenamePage(id_, name);
   }
-  IVShapePtr PageSheet() override { return MakeShape(host_, host_.RefTo(Get(), SheetRef::kPageSheet)); }
+  IVShapePtr PageSheet() override { return MakeShape(host_, host_.RefTo(Get(), SheetKind::Page)); }
   IVShapesPtr Shapes() override {
     Get();
     return std::make_shared<ShapesObject>(host_, drawing_, id_);

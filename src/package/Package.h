@@ -44,7 +44,6 @@ class Relationships {
   std::unordered_map<std::string, size_t> byId_;
 };
 
-
 // Names of parts have no leading slash and are found without regard to the case of ASCII letters. Not for several threads at a
 // time. Every throw is a FileError whose sentence names the file, and the part where one is to blame; nothing has changed then.
 class Package {

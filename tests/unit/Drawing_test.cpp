@@ -69,6 +69,7 @@ class Session {
     host.Open(folder_ / "test.vsdx");
   }
   SheetRef Shape(int id) { return host.RefTo(host.ActivePage(), id); }
+  SheetRef Sheet(SheetKind kind) { return host.RefTo(host.ActivePage(), kind); }
   std::string PageText() { return host.drawing().package().Bytes(kPagePart); }
   std::filesystem::path file() const { return folder_ / "test.vsdx"; }
   DrawingHost host;
@@ -410,8 +411,8 @@ TEST(Drawing, UndoRestoresTheVeryBytes) {
       {"type", [](Session& s) { s.host.TypeText(s.Shape(1), "typed", false); }},
       {"set a cell", [](Session& s) { s.host.SetCell(s.Shape(3), "BeginX", "4 mm"); }},
       {"make a row", [](Session& s) { s.host.SetCell(s.Shape(1), "Prop.New", "\"x\""); }},
-      {"page sheet", [](Session& s) { s.host.SetCell(s.Shape(SheetRef::kPageSheet), "User.Count", "3"); }},
-      {"document sheet", [](Session& s) { s.host.SetCell(s.Shape(SheetRef::kDocumentSheet), "User.Count", "3"); }},
+      {"page sheet", [](Session& s) { s.host.SetCell(s.Sheet(SheetKind::Page), "User.Count", "3"); }},
+      {"document sheet", [](Session& s) { s.host.SetCell(s.Sheet(SheetKind::Document), "User.Count", "3"); }},
       {"delete", [](Session& s) { s.host.Select({1}), s.host.DeleteSelection(); }},
       {"paste",
        [](Session& s) {
@@ -440,6 +441,21 @@ TEST(Drawing, UndoRestoresTheVeryBytes) {
     while (session.host.drawing().log().CanRedo()) session.host.Redo();
     EXPECT_EQ(Contents(session.host.drawing()), after) << "done again: " << edit.what;
   }
+}
+
+TEST(Drawing, UndoGoesBackAsFarAsItsLimit) {
+  Session session(kGlued);
+  session.host.SetUndoLimit({.steps = 2});
+  for (const char* text : {"one", "two", "three"}) session.host.TypeText(session.Shape(1), text, false);
+  session.host.Undo();
+  session.host.Undo();
+  EXPECT_THROW(session.host.Undo(), HostError);
+  EXPECT_EQ(session.host.ResolveShape(session.Shape(1)).Text(), "one");
+  session.host.New();
+  for (int i = 0; i < 3; ++i) session.host.Drop("Create", session.host.ActivePage().id(), 1, 1, std::nullopt);
+  session.host.Undo();
+  session.host.Undo();
+  EXPECT_THROW(session.host.Undo(), HostError) << "of a drawing opened later, too";
 }
 
 TEST(Drawing, OnlyEditedPartsChange) {
