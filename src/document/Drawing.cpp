@@ -4,6 +4,7 @@
 #include "base/FileError.h"
 #include "base/Numbers.h"
 #include "base/Text.h"
+#include "document/CellText.h"
 #include "document/DrawingCheck.h"
 #include "document/PackageEdits.h"
 #include "document/VisioXml.h"
@@ -368,7 +369,7 @@ void Drawing::Inserted(XmlPart& part, pugi::xml_node node) {
   else if (part.name() == mastersPart_ && IsNamed(node, "Master"))
     MasterListed(node);
   else
-    SheetEdited(part, node, true);
+    SheetEdited(part, node, true, true);
   if (wantsTouched_) NoteTouched(part, node);
 }
 
@@ -385,19 +386,20 @@ void Drawing::Removing(XmlPart& part, pugi::xml_node node) {
     callsOfMastersKnown_ = false;
     ++structure_;
   } else {
-    SheetEdited(part, node, false);
+    SheetEdited(part, node, false, true);
   }
 }
 
 void Drawing::Changing(XmlPart& part, pugi::xml_node node) {
-  if (DrawingPage* page = PageOf(part)) page->Changing(node);
+  if (DrawingPage* page = PageOf(part)) return page->Changing(node);
+  if (IsNamed(node, "Cell")) formulaBefore_ = OwnFormulaOf(node);
 }
 
 void Drawing::Changed(XmlPart& part, pugi::xml_node node) {
   if (DrawingPage* page = PageOf(part))
     page->Changed(node);
   else
-    SheetEdited(part, node, true);
+    SheetEdited(part, node, true, !IsNamed(node, "Cell") || OwnFormulaOf(node) != formulaBefore_);
   if (wantsTouched_) NoteTouched(part, node);
 }
 
@@ -421,13 +423,13 @@ void Drawing::MasterListed(pugi::xml_node entry) {
 }
 
 // The sheet of a page or of the document: its own cells, or the whole of it.
-void Drawing::SheetEdited(XmlPart& part, pugi::xml_node node, bool isThere) {
+void Drawing::SheetEdited(XmlPart& part, pugi::xml_node node, bool isThere, bool formulas) {
   DrawingPage* const page = part.name() == pagesPart_ ? PageAround(node) : nullptr;
   if (page && IsNamed(node, "PageSheet")) return page->SetPageSheet(isThere ? node.internal_object() : nullptr);
-  if (page) return page->PageSheetChanged(!IsNamed(node, "Cell"));
+  if (page) return page->PageSheetChanged(!IsNamed(node, "Cell"), formulas);
   if (!documentSheet_ || &documentSheet_->part() != &part) return;
   if (!IsNamed(node, "Cell")) documentSheet_->ForgetRows();
-  documentSheet_->ForgetFormulas();
+  if (formulas) documentSheet_->ForgetFormulas();
 }
 
 // ---------------------------------------------------------------------------------------------- what a step has touched

@@ -101,7 +101,8 @@ class Drawing : private EditObserver {
   void Shifted(const RowsShifted& rows, bool again) override;
   void PageListed(XmlPart& list, pugi::xml_node entry);
   void MasterListed(pugi::xml_node entry);
-  void SheetEdited(XmlPart& part, pugi::xml_node node, bool isThere);
+  // formulas: some of them may be other ones now.
+  void SheetEdited(XmlPart& part, pugi::xml_node node, bool isThere, bool formulas);
   void NoteCallsOf(const DrawingMaster& master);
   DrawingPage* PageOf(const XmlPart& part) const;
   DrawingPage* PageAround(pugi::xml_node node) const;
@@ -122,6 +123,7 @@ class Drawing : private EditObserver {
   std::unordered_map<CellCall, std::vector<const Sheet*>, CellCallHash> callsOfMasters_;
   bool callsOfMastersKnown_ = false;
   unsigned structure_ = 0;
+  std::string formulaBefore_;  // of a page's or the document's own cell that is being changed
   bool wantsTouched_ = false;
   std::vector<TouchedCell> touched_;
   std::unordered_set<TouchedCell, TouchedCellHash> touchedOnce_;

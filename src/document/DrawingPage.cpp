@@ -370,12 +370,12 @@ void DrawingPage::ForgetPositions() {
 
 void DrawingPage::SetPageSheet(XmlNode element) {
   sheet_.SetElement(element);
-  PageSheetChanged(true);
+  PageSheetChanged(true, true);
 }
 
-void DrawingPage::PageSheetChanged(bool rows) {
+void DrawingPage::PageSheetChanged(bool rows, bool formulas) {
   if (rows) sheet_.ForgetRows();
-  sheet_.ForgetFormulas();
+  if (formulas) sheet_.ForgetFormulas();
   for (auto& [key, tally] : tallies_) tally.ListChanged();
 }
 

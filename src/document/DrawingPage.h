@@ -116,7 +116,7 @@ class DrawingPage {
   void MasterChanged();
   // The page's element has got a sheet, or lost it; something in that sheet has changed.
   void SetPageSheet(XmlNode element);
-  void PageSheetChanged(bool rows);
+  void PageSheetChanged(bool rows, bool formulas);
 
  private:
   using NewIds = std::unordered_map<int, int>;

@@ -1,5 +1,7 @@
 #include "package/TreeMemory.h"
 
+#include "package/Limits.h"
+
 #include "platform/Memory.h"
 
 #include <atomic>
@@ -55,8 +57,9 @@ void TakeOut(const Block* block) {
   if (block->next) block->next->previous = block->previous;
 }
 
+// No text is larger than a whole drawing may be.
 Block* NewBlock(size_t size) {
-  void* const memory = ::operator new(size, std::align_val_t(kBlockBytes), std::nothrow);
+  void* const memory = size > kMaxMemoryBytes ? nullptr : ::operator new(size, std::align_val_t(kBlockBytes), std::nothrow);
   if (!memory) {
     ranOut = true;
     return nullptr;
