@@ -22,6 +22,8 @@ std::vector<CellCall> CallsOf(const Formula& formula) {
   };
   for (const FormulaReference& reference : formula.references()) {
     if (!IsNamed(reference)) continue;
+    // A trigger that names no other shape, as at a loose end, waits for nobody; the shape's own moves come of its ends.
+    if (formula.IsTrigger() && reference.sheet.empty()) continue;
     const Symbol sheet(reference.sheet);
     add({sheet, reference.name->section, reference.name->row, reference.name->position, reference.name->cell});
     if (formula.FollowsPoint() && !sheet.empty()) add(MoveOf(sheet));

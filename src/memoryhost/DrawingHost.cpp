@@ -19,11 +19,13 @@
 namespace vardo {
 namespace {
 
-// The first that stands for itself, not behind others.
-int FirstPageToShow(Drawing& drawing) {
-  for (int i = 1; i <= drawing.PageCount(); ++i)
-    if (!drawing.PageAt(i).IsBackground()) return drawing.PageAt(i).id();
-  return drawing.PageAt(1).id();
+// The nearest page that stands for itself, not behind others: at that position, before it, else the first.
+DrawingPage& PageToShow(Drawing& drawing, int index) {
+  for (int at = index; at >= 1; --at)
+    if (!drawing.PageAt(at).IsBackground()) return drawing.PageAt(at);
+  for (int at = index + 1; at <= drawing.PageCount(); ++at)
+    if (!drawing.PageAt(at).IsBackground()) return drawing.PageAt(at);
+  return drawing.PageAt(1);
 }
 
 const SectionInfo& ConnectionPoints() { return *FindSection(kSectionConnectionPts); }
@@ -107,7 +109,7 @@ void DrawingHost::Replace(std::unique_ptr<Drawing> drawing, const std::filesyste
   drawing_ = std::move(drawing);
   file_ = file;
   ++serial_;
-  activePage_ = FirstPageToShow(*drawing_);
+  activePage_ = PageToShow(*drawing_, 1).id();
   selection_.clear();
   drawing_->onRowsShifted = [this](const RowsShifted& rows, bool again) { heldRows_.Shifted(serial_, rows, again); };
   drawing_->WantTouched(stepObserver_ != nullptr);
@@ -129,7 +131,7 @@ Drawing& DrawingHost::drawing() {
 
 DrawingPage& DrawingHost::ActivePage() {
   DrawingPage* page = drawing().FindPage(activePage_);
-  return page ? *page : drawing_->PageAt(1);
+  return page ? *page : PageToShow(*drawing_, 1);
 }
 
 IVPagePtr DrawingHost::AddPage(const std::optional<std::string>& name) {
@@ -156,7 +158,7 @@ void DrawingHost::DeletePage(int pageId, bool renumber) {
   const bool wasActive = page == &ActivePage();
   const int index = drawing_->IndexOf(*page);
   drawing_->RemovePage(*page, renumber);
-  if (wasActive) return ShowPage(drawing_->PageAt(std::max(1, index - 1)).id());
+  if (wasActive) return ShowPage(PageToShow(*drawing_, std::max(1, index - 1)).id());
   // Its tab has gone from the window. What a listener has put off until now is done in this step, so that undo takes it back too.
   Raise(kEventWindowChanged, MakeWindow(*this, serial_));
 }
