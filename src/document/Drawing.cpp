@@ -423,7 +423,10 @@ void Drawing::SheetEdited(XmlPart& part, pugi::xml_node node, bool isThere) {
                        : documentSheet_ && &documentSheet_->part() == &part ? documentSheet_.get()
                                                                             : nullptr;
   if (!sheet) return;
-  if (!IsNamed(node, "Cell")) sheet->ForgetRows();
+  if (!IsNamed(node, "Cell")) {
+    sheet->ForgetRows();
+    ++structure_;
+  }
   sheet->ForgetFormulas();
 }
 
