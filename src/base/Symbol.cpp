@@ -18,14 +18,15 @@ class Names {
   std::uint32_t NumberOf(std::string_view name) {
     if (name.empty()) return 0;
     const size_t hash = HashOf(name);
-    size_t at = hash & (slots_.size() - 1);
-    for (; slots_[at].number != 0; at = (at + 1) & (slots_.size() - 1))
-      if (slots_[at].hash == hash && EqualAsciiIgnoringCase(texts_[slots_[at].number], name)) return slots_[at].number;
+    Slot& slot = SlotOf(name, hash);
+    if (slot.number != 0) return slot.number;
     texts_.emplace_back(name);
-    slots_[at] = {hash, static_cast<std::uint32_t>(texts_.size() - 1)};
+    slot = {hash, static_cast<std::uint32_t>(texts_.size() - 1)};
     if (texts_.size() * 2 > slots_.size()) Grow();
     return static_cast<std::uint32_t>(texts_.size() - 1);
   }
+  // 0 for none.
+  std::uint32_t KnownNumberOf(std::string_view name) { return SlotOf(name, HashOf(name)).number; }
   std::string_view TextOf(std::uint32_t number) const { return texts_[number]; }
 
  private:
@@ -38,6 +39,14 @@ class Names {
     size_t hash = 0xCBF29CE484222325;
     for (const char c : name) hash = (hash ^ static_cast<unsigned char>(LowerAscii(c))) * 0x100000001B3;
     return hash ^ (hash >> 29);
+  }
+
+  // The one that the name has, or a free one for it.
+  Slot& SlotOf(std::string_view name, size_t hash) {
+    size_t at = hash & (slots_.size() - 1);
+    while (slots_[at].number != 0 && !(slots_[at].hash == hash && EqualAsciiIgnoringCase(texts_[slots_[at].number], name)))
+      at = (at + 1) & (slots_.size() - 1);
+    return slots_[at];
   }
 
   void Grow() {
@@ -62,6 +71,11 @@ Names& TheNames() {
 }  // namespace
 
 Symbol::Symbol(std::string_view name) : number_(TheNames().NumberOf(name)) {}
+
+std::optional<Symbol> Symbol::Known(std::string_view name) {
+  const std::uint32_t number = TheNames().KnownNumberOf(name);
+  return number == 0 ? std::nullopt : std::optional(FromNumber(number));
+}
 
 std::string_view Symbol::text() const { return TheNames().TextOf(number_); }
 

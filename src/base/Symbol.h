@@ -5,6 +5,7 @@
 #include <compare>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string_view>
 
 namespace vardo {
@@ -13,6 +14,8 @@ class Symbol {
  public:
   constexpr Symbol() = default;  // the empty name
   explicit Symbol(std::string_view name);
+  // Without keeping the name; none when nobody has ever asked for a symbol of it.
+  static std::optional<Symbol> Known(std::string_view name);
   static constexpr Symbol FromNumber(std::uint32_t number) { return Symbol(number, 0); }
 
   std::string_view text() const;

@@ -19,8 +19,8 @@ inline constexpr std::string_view kInheritedFormula = "Inh";
 bool FormulaIsInherited(pugi::xml_node cell);
 // The cell's own formula, where it is neither a constant, nor inherited, nor none; else empty.
 std::string_view OwnFormulaOf(pugi::xml_node cell);
-// The formula of a cell that does not inherit it. isText: a constant without a unit is a string all the same.
-std::string FormulaText(pugi::xml_node cell, bool isText);
+// The formula of a cell; none when it inherits it. isText: a constant without a unit is a string all the same.
+std::optional<std::string> FormulaText(pugi::xml_node cell, bool isText);
 // The value as it stands in the file: a number where it reads as one and the unit is no string's.
 CellValue StoredValue(pugi::xml_node cell, bool isText);
 

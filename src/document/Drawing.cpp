@@ -426,6 +426,7 @@ void Drawing::MasterListed(pugi::xml_node entry) {
 void Drawing::SheetEdited(XmlPart& part, pugi::xml_node node, bool isThere, bool formulas) {
   DrawingPage* const page = part.name() == pagesPart_ ? PageAround(node) : nullptr;
   if (page && IsNamed(node, "PageSheet")) return page->SetPageSheet(isThere ? node.internal_object() : nullptr);
+  if (!IsNamed(node, "Cell")) ++structure_;
   if (page) return page->PageSheetChanged(!IsNamed(node, "Cell"), formulas);
   if (!documentSheet_ || &documentSheet_->part() != &part) return;
   if (!IsNamed(node, "Cell")) documentSheet_->ForgetRows();

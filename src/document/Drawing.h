@@ -70,7 +70,7 @@ class Drawing : private EditObserver {
   // The document's own sheet; null when the file has none.
   Sheet* DocumentSheet() { return documentSheet_.get(); }
 
-  // Counts up whenever pages, shapes or masters go: until then, what has been found is good.
+  // Counts up whenever pages, shapes, rows or masters go: until then, what has been found is good.
   unsigned structure() const { return structure_; }
 
   // What edits have touched since it was last asked for, each once; only while it is wanted.

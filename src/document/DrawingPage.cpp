@@ -319,8 +319,10 @@ const PageReaders& DrawingPage::Readers() {
 std::vector<Symbol> DrawingPage::CalledAs(const Sheet& sheet) {
   if (&sheet == &sheet_) return {Symbol("ThePage")};
   const auto& shape = static_cast<const DrawingShape&>(sheet);
-  std::vector<Symbol> names{Symbol(NameById(shape.id()))};
-  if (const std::string& name = NameOf(shape); !NumberInName(name)) names.emplace_back(name);
+  std::vector<Symbol> names;
+  if (const auto byNumber = Symbol::Known(NameById(shape.id()))) names.push_back(*byNumber);
+  const std::string& name = NameOf(shape);
+  if (const auto byName = NumberInName(name) ? std::nullopt : Symbol::Known(name)) names.push_back(*byName);
   return names;
 }
 
@@ -427,7 +429,10 @@ void DrawingPage::Removing(pugi::xml_node node) {
   } else if (DrawingShape* shape = ShapeAround(node)) {
     NoteFormulas(node, -1);
     ForgetProperties(*shape, node);
-    if (!IsNamed(node, "Cell")) shape->ForgetRows();
+    if (!IsNamed(node, "Cell")) {
+      shape->ForgetRows();
+      drawing_.NoteStructure();
+    }
     if (HasOwnFormulas(node)) shape->ForgetFormulas();
   }
 }
@@ -452,15 +457,17 @@ void DrawingPage::Changed(pugi::xml_node node) {
     if (names_.known()) names_.Add(ClaimOf(*shape));
     return;
   }
+  const bool isCell = IsNamed(node, "Cell");
+  const bool isAsBefore = isCell ? OwnFormulaOf(node) == formulaBefore_ : !IsNamed(node, "Row") && !IsNamed(node, "Section");
+  if (isAsBefore && columns_.empty()) return;
   const DrawingShape* shape = ShapeAround(node);
   if (!shape) return;
   ForgetProperties(*shape, node);
-  if (IsNamed(node, "Row") || IsNamed(node, "Section")) shape->ForgetRows();
-  if (IsNamed(node, "Row")) shape->ForgetFormulas();
-  if (!IsNamed(node, "Cell") || OwnFormulaOf(node) == formulaBefore_) return;
+  if (isAsBefore) return;
+  shape->ForgetFormulas();
+  if (!isCell) return shape->ForgetRows();
   readers_.Note(shape->id(), formulaBefore_, -1);
   readers_.Note(shape->id(), OwnFormulaOf(node), +1);
-  shape->ForgetFormulas();
 }
 
 void DrawingPage::MasterChanged() { ForgetAll(); }
@@ -815,9 +822,10 @@ void DrawingPage::KeepNames(const std::vector<std::pair<int, std::string>>& name
 
 // Formulas that named a shape which has gone have lost their reference.
 void DrawingPage::TellOfLoss(int shapeId) {
-  const Symbol lost(NameById(shapeId));
+  const auto lost = Symbol::Known(NameById(shapeId));
+  if (!lost) return;
   Recalculation recalculation(drawing_, this);
-  for (const int id : Readers().ReadersOf(lost)) {
+  for (const int id : Readers().ReadersOf(*lost)) {
     DrawingShape* reader = FindShape(id);
     if (!reader) continue;
     for (const Sheet::OwnFormula& own : reader->OwnFormulas()) {

@@ -96,7 +96,7 @@ class DrawingPage {
 
   // --- For the recalculation.
   const PageReaders& Readers();
-  // What formulas of the page call a sheet: one that is the page's own, or a shape.
+  // What formulas of the page may call a sheet: one that is the page's own, or a shape. Only names that some formula has.
   std::vector<Symbol> CalledAs(const Sheet& sheet);
   // The shapes that inherit from that shape of a master.
   const std::vector<DrawingShape*>& InstancesOf(const Sheet& masterShape);

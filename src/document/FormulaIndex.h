@@ -19,6 +19,8 @@ struct CellCall {
   Symbol row;
   int position = 0;
   Symbol cell;
+  // The same cell, of the sheet of that name.
+  CellCall Of(Symbol name) const { return {name, section, row, position, cell}; }
   friend bool operator==(const CellCall&, const CellCall&) = default;
 };
 

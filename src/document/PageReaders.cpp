@@ -16,6 +16,7 @@ void Count(Map& counts, const Key& key, int by) {
 void PageReaders::Forget() {
   known_ = false;
   sheets_.clear();
+  ofAnySheet_.clear();
 }
 
 void PageReaders::Note(int reader, std::string_view text, int by) {
@@ -25,6 +26,7 @@ void PageReaders::Note(int reader, std::string_view text, int by) {
     if (call.sheet.empty()) continue;
     named.insert(call.sheet);
     Count(sheets_[call.sheet].cells, call, by);
+    Count(ofAnySheet_, call.Of({}), by);
   }
   for (const Symbol sheet : named) {
     Count(sheets_[sheet].readers, reader, by);
@@ -36,6 +38,8 @@ bool PageReaders::Reads(const CellCall& call) const {
   const auto called = sheets_.find(call.sheet);
   return called != sheets_.end() && called->second.cells.contains(call);
 }
+
+bool PageReaders::ReadsOfAnySheet(const CellCall& call) const { return ofAnySheet_.contains(call.Of({})); }
 
 std::vector<int> PageReaders::ReadersOf(Symbol sheet) const {
   std::vector<int> readers;

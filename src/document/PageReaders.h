@@ -20,6 +20,8 @@ class PageReaders {
   void Note(int reader, std::string_view formula, int by);
 
   bool Reads(const CellCall& call) const;
+  // That cell of any other sheet.
+  bool ReadsOfAnySheet(const CellCall& call) const;
   // By number; those whose formulas name the sheet so.
   std::vector<int> ReadersOf(Symbol sheet) const;
 
@@ -30,6 +32,7 @@ class PageReaders {
   };
   bool known_ = false;
   std::unordered_map<Symbol, Called> sheets_;
+  std::unordered_map<CellCall, int, CellCallHash> ofAnySheet_;  // calls of the cells, whatever sheet they name
 };
 
 // Whether it names another sheet at all.

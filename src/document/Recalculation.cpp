@@ -59,24 +59,26 @@ void Recalculation::AddReadersIn(size_t at, Sheet& reader, const CellCall& call)
 
 // Formulas of other sheets that call the cell by a name of its sheet.
 void Recalculation::AddReadersOnPage(size_t at, Sheet& called, const CellCall& call) {
-  for (const Symbol name : page_->CalledAs(called)) {
-    CellCall fromOutside = call;
-    fromOutside.sheet = name;
-    if (page_->Readers().Reads(fromOutside)) {
-      for (const int id : page_->Readers().ReadersOf(name)) {
+  const PageReaders& readers = page_->Readers();
+  if (readers.ReadsOfAnySheet(call)) {
+    for (const Symbol name : page_->CalledAs(called)) {
+      const CellCall fromOutside = call.Of(name);
+      if (!readers.Reads(fromOutside)) continue;
+      for (const int id : readers.ReadersOf(name)) {
         DrawingShape* reader = page_->FindShape(id);
         const auto* addresses = reader ? reader->formulas().ReadersOf(fromOutside) : nullptr;
         if (!addresses) continue;
         for (const CellAddress& address : *addresses) AddReader(at, *reader, address);
       }
     }
-    // A master's formulas name no shape of the page, but may name the page's sheet.
-    if (&called != &page_->PageSheet()) continue;
-    for (const Sheet* master : drawing_.MasterShapesCalling(fromOutside))
-      for (DrawingShape* instance : page_->InstancesOf(*master))
-        for (const CellAddress& address : *master->formulas().ReadersOf(fromOutside))
-          if (instance->Exists(address) && instance->InheritsFormula(address)) AddReader(at, *instance, address);
   }
+  // A master's formulas name no shape of the page, but may name the page's sheet.
+  if (&called != &page_->PageSheet()) return;
+  const CellCall fromMaster = call.Of(Symbol("ThePage"));
+  for (const Sheet* master : drawing_.MasterShapesCalling(fromMaster))
+    for (DrawingShape* instance : page_->InstancesOf(*master))
+      for (const CellAddress& address : *master->formulas().ReadersOf(fromMaster))
+        if (instance->Exists(address) && instance->InheritsFormula(address)) AddReader(at, *instance, address);
 }
 
 void Recalculation::AddReader(size_t at, Sheet& reader, const CellAddress& address) {

@@ -20,10 +20,16 @@ constexpr size_t kFewRows = 24;
 
 bool IsDeleted(pugi::xml_node element) { return std::string_view(element.attribute("Del").value()) == "1"; }
 
+// The attribute mostly comes first.
+std::string_view NameOfCell(pugi::xml_node cell) {
+  const pugi::xml_attribute first = cell.first_attribute();
+  return first.name() == std::string_view("N") ? first.value() : cell.attribute("N").value();
+}
+
 pugi::xml_node CellIn(pugi::xml_node parent, std::string_view name) {
   for (pugi::xml_node cell = parent.first_child(); cell; cell = cell.next_sibling()) {
     if (std::string_view(cell.name()) != "Cell") continue;
-    if (EqualAsciiIgnoringCase(cell.attribute("N").value(), name)) return cell;
+    if (EqualAsciiIgnoringCase(NameOfCell(cell), name)) return cell;
   }
   return {};
 }
@@ -171,8 +177,11 @@ bool Sheet::Exists(const CellAddress& address) const {
 }
 
 std::string Sheet::Formula(const CellAddress& address) const {
-  if (const XmlNode cell = FormulaCell(address)) return FormulaText(pugi::xml_node(cell), IsTextCell(address));
-  return IsTextCell(address) ? QuoteText("") : std::string(DefaultValue(address));
+  const bool isText = IsTextCell(address);
+  for (const Sheet* sheet = this; sheet; sheet = sheet->base_)
+    if (const XmlNode cell = sheet->LocalCell(address))
+      if (auto formula = FormulaText(pugi::xml_node(cell), isText)) return *std::move(formula);
+  return isText ? QuoteText("") : std::string(DefaultValue(address));
 }
 
 CellValue Sheet::Value(const CellAddress& address) const {
@@ -321,12 +330,6 @@ XmlNode Sheet::NearestCell(const CellAddress& address) const {
   if (const XmlNode own = LocalCell(address)) return own;
   const OwnRow* row = address.section ? FindOwnRow(*address.section, address.row) : nullptr;
   return base_ && !(row && row->isDeleted) ? base_->NearestCell(address) : nullptr;
-}
-
-XmlNode Sheet::FormulaCell(const CellAddress& address) const {
-  const XmlNode own = LocalCell(address);
-  if (own && !FormulaIsInherited(pugi::xml_node(own))) return own;
-  return base_ ? base_->FormulaCell(address) : nullptr;
 }
 
 bool Sheet::RowExists(const SectionInfo& section, RowKey key, bool localOnly) const {

@@ -109,8 +109,7 @@ class Sheet {
 
   XmlNode SectionElement(const SectionInfo& section) const;
   XmlNode LocalCell(const CellAddress& address) const;
-  // The nearest cell element up the line of inheritance that holds a formula of its own.
-  XmlNode FormulaCell(const CellAddress& address) const;
+  // The sheet's own, or the nearest up the line of inheritance.
   XmlNode NearestCell(const CellAddress& address) const;
   bool RowExists(const SectionInfo& section, RowKey key, bool localOnly) const;
   bool CellIsOwn(const CellAddress& address) const;

@@ -36,6 +36,8 @@ class FoundSheet {
   }
   DrawingHost& host() const { return host_; }
   const SheetRef& ref() const { return ref_; }
+  // When it was looked up.
+  std::uint64_t stamp() const { return stamp_; }
 
  private:
   DrawingHost& host_;
@@ -47,7 +49,7 @@ class FoundSheet {
 class CellObject : public IVCell {
  public:
   CellObject(const FoundSheet& sheet, const CellAddress& address)
-      : sheet_(sheet), address_(address), row_(sheet.host().HoldRow(sheet.ref(), address)) {}
+      : sheet_(sheet), address_(address), row_(sheet.host().HoldRow(sheet.ref(), address)), stamp_(sheet.stamp()) {}
   std::string Formula() override {
     const DrawingHost::SheetView& view = Existing();
     return sheet_.host().FormulaOf(view, address_);
@@ -61,14 +63,16 @@ class CellObject : public IVCell {
  private:
   const DrawingHost::SheetView& Existing() {
     const DrawingHost::SheetView& view = sheet_.View();
-    const bool there = row_ ? !row_->gone : view.sheet->Exists(address_);
+    const bool there = row_ ? !row_->gone : stamp_ == sheet_.stamp() || view.sheet->Exists(address_);
     if (!there) throw HostError(kHostObjectGone, "The cell " + InWords(address_.cell.text()) + " has gone with its row.");
     if (row_) address_.row = view.sheet->Rows(*address_.section)[static_cast<size_t>(row_->position)].key;
+    stamp_ = sheet_.stamp();
     return view;
   }
   FoundSheet sheet_;
   CellAddress address_;
   std::shared_ptr<const HeldRow> row_;  // null where the address itself stays good
+  std::uint64_t stamp_;                 // of the sheet, when the cell was there
 };
 
 class MasterObject : public IVMaster {

@@ -4,7 +4,10 @@
 #include <benchmark/benchmark.h>
 
 int main(int argc, char** argv) {
-  if (argc == 1) vardo::MeasureFiles();
+  if (argc == 1) {
+    vardo::MeasureFiles();
+    vardo::MeasureMemory();
+  }
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   vardo::MeasureOperations();

@@ -4,6 +4,8 @@
 #include "TestDrawings.h"
 #include "TestPlatform.h"
 #include "addin/host/IVApplication.h"
+#include "addin/host/IVDocument.h"
+#include "addin/host/IVShape.h"
 #include "base/Text.h"
 #include "document/Glue.h"
 #include "forms/Forms.h"
@@ -61,7 +63,8 @@ class World {
   DrawingHost& host() { return session_.host(); }
   AddinSession& session() { return session_; }
   int page() { return host().ActivePage().id(); }
-  SheetRef Module(size_t number) { return host().RefTo(host().ActivePage(), modules_[number]); }
+  // Counted from 0, and again from the first behind the last.
+  SheetRef Module(size_t number) { return host().RefTo(host().ActivePage(), modules_[number % modules_.size()]); }
   SheetRef MiddleModule() { return Module(modules_.size() / 2); }
   // The shapes of the first half: modules, and as many connectors.
   std::vector<int> Half() {
@@ -175,6 +178,87 @@ double Gather(World&) {
   return SecondsOf([] { FillComboFromDrawing({"Create"}, {"CreateName"}, true); });
 }
 
+// A cell of one module, and the first looks at the drawing afterwards.
+double UndoCell(World& world) {
+  const SheetRef module = world.MiddleModule();
+  DrawingPage& page = world.host().ActivePage();
+  world.host().SetCell(module, "Prop.CreateValue", "\"3\"");
+  return SecondsOf([&] {
+    world.host().Undo();
+    DrawingShape& shape = *page.FindShape(module.shape);
+    page.IndexOf(shape);
+    page.FindShape(page.NameOf(shape));
+    world.host().FormulaOf(module, shape.Find("Prop.CreateValue").value());
+    page.Readers();
+  });
+}
+
+constexpr int kManyTimes = 1000;
+
+// Of a shape that is held, and a cell that is looked up each time.
+IVShapePtr MiddleShape(World& world) {
+  return world.host().application()->ActivePage()->Shapes()->ItemFromID(world.MiddleModule().shape);
+}
+
+double ReadProperties(World& world) {
+  const IVShapePtr shape = MiddleShape(world);
+  size_t length = 0;
+  const double seconds = SecondsOf([&] {
+    for (int i = 0; i < kManyTimes; ++i) length += shape->Cells("Prop.CreateValue")->Formula().size();
+  });
+  benchmark::DoNotOptimize(length);
+  return seconds;
+}
+
+double WriteProperties(World& world) {
+  const IVShapePtr shape = MiddleShape(world);
+  const std::string values[] = {"\"5\"", "\"7.5\""};
+  double seconds = 0;
+  world.host().RunCommand("Edit", [&] {
+    seconds = SecondsOf([&] {
+      for (int i = 0; i < kManyTimes; ++i) shape->Cells("Prop.CreateValue")->SetFormula(values[i % 2]);
+    });
+  });
+  return seconds;
+}
+
+// As many modules as there are, one write each.
+double WriteEverywhere(World& world) {
+  static int number = 0;
+  const std::string value = QuoteText(std::to_string(++number));
+  const IVShapesPtr shapes = world.host().application()->ActivePage()->Shapes();
+  std::vector<IVShapePtr> held;
+  for (int i = 0; i < kManyTimes; ++i) held.push_back(shapes->ItemFromID(world.Module(static_cast<size_t>(i)).shape));
+  double seconds = 0;
+  world.host().RunCommand("Edit", [&] {
+    seconds = SecondsOf([&] {
+      for (const IVShapePtr& shape : held) shape->Cells("Prop.CreateValue")->SetFormula(value);
+    });
+  });
+  return seconds;
+}
+
+// The width of a shape of 3 000 connection points, the first at its right side and each further one where the one before is.
+double WidenChain(World&) {
+  constexpr int kPoints = 3'000;
+  std::string points;
+  for (int i = 0; i < kPoints; ++i)
+    points += fmt::format("<Row T='Connection' IX='{}'><Cell N='X' V='1' F='{}'/><Cell N='Y' V='0'/></Row>", i,
+                          i == 0 ? std::string("Width*1") : fmt::format("Connections.X{}+0", i));
+  const test::TempFolder folder;
+  test::WriteFile(folder / "chain.vsdx",
+                  test::ZipOf({.shapes = "<Shape ID='1' Type='Shape'><Cell N='Width' V='1'/><Section N='Connection'>" + points +
+                                         "</Section></Shape>"}));
+  DrawingHost host;
+  host.Open(folder / "chain.vsdx");
+  const SheetRef shape = host.RefTo(host.ActivePage(), 1);
+  host.SetCell(shape, "Width", "2");
+  const double seconds = SecondsOf([&] { host.SetCell(shape, "Width", "3"); });
+  const Sheet& sheet = *host.Resolve(shape).sheet;
+  if (sheet.Value(sheet.Find(fmt::format("Connections.X{}", kPoints)).value()) != CellValue(3.0)) return -1;
+  return seconds;
+}
+
 const Operation kCommands[] = {
     {"paste one", 5, Paste},
     {"paste 1000, one by one", 1, PasteThousand},
@@ -183,6 +267,11 @@ const Operation kCommands[] = {
     {"delete half with connectors", 3, [](World& world) { return Delete(world, world.Half()); }},
     {"drop one", 5, Drop},
     {"gather names", 9, Gather},
+    {"undo one cell", 9, UndoCell},
+    {"read one property 1000 times", 9, ReadProperties},
+    {"write one property 1000 times", 9, WriteProperties},
+    {"write 1000 properties", 9, WriteEverywhere},
+    {"widen 3000 chained points", 3, WidenChain},
 };
 constexpr int kSizes[] = {100, 1'000, 10'000};
 
@@ -207,7 +296,7 @@ void Measure(benchmark::State& state, const Operation& operation) {
 class GrowthReporter : public benchmark::BenchmarkReporter {
  public:
   bool ReportContext(const Context&) override {
-    fmt::print("\n{:<28}", "modules (and connectors)");
+    fmt::print("\n{:<30}", "modules (and connectors)");
     for (const int size : kSizes) fmt::print("{:>12}", size);
     fmt::print("   growth\n");
     return true;
@@ -233,7 +322,7 @@ class GrowthReporter : public benchmark::BenchmarkReporter {
     name_ = name;
     last_.reset();
     growth_.clear();
-    if (!name.empty()) fmt::print("{:<28}", name);
+    if (!name.empty()) fmt::print("{:<30}", name);
   }
 
   std::string name_, growth_;
