@@ -16,8 +16,8 @@ struct Event {
   std::uint32_t row = 0;
 };
 
-// Rows below 2^24, orders below 2^40, times finite and not negative. A time's bits sort as the time does, so one comparison of a key
-// decides time and tie.
+// Rows below 2^24, orders below 2^40, times finite and not negative. A time's bits sort as the time does, so one comparison of a
+// key decides time and tie.
 class Calendar {
  public:
   static constexpr int kRowBits = 24;
@@ -100,9 +100,9 @@ class Calendar {
   }
   void GrowRing();
 
-  std::vector<Group> groups_;  // behind the last key come such of never
-  size_t size_ = 0;            // of the heap; a hole at its root counts
-  bool hole_ = false;          // the root has gone; the next push takes its place
+  std::vector<Group> groups_;   // behind the last key come such of never
+  size_t size_ = 0;             // of the heap; a hole at its root counts
+  bool hole_ = false;           // the root has gone; the next push takes its place
   std::vector<EventKey> ring_;  // a power of two
   size_t ringFirst_ = 0, ringSize_ = 0;
   std::uint64_t orders_ = 0;

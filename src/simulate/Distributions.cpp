@@ -122,26 +122,40 @@ double Continuous(std::span<const double> points, double u) {
 
 double Draw(Distribution distribution, std::span<const double> p, Stream& stream) {
   switch (distribution) {
-    case Distribution::Expo: return Exponential(p[0], stream.Uniform());
-    case Distribution::Norm: return p[0] + p[1] * InverseNormal(stream.Uniform());
-    case Distribution::Tria: return Triangular(p[0], p[1], p[2], stream.Uniform());
-    case Distribution::Unif: return p[0] + (p[1] - p[0]) * stream.Uniform();
-    case Distribution::Weib: return p[0] * Exp(Log(-Log(stream.Uniform())) / p[1]);
-    case Distribution::Logn: return LogNormal(p[0], p[1], stream.Uniform());
-    case Distribution::John: return BoundedJohnson(p[0], p[1], p[2], p[3], stream.Uniform());
-    case Distribution::Disc: return Discrete(p, stream.Uniform());
-    case Distribution::Cont: return Continuous(p, stream.Uniform());
+    case Distribution::Expo:
+      return Exponential(p[0], stream.Uniform());
+    case Distribution::Norm:
+      return p[0] + p[1] * InverseNormal(stream.Uniform());
+    case Distribution::Tria:
+      return Triangular(p[0], p[1], p[2], stream.Uniform());
+    case Distribution::Unif:
+      return p[0] + (p[1] - p[0]) * stream.Uniform();
+    case Distribution::Weib:
+      return p[0] * Exp(Log(-Log(stream.Uniform())) / p[1]);
+    case Distribution::Logn:
+      return LogNormal(p[0], p[1], stream.Uniform());
+    case Distribution::John:
+      return BoundedJohnson(p[0], p[1], p[2], p[3], stream.Uniform());
+    case Distribution::Disc:
+      return Discrete(p, stream.Uniform());
+    case Distribution::Cont:
+      return Continuous(p, stream.Uniform());
     case Distribution::Pois:
       if (p[0] <= 30) return SmallPoisson(p[0], stream.Uniform());
       break;
-    default: break;
+    default:
+      break;
   }
   LongDraw draw(stream);
   switch (distribution) {
-    case Distribution::Erla: return Erlang(p[0], p[1], draw);
-    case Distribution::Gamm: return p[0] * StandardGamma(p[1], draw);
-    case Distribution::Beta: return BetaOf(p[0], p[1], draw);
-    default: return LargePoisson(p[0], draw);
+    case Distribution::Erla:
+      return Erlang(p[0], p[1], draw);
+    case Distribution::Gamm:
+      return p[0] * StandardGamma(p[1], draw);
+    case Distribution::Beta:
+      return BetaOf(p[0], p[1], draw);
+    default:
+      return LargePoisson(p[0], draw);
   }
 }
 

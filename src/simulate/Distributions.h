@@ -8,7 +8,8 @@
 
 namespace vardo {
 
-// The parameters are good ones (ComplaintOf). What is a single inversion takes one number of the stream; the others are long draws.
+// The parameters are good ones (ComplaintOf). What is a single inversion takes one number of the stream; the others are long
+// draws.
 double Draw(Distribution distribution, std::span<const double> parameters, Stream& stream);
 
 }  // namespace vardo

@@ -1,5 +1,5 @@
-// Elementary functions whose results are the same bits on every machine: nothing but + - * / and the exact sqrt goes into them, and the
-// library is compiled without contraction. The C library's differ between systems, and between processors on one system.
+// Elementary functions whose results are the same bits on every machine: nothing but + - * / and the exact sqrt goes into them,
+// and the library is compiled without contraction. The C library's differ between systems, and between processors on one system.
 #pragma once
 
 namespace vardo {

@@ -55,8 +55,8 @@ struct Level {
   double AreaUntil(double now) const { return area + value * (now - since); }
 };
 
-// Counts by size: a bucket is as wide as 1/64 of the power of two below it, so what is found from it is at most .8 % off. There is one
-// for 0, and negative values mirror the positive ones.
+// Counts by size: a bucket is as wide as 1/64 of the power of two below it, so what is found from it is at most .8 % off. There
+// is one for 0, and negative values mirror the positive ones.
 class Buckets {
  public:
   using Count = std::pair<std::int32_t, std::uint64_t>;

@@ -1,4 +1,5 @@
-// Random numbers by place instead of by state: the numbers of a stream follow from the seed, its source and the replication alone.
+// Random numbers by place instead of by state: the numbers of a stream follow from the seed, its source and the replication
+// alone.
 #pragma once
 
 #include <array>
@@ -48,7 +49,8 @@ class Stream {
   uint32_t left_ = 0;
 };
 
-// A draw that takes as many numbers as it happens to need. It has a block of its own, so the draws after it do not depend on how many.
+// A draw that takes as many numbers as it happens to need. It has a block of its own, so the draws after it do not depend on how
+// many.
 class LongDraw {
  public:
   explicit LongDraw(Stream& stream) : stream_(stream) { stream_.left_ = 0; }
