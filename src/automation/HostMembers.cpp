@@ -165,6 +165,7 @@ constexpr OfferedMember<IVSelection> kSelection[] = {
 constexpr OfferedMember<IVDocument> kDocument[] = {
     Get<&IVDocument::Pages>(L"Pages"),
     Get<&IVDocument::Masters>(L"Masters"),
+    Get<&IVDocument::Path>(L"Path"),
 };
 constexpr OfferedMember<IVPages> kPages[] = {
     Get<&IVPages::Count>(L"Count"),
@@ -195,6 +196,7 @@ constexpr OfferedMember<IVShape> kShape[] = {
     Get<&IVShape::Type>(L"Type"),
     Get<&IVShape::Master>(L"Master"),
     Get<&IVShape::ContainingPage>(L"ContainingPage"),
+    Get<&IVShape::Shapes>(L"Shapes"),
     Get<&IVShape::RowCount>(L"RowCount", {L"Section"}),
     Get<&IVShape::RowExists>(L"RowExists", {L"Section", L"Row", L"fExistsLocally"}),
     Method<&IVShape::AddSection>(L"AddSection", {L"Section"}),

@@ -9,6 +9,7 @@
 #include "base/Errors.h"
 #include "modules/ModuleKinds.h"
 #include "platform/Platform.h"
+#include "props/ShapeKinds.h"
 
 #include <algorithm>
 #include <utility>
@@ -69,11 +70,6 @@ short CountOfOwnPoints(std::string_view kind) {
 bool LeavesByChosenExit(std::string_view kind) { return kind == kDecide || kind == kSeparate; }
 
 IVShapePtr SelectedConnector() { return visApp->ActiveWindow()->Selection()->Item(1); }
-
-std::string MasterNameOf(const IVShapePtr& shape) {
-  const IVMasterPtr master = shape->Master();
-  return master ? master->Name() : "";
-}
 
 IVShapePtr ShapeNamed(std::string_view name) { return visApp->ActivePage()->Shapes()->Item(name); }
 

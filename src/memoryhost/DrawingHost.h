@@ -46,6 +46,8 @@ class DrawingHost {
   // Without a file, where it was opened from or last saved. Returns the file. One that another program has changed meanwhile is
   // refused unless overwriting is allowed.
   std::filesystem::path Save(const std::optional<std::filesystem::path>& file, Overwrite overwrite = Overwrite::Refuse);
+  // Where the drawing was opened from or last saved; empty for a new one.
+  const std::filesystem::path& file() const { return file_; }
   bool IsOpen() const { return drawing_ != nullptr; }
   Drawing& drawing();
 

@@ -91,6 +91,43 @@ class MasterObject : public IVMaster {
   int drawing_, id_;
 };
 
+// Those of a group.
+class InnerShapesObject : public IVShapes {
+ public:
+  InnerShapesObject(DrawingHost& host, const SheetRef& group) : host_(host), group_(group) {}
+  int Count() override { return static_cast<int>(Inner().size()); }
+  IVShapePtr Item(int index) override {
+    const auto inner = Inner();
+    if (index < 1 || static_cast<size_t>(index) > inner.size()) throw BadIndex("shape", std::to_string(index));
+    return Make(*inner[static_cast<size_t>(index) - 1]);
+  }
+  IVShapePtr Item(std::string_view name) override {
+    return Make(One(std::string(name), [&](const DrawingShape& shape) { return Page().NameOf(shape) == name; }));
+  }
+  IVShapePtr ItemFromID(int id) override {
+    return Make(One(std::to_string(id), [&](const DrawingShape& shape) { return shape.id() == id; }));
+  }
+
+ private:
+  DrawingPage& Page() { return host_.ResolvePage(group_.drawing, group_.page); }
+  std::vector<DrawingShape*> Inner() {
+    if (!group_.IsShape()) return {};
+    const DrawingShape& group = host_.ResolveShape(group_);
+    std::vector<DrawingShape*> inner = Page().InnerShapes(group);
+    std::erase_if(inner, [&](const DrawingShape* shape) { return shape->parent() != &group; });
+    return inner;
+  }
+  template <class IsIt>
+  DrawingShape& One(const std::string& index, const IsIt& isIt) {
+    for (DrawingShape* shape : Inner())
+      if (isIt(*shape)) return *shape;
+    throw BadIndex("shape", index);
+  }
+  IVShapePtr Make(const DrawingShape& shape) { return MakeShape(host_, {group_.drawing, group_.page, shape.id()}); }
+  DrawingHost& host_;
+  SheetRef group_;
+};
+
 class ShapeObject : public IVShape {
  public:
   ShapeObject(DrawingHost& host, const SheetRef& ref) : host_(host), ref_(ref), sheet_(host, ref) {}
@@ -119,6 +156,10 @@ class ShapeObject : public IVShape {
     return id < 0 || !host_.drawing().FindMaster(id) ? nullptr : std::make_shared<MasterObject>(host_, ref_.drawing, id);
   }
   IVPagePtr ContainingPage() override { return MakePage(host_, ref_.drawing, Page().id()); }
+  IVShapesPtr Shapes() override {
+    View();
+    return std::make_shared<InnerShapesObject>(host_, ref_);
+  }
 
   int RowCount(short section) override {
     const SectionInfo* info = FindSection(section);
@@ -304,6 +345,12 @@ class DocumentObject : public IVDocument, OfDrawing {
   IVMastersPtr Masters() override {
     Get();
     return std::make_shared<MastersObject>(host_, drawing_);
+  }
+  std::string Path() override {
+    Get();
+    if (host_.file().empty()) return "";
+    const std::u8string folder = std::filesystem::absolute(host_.file()).parent_path().u8string();
+    return {folder.begin(), folder.end()};
   }
 };
 

@@ -70,6 +70,7 @@ class ForwardingShape : public Forwarding<IVShape> {
   short Type() override { return Call("Shape.Type").Type(); }
   IVMasterPtr Master() override { return Wrap<ForwardingMaster>(Call("Shape.Master").Master()); }
   IVPagePtr ContainingPage() override;
+  IVShapesPtr Shapes() override;
   int RowCount(short section) override { return Call("Shape.RowCount").RowCount(section); }
   bool RowExists(short section, short row, short localOnly) override {
     return Call("Shape.RowExists").RowExists(section, row, localOnly);
@@ -94,6 +95,8 @@ class ForwardingShapes : public Forwarding<IVShapes> {
   IVShapePtr Item(std::string_view name) override { return Wrap<ForwardingShape>(Call("Shapes.Item").Item(name)); }
   IVShapePtr ItemFromID(int id) override { return Wrap<ForwardingShape>(Call("Shapes.ItemFromID").ItemFromID(id)); }
 };
+
+IVShapesPtr ForwardingShape::Shapes() { return Wrap<ForwardingShapes>(Call("Shape.Shapes").Shapes()); }
 
 class ForwardingPage : public Forwarding<IVPage> {
  public:
@@ -136,6 +139,7 @@ class ForwardingDocument : public Forwarding<IVDocument> {
   using Forwarding::Forwarding;
   IVPagesPtr Pages() override { return Wrap<ForwardingPages>(Call("Document.Pages").Pages()); }
   IVMastersPtr Masters() override { return Wrap<ForwardingMasters>(Call("Document.Masters").Masters()); }
+  std::string Path() override { return Call("Document.Path").Path(); }
 };
 
 class ForwardingSelection : public Forwarding<IVSelection> {

@@ -18,6 +18,8 @@ class IVDocument {
   virtual ~IVDocument() = default;
   virtual IVPagesPtr Pages() = 0;
   virtual IVMastersPtr Masters() = 0;
+  // The folder of the file that it was opened from or saved in; empty while it is in none.
+  virtual std::string Path() = 0;
 };
 
 class IVPages {

@@ -49,6 +49,8 @@ class IVShape {
   virtual IVMasterPtr Master() = 0;
   // The page the shape stands on.
   virtual IVPagePtr ContainingPage() = 0;
+  // The shapes that stand in a group itself, not in groups within it; none in any other shape.
+  virtual IVShapesPtr Shapes() = 0;
 
   // Rows of a section, inherited ones included; 0 for a section that is not there.
   virtual int RowCount(short section) = 0;

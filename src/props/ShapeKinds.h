@@ -1,0 +1,13 @@
+// What a shape was made from.
+#pragma once
+
+#include "addin/host/HostFwd.h"
+
+#include <string>
+
+namespace vardo {
+
+// The name of the shape's master, which for a module is its kind; empty for a shape that has none. Throws HostError.
+std::string MasterNameOf(const IVShapePtr& shape);
+
+}  // namespace vardo
