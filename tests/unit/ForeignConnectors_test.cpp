@@ -220,8 +220,8 @@ TEST_F(ForeignConnectors, CopiesOfAGroupAndItsConnectorsKeepTheirGlue) {
   host_.Select({});
   const auto copies = host_.Paste({Ref(11), Ref(20), Ref(a), Ref(b), Ref(within)}, Page().id());
   ASSERT_EQ(copies.size(), 5u);
-  const DrawingShape& group = Shape(copies[0]->ID());
-  const auto inner = Page().InnerShapes(group);
+  const int group = copies[0]->ID();
+  const auto inner = Page().InnerShapes(Shape(group));
   const int box = inner[0]->id(), nested = inner[2]->id(), beside = copies[1]->ID();
   const int copyOfA = copies[2]->ID(), copyOfB = copies[3]->ID(), copyOfWithin = copies[4]->ID();
   const auto glued = [](int connector, int from, int to) {
@@ -235,7 +235,7 @@ TEST_F(ForeignConnectors, CopiesOfAGroupAndItsConnectorsKeepTheirGlue) {
   EXPECT_EQ(Glued().size(), 12u);
   for (int opened = 0; opened < 2; ++opened) {
     const double x = Number(copyOfWithin, "BeginX"), right = Number(copyOfB, "BeginX"), original = Number(within, "BeginX");
-    Set(group.id(), "PinX", opened ? "7" : "8");
+    Set(group, "PinX", opened ? "7" : "8");
     const double moved = opened ? -1 : 3;
     EXPECT_THAT(Number(copyOfWithin, "BeginX"), DoubleNear(x + moved, kNear));
     EXPECT_THAT(Number(copyOfB, "BeginX"), DoubleNear(right + moved, kNear));
