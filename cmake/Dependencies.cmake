@@ -3,10 +3,12 @@
 
 find_package(GTest REQUIRED)
 find_package(pugixml REQUIRED)
-find_package(ZLIB REQUIRED)
 
 if(WIN32)
-  find_package(libzip REQUIRED)
+  add_library(libdeflate::libdeflate STATIC IMPORTED)
+  set_target_properties(libdeflate::libdeflate PROPERTIES
+    IMPORTED_LOCATION ${VARDO_WINDOWS_DEPENDENCIES}/lib/libdeflate.a
+    INTERFACE_INCLUDE_DIRECTORIES ${VARDO_WINDOWS_DEPENDENCIES}/include)
   foreach(library nlohmann_json::nlohmann_json CLI11::CLI11 fmt::fmt)
     add_library(${library} INTERFACE IMPORTED)
     target_include_directories(${library} INTERFACE ${VARDO_WINDOWS_DEPENDENCIES}/include-links)
@@ -14,13 +16,14 @@ if(WIN32)
   target_compile_definitions(fmt::fmt INTERFACE FMT_HEADER_ONLY)
 else()
   find_package(PkgConfig REQUIRED)
-  # Debian's CMake files for libzip ask for its command line tools, pkg-config does not.
-  pkg_check_modules(libzip REQUIRED IMPORTED_TARGET libzip)
-  add_library(libzip::zip ALIAS PkgConfig::libzip)
+  pkg_check_modules(libdeflate REQUIRED IMPORTED_TARGET libdeflate)
+  add_library(libdeflate::libdeflate ALIAS PkgConfig::libdeflate)
   pkg_check_modules(icu REQUIRED IMPORTED_TARGET icu-i18n icu-uc)
   find_package(nlohmann_json REQUIRED)
   find_package(CLI11 REQUIRED)
   find_package(fmt REQUIRED)
   find_package(Qt6 REQUIRED COMPONENTS Widgets Test)
-  find_package(benchmark QUIET) # for vardo-bench alone
+  # For vardo-bench alone.
+  find_package(benchmark QUIET)
+  find_package(ZLIB QUIET)
 endif()

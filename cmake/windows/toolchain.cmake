@@ -19,6 +19,3 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
-
-# The import library of a DLL would be found first, and the programs would then need that DLL beside them.
-set(ZLIB_LIBRARY /usr/${VARDO_WINDOWS_TRIPLE}/lib/libz.a)

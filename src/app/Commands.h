@@ -29,6 +29,7 @@ struct EditOptions {
   std::string page;                      // empty: all pages are searched
   std::vector<std::string> assignments;  // FIELD=TEXT
   std::optional<std::filesystem::path> output;
+  bool force = false;  // save over a file that another program has changed meanwhile
 };
 // Opens a module's dialog on screen, or fills it in without one when there are assignments; saves when OK was accepted.
 Outcome EditModule(const EditOptions& options, std::ostream& output, int argc, char** argv);

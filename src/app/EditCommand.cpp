@@ -196,7 +196,7 @@ Outcome EditModule(const EditOptions& options, std::ostream& output, int argc, c
   }
   // Nothing but the output can fail once the file is saved.
   const std::string changes = Changes(module, before, Snapshot(session.host(), module.ref));
-  const std::filesystem::path saved = session.host().Save(options.output);
+  const std::filesystem::path saved = session.host().Save(options.output, options.force ? Overwrite::Allow : Overwrite::Refuse);
   output << changes << "Saved " << PathInWords(saved) << ".\n";
   return {0, saved};
 }

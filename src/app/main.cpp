@@ -47,6 +47,7 @@ struct CommandLine {
     editCommand->add_option("FIELD=TEXT", edit.assignments, "What to put into the dialog's fields, in this order");
     editCommand->add_option("-p,--page", edit.page, "The page the shape is on");
     editCommand->add_option("-o,--output", edit.output, "Save to this file and leave FILE as it is");
+    editCommand->add_flag("--force", edit.force, "Save even if another program has changed the file meanwhile");
     editCommand->footer(
         "Examples:\n  vardo edit bank.vsdx Create\n  vardo edit bank.vsdx Create CreateUnits=Minutes CreateValue=5\n"
         "  vardo edit bank.vsdx \"Customer arrives\" CreateType=Schedule -o plan.vsdx\n");

@@ -28,6 +28,10 @@ class FileError : public std::exception {
   static FileError NotADrawing(const std::string& file, const std::string& what) {
     return FileError(file + " is " + what + "; choose a Visio drawing, stencil or template.");
   }
+  // Opening or saving it takes more memory than there is.
+  static FileError NeedsMemory(const std::string& file) {
+    return FileError(file + " needs more memory than this machine has free; close other programs and try again.");
+  }
 
  private:
   std::string sentence_;

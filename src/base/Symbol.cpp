@@ -17,7 +17,7 @@ class Names {
 
   std::uint32_t NumberOf(std::string_view name) {
     if (name.empty()) return 0;
-    const size_t hash = HashOf(name);
+    const std::uint64_t hash = HashOf(name);
     Slot& slot = SlotOf(name, hash);
     if (slot.number != 0) return slot.number;
     texts_.emplace_back(name);
@@ -31,18 +31,18 @@ class Names {
 
  private:
   struct Slot {
-    size_t hash = 0;
+    std::uint64_t hash = 0;
     std::uint32_t number = 0;  // 0: free
   };
 
-  static size_t HashOf(std::string_view name) {
-    size_t hash = 0xCBF29CE484222325;
+  static std::uint64_t HashOf(std::string_view name) {
+    std::uint64_t hash = 0xCBF29CE484222325;
     for (const char c : name) hash = (hash ^ static_cast<unsigned char>(LowerAscii(c))) * 0x100000001B3;
     return hash ^ (hash >> 29);
   }
 
   // The one that the name has, or a free one for it.
-  Slot& SlotOf(std::string_view name, size_t hash) {
+  Slot& SlotOf(std::string_view name, std::uint64_t hash) {
     size_t at = hash & (slots_.size() - 1);
     while (slots_[at].number != 0 && !(slots_[at].hash == hash && EqualAsciiIgnoringCase(texts_[slots_[at].number], name)))
       at = (at + 1) & (slots_.size() - 1);

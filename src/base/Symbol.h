@@ -32,5 +32,7 @@ class Symbol {
 
 template <>
 struct std::hash<vardo::Symbol> {
-  size_t operator()(vardo::Symbol symbol) const { return symbol.number() * size_t{0x9E3779B97F4A7C15}; }
+  size_t operator()(vardo::Symbol symbol) const {
+    return static_cast<size_t>(symbol.number() * std::uint64_t{0x9E3779B97F4A7C15});
+  }
 };

@@ -51,6 +51,11 @@ StringList GatherNames(NameList list, bool unique) {
   return FillComboFromDrawing(kinds, fields, unique);
 }
 
+bool NameIsUsed(NameList list, std::string_view name, int times) {
+  const auto& [kinds, fields] = catalogues[static_cast<size_t>(list)];
+  return TextOccursAtLeast(kinds, fields, name, times);
+}
+
 void AddNames(ItemList& items, NameList list) { Add(items, GatherNames(list, true)); }
 
 void AddNames(ItemList& items, std::string_view kind, std::string_view field) {

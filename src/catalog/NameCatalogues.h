@@ -16,6 +16,9 @@ void BuildNameCatalogues();
 // that has not been built.
 StringList GatherNames(NameList list, bool unique);
 
+// True when at least `times` of those names, repeats and all, equal the name, case apart.
+bool NameIsUsed(NameList list, std::string_view name, int times);
+
 // The fillers add what a unique gathering gives, in that order, without the empty names.
 void AddNames(ItemList& items, NameList list);
 // Of a single field instead of a catalogue.

@@ -81,7 +81,7 @@ void ModuleDialog::cmdCancel_Click() {
 
 // A new name may not be in use at all; the old one stands in the list once, for the shape itself.
 bool ModuleDialog::NameIsUnique() {
-  if (!NameOccursAtLeast(GatherNames(NameList::AllModules, false), NewName(), IsRenamed() ? 1 : 2)) return true;
+  if (!NameIsUsed(NameList::AllModules, NewName(), IsRenamed() ? 1 : 2)) return true;
   ShowFieldError(kDuplicateName);
   name_->SetFocus();
   return false;

@@ -27,6 +27,7 @@ bool IsText(pugi::xml_node node) { return node.type() == pugi::node_pcdata || no
 
 // Line ends within an element are line feeds to us whatever they are in the file.
 std::string WithLineFeeds(std::string_view raw) {
+  if (raw.find('\r') == std::string_view::npos) return std::string(raw);
   std::string text;
   for (size_t i = 0; i < raw.size(); ++i) {
     if (raw[i] != '\r')
@@ -55,7 +56,7 @@ struct Content {
   std::string value;
   std::string_view unit, formula, error = {};
 
-  bool GoesInText() const { return value.find_first_of("\n\r") != std::string::npos; }
+  bool GoesInText() const { return value.find('\n') != std::string::npos || value.find('\r') != std::string::npos; }
 };
 
 bool Holds(pugi::xml_node cell, const Content& content) {
@@ -128,7 +129,7 @@ bool FormulaIsInherited(pugi::xml_node cell) { return cell.attribute("F").value(
 
 std::string_view OwnFormulaOf(pugi::xml_node cell) {
   const std::string_view formula = cell.attribute("F").value();
-  return formula == kInheritedFormula || formula == kFormulaOfNone ? "" : formula;
+  return formula == kInheritedFormula || formula == kNoFormula ? "" : formula;
 }
 
 std::optional<std::string> FormulaText(pugi::xml_node cell, bool isText) {
@@ -136,7 +137,7 @@ std::optional<std::string> FormulaText(pugi::xml_node cell, bool isText) {
   if (!attributes.formula) return FormulaOf(RawValue(cell, attributes), attributes.unit, isText);
   const std::string_view formula = attributes.formula;
   if (formula == kInheritedFormula) return std::nullopt;
-  return std::string(formula == kFormulaOfNone ? "" : formula);
+  return std::string(formula == kNoFormula ? "" : formula);
 }
 
 CellValue StoredValue(pugi::xml_node cell, bool isText) {
@@ -148,16 +149,17 @@ CellValue StoredValue(pugi::xml_node cell, bool isText) {
 }
 
 void WriteFormula(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, std::string_view formula,
-                  const std::optional<CellValue>& value, bool isText, std::string_view error) {
-  if (formula.empty()) return Put(editor, part, cell, {isText ? "" : "0", "", kFormulaOfNone});
+                  const std::function<Evaluation()>& evaluate, bool isText) {
+  if (formula.empty()) return Put(editor, part, cell, {isText ? "" : "0", "", kNoFormula});
   if (auto constant = ParseConstant(formula)) {
     const std::string_view unit = isText && constant->unit == "STR" ? std::string_view() : constant->unit;
     // "1.50 in" and a number in a text cell would read back differently from value and unit alone.
     const bool readsBack = FormulaOf(WithLineFeeds(constant->value), unit, isText) == formula;
     return Put(editor, part, cell, {std::move(constant->value), unit, readsBack ? "" : formula});
   }
-  Content content =
-      value ? Computed(cell, *value, formula, isText) : Content{RawValue(cell), cell.attribute("U").value(), formula, error};
+  const Evaluation evaluation = evaluate();
+  const Content content = evaluation.value ? Computed(cell, *evaluation.value, formula, isText)
+                                           : Content{RawValue(cell), cell.attribute("U").value(), formula, evaluation.error};
   Put(editor, part, cell, content);
 }
 

@@ -5,16 +5,15 @@
 
 #include "document/TreeEditor.h"
 #include "document/XmlNode.h"
-#include "formula/Constant.h"
+#include "formula/Formula.h"
 
-#include <optional>
+#include <functional>
 #include <string>
 #include <string_view>
 
 namespace vardo {
 
 inline constexpr std::string_view kInheritedFormula = "Inh";
-inline constexpr std::string_view kFormulaOfNone = "No Formula";
 
 // True when the cell's formula is the master's: it is marked so, and only its value is local.
 bool FormulaIsInherited(pugi::xml_node cell);
@@ -25,10 +24,10 @@ std::optional<std::string> FormulaText(pugi::xml_node cell, bool isText);
 // The value as it stands in the file: a number where it reads as one and the unit is no string's.
 CellValue StoredValue(pugi::xml_node cell, bool isText);
 
-// Writes a formula into a Cell element. value is what it evaluates to; without one the cell keeps its last value. error: of a
-// formula that has no value now.
+// Writes a formula into a Cell element. evaluate is asked for what it comes to unless it is a constant; without a value the cell
+// keeps its last one.
 void WriteFormula(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, std::string_view formula,
-                  const std::optional<CellValue>& value, bool isText, std::string_view error = {});
+                  const std::function<Evaluation()>& evaluate, bool isText);
 
 // Writes what the cell's formula has become, and leaves the formula.
 void WriteValue(TreeEditor& editor, XmlPart& part, pugi::xml_node cell, const CellValue& value, bool isText);

@@ -4,9 +4,11 @@
 #include "base/FileError.h"
 #include "base/Numbers.h"
 #include "base/Text.h"
+#include "document/CellText.h"
 #include "document/DrawingCheck.h"
 #include "document/PackageEdits.h"
 #include "document/VisioXml.h"
+#include "package/Limits.h"
 #include "package/Package.h"
 #include "stencil/StencilPackage.h"
 
@@ -65,7 +67,7 @@ Drawing::Drawing(std::unique_ptr<Package> package)
 
 Drawing::~Drawing() = default;
 
-void Drawing::Save(const std::filesystem::path& file) { package_->Save(file); }
+void Drawing::Save(const std::filesystem::path& file, Overwrite overwrite) { package_->Save(file, overwrite); }
 
 bool Drawing::Changed() const { return package_->changed(); }
 
@@ -89,7 +91,10 @@ class ListReader {
       if (!relationship.external) targets_.emplace(relationship.id, relationship.target);
   }
 
-  void CheckId(pugi::xml_node entry) {
+  void CheckId(pugi::xml_node entry, size_t most) {
+    if (ids_.size() == most)
+      throw FileError::Unsafe(package_.displayName(),
+                              PartInWords(list_) + " names more than " + std::to_string(most) + " pages or masters");
     const std::string_view text = entry.attribute("ID").value();
     const auto id = ParseInteger(text);
     if (!id || *id < 0) throw Damaged(What(entry) + (text.empty() ? " without an ID" : " with the ID " + InWords(text)));
@@ -130,7 +135,7 @@ void Drawing::ReadMasters() {
   if (mastersPart_.empty()) return;
   ListReader reader(*package_, mastersPart_);
   for (const pugi::xml_node entry : ExpectRoot(*package_, mastersPart_, "Masters").root().children("Master")) {
-    reader.CheckId(entry);
+    reader.CheckId(entry, kMaxMasters);
     const std::string part = reader.PartOf(entry);
     if (part.empty()) throw reader.Damaged("a master that leads to no part");
     CheckShapes(package_->displayName(), ExpectRoot(*package_, part, "MasterContents"));
@@ -143,7 +148,8 @@ void Drawing::ReadPages() {
   ListReader reader(*package_, pagesPart_);
   XmlPart& list = ExpectRoot(*package_, pagesPart_, "Pages");
   for (const pugi::xml_node entry : list.root().children("Page")) {
-    reader.CheckId(entry);
+    reader.CheckId(entry, kMaxPages);
+    CheckRows(package_->displayName(), pagesPart_, entry.child("PageSheet"));
     const std::string part = reader.PartOf(entry);
     const bool isOnlyPage = !entry.previous_sibling("Page") && !entry.next_sibling("Page");
     if (part.empty() && !RelId(entry) && !isOnlyPage) throw reader.Damaged("a page that leads to no part");
@@ -363,7 +369,7 @@ void Drawing::Inserted(XmlPart& part, pugi::xml_node node) {
   else if (part.name() == mastersPart_ && IsNamed(node, "Master"))
     MasterListed(node);
   else
-    SheetEdited(part, node, true);
+    SheetEdited(part, node, true, true);
   if (wantsTouched_) NoteTouched(part, node);
 }
 
@@ -380,19 +386,20 @@ void Drawing::Removing(XmlPart& part, pugi::xml_node node) {
     callsOfMastersKnown_ = false;
     ++structure_;
   } else {
-    SheetEdited(part, node, false);
+    SheetEdited(part, node, false, true);
   }
 }
 
 void Drawing::Changing(XmlPart& part, pugi::xml_node node) {
-  if (DrawingPage* page = PageOf(part)) page->Changing(node);
+  if (DrawingPage* page = PageOf(part)) return page->Changing(node);
+  if (IsNamed(node, "Cell")) formulaBefore_ = OwnFormulaOf(node);
 }
 
 void Drawing::Changed(XmlPart& part, pugi::xml_node node) {
   if (DrawingPage* page = PageOf(part))
     page->Changed(node);
   else
-    SheetEdited(part, node, true);
+    SheetEdited(part, node, true, !IsNamed(node, "Cell") || OwnFormulaOf(node) != formulaBefore_);
   if (wantsTouched_) NoteTouched(part, node);
 }
 
@@ -416,18 +423,14 @@ void Drawing::MasterListed(pugi::xml_node entry) {
 }
 
 // The sheet of a page or of the document: its own cells, or the whole of it.
-void Drawing::SheetEdited(XmlPart& part, pugi::xml_node node, bool isThere) {
+void Drawing::SheetEdited(XmlPart& part, pugi::xml_node node, bool isThere, bool formulas) {
   DrawingPage* const page = part.name() == pagesPart_ ? PageAround(node) : nullptr;
   if (page && IsNamed(node, "PageSheet")) return page->SetPageSheet(isThere ? node.internal_object() : nullptr);
-  Sheet* const sheet = page                                                 ? &page->PageSheet()
-                       : documentSheet_ && &documentSheet_->part() == &part ? documentSheet_.get()
-                                                                            : nullptr;
-  if (!sheet) return;
-  if (!IsNamed(node, "Cell")) {
-    sheet->ForgetRows();
-    ++structure_;
-  }
-  sheet->ForgetFormulas();
+  if (!IsNamed(node, "Cell")) ++structure_;
+  if (page) return page->PageSheetChanged(!IsNamed(node, "Cell"), formulas);
+  if (!documentSheet_ || &documentSheet_->part() != &part) return;
+  if (!IsNamed(node, "Cell")) documentSheet_->ForgetRows();
+  if (formulas) documentSheet_->ForgetFormulas();
 }
 
 // ---------------------------------------------------------------------------------------------- what a step has touched
@@ -449,7 +452,7 @@ void Drawing::NoteTouched(XmlPart& part, pugi::xml_node node) {
   if (ofPageSheet) page = PageAround(node);
   if (!page) return;
   if (node.type() != pugi::node_element) node = node.parent();
-  TouchedCell touched{page->id(), 0, {}};
+  TouchedCell touched{page->id(), 0, ofPageSheet ? SheetKind::Page : SheetKind::Shape, {}};
   if (IsNamed(node, "Cell")) {
     touched.cell.cell = Symbol(node.attribute("N").value());
     const pugi::xml_node row = node.parent();

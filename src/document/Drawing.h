@@ -8,6 +8,7 @@
 #include "document/EditObserver.h"
 #include "document/TreeEditor.h"
 #include "document/UndoStep.h"
+#include "platform/FileSystem.h"
 
 #include <filesystem>
 #include <functional>
@@ -20,9 +21,10 @@
 
 namespace vardo {
 
-// Who wants to know what a step has touched: a sheet of a page, and the cell if it is one. shape: 0 for the page's own sheet.
+// Who wants to know what a step has touched: a shape or a page's own sheet, and the cell if it is one.
 struct TouchedCell {
   int page = 0, shape = 0;
+  SheetKind kind = SheetKind::Shape;
   CellAddress cell;  // of no cell: the shape itself, which has come, gone or changed
   friend bool operator==(const TouchedCell&, const TouchedCell&) = default;
 };
@@ -40,7 +42,8 @@ class Drawing : private EditObserver {
   static std::unique_ptr<Drawing> Open(const std::filesystem::path& file);
   static std::unique_ptr<Drawing> New();
   ~Drawing() override;
-  void Save(const std::filesystem::path& file);
+  // As the package saves.
+  void Save(const std::filesystem::path& file, Overwrite overwrite = Overwrite::Refuse);
   bool Changed() const;
 
   Package& package() { return *package_; }
@@ -98,7 +101,8 @@ class Drawing : private EditObserver {
   void Shifted(const RowsShifted& rows, bool again) override;
   void PageListed(XmlPart& list, pugi::xml_node entry);
   void MasterListed(pugi::xml_node entry);
-  void SheetEdited(XmlPart& part, pugi::xml_node node, bool isThere);
+  // formulas: some of them may be other ones now.
+  void SheetEdited(XmlPart& part, pugi::xml_node node, bool isThere, bool formulas);
   void NoteCallsOf(const DrawingMaster& master);
   DrawingPage* PageOf(const XmlPart& part) const;
   DrawingPage* PageAround(pugi::xml_node node) const;
@@ -119,6 +123,7 @@ class Drawing : private EditObserver {
   std::unordered_map<CellCall, std::vector<const Sheet*>, CellCallHash> callsOfMasters_;
   bool callsOfMastersKnown_ = false;
   unsigned structure_ = 0;
+  std::string formulaBefore_;  // of a page's or the document's own cell that is being changed
   bool wantsTouched_ = false;
   std::vector<TouchedCell> touched_;
   std::unordered_set<TouchedCell, TouchedCellHash> touchedOnce_;

@@ -4,6 +4,7 @@
 #include "base/Numbers.h"
 #include "base/Text.h"
 #include "document/DrawingShape.h"
+#include "package/Limits.h"
 #include "package/XmlPart.h"
 
 #include <pugixml.hpp>
@@ -34,6 +35,7 @@ class ShapeCheck {
       pending.pop_back();
       for (const pugi::xml_node shape : ShapesOf(sheet).children("Shape")) {
         if (IsDeletedShape(shape)) continue;
+        CheckRows(file_, part_.name(), shape);
         shapes_.push_back({NumberOf(shape), shape});
         pending.push_back(shape);
       }
@@ -86,6 +88,15 @@ class ShapeCheck {
 };
 
 }  // namespace
+
+void CheckRows(const std::string& file, const std::string& part, pugi::xml_node sheet) {
+  for (const pugi::xml_node section : sheet.children("Section")) {
+    size_t rows = 0;
+    for (pugi::xml_node row = section.first_child(); row && rows <= kMaxRows; row = row.next_sibling()) ++rows;
+    if (rows > kMaxRows)
+      throw FileError::Unsafe(file, PartInWords(part) + " has a section of more than " + std::to_string(kMaxRows) + " rows");
+  }
+}
 
 void CheckShapes(const std::string& file, XmlPart& part) { ShapeCheck(file, part).Run(); }
 

@@ -5,9 +5,21 @@
 #include <algorithm>
 
 namespace vardo {
+namespace {
+
+std::string NameOf(pugi::xml_node entry) {
+  const pugi::xml_attribute name = entry.attribute("NameU");
+  return name ? name.value() : entry.attribute("Name").value();
+}
+
+}  // namespace
 
 DrawingMaster::DrawingMaster(pugi::xml_node entry, std::string partName, XmlPart& part)
-    : entry_(entry.internal_object()), id_(entry.attribute("ID").as_int()), partName_(std::move(partName)), part_(part) {
+    : entry_(entry.internal_object()),
+      id_(entry.attribute("ID").as_int()),
+      name_(NameOf(entry)),
+      partName_(std::move(partName)),
+      part_(part) {
   struct Pending {
     pugi::xml_node element;
     DrawingShape* parent;
@@ -20,12 +32,6 @@ DrawingMaster::DrawingMaster(pugi::xml_node entry, std::string partName, XmlPart
     for (const pugi::xml_node inner : now.element.child("Shapes").children("Shape"))
       pending.push_back({inner, shapes_.back().get()});
   }
-}
-
-std::string DrawingMaster::Name() const {
-  const pugi::xml_node entry(entry_);
-  const pugi::xml_attribute name = entry.attribute("NameU");
-  return name ? name.value() : entry.attribute("Name").value();
 }
 
 const DrawingShape* DrawingMaster::FindShape(int id) const {

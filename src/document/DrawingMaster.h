@@ -14,7 +14,7 @@ class DrawingMaster {
   DrawingMaster(pugi::xml_node entry, std::string partName, XmlPart& part);
 
   int id() const { return id_; }
-  std::string Name() const;
+  const std::string& Name() const { return name_; }
   // In the list of masters.
   XmlNode entry() const { return entry_; }
   const std::string& partName() const { return partName_; }
@@ -28,6 +28,7 @@ class DrawingMaster {
  private:
   XmlNode entry_;
   int id_;
+  std::string name_;
   std::string partName_;
   XmlPart& part_;
   std::vector<std::unique_ptr<DrawingShape>> shapes_;  // the top shape first

@@ -201,7 +201,12 @@ void DrawingPage::AddShapes(pugi::xml_node element, DrawingShape* parent) {
   DrawingShape* const shape = view.get();
   drawing_.NoteShapeId(id_, shape->id());
   shapes_[shape->id()] = std::move(view);
+  if (freeSlots_.empty()) freeSlots_.push_back(slots_++);
+  shape->slot_ = freeSlots_.back();
+  freeSlots_.pop_back();
+  if (shape->MasterId() >= 0) shape->master_ = drawing_.FindMaster(shape->MasterId());
   if (!parent) {
+    if (element.next_sibling("Shape")) ForgetPositions();
     orderKnown_ = orderKnown_ && !element.next_sibling("Shape");
     if (orderKnown_) topLevel_.push_back(shape);
     shape->index_ = static_cast<int>(topLevel_.size());
@@ -224,6 +229,9 @@ void DrawingPage::RemoveShapes(pugi::xml_node element) {
     topLevel_[static_cast<size_t>(shape->index_) - 1] = nullptr;
     hasGaps_ = true;
   }
+  if (!shape->parent()) ForgetPositions();
+  columns_.Forget(shape->slot_);
+  freeSlots_.push_back(shape->slot_);
   shapes_.erase(entry);
   drawing_.NoteStructure();
 }
@@ -275,8 +283,7 @@ const Sheet* DrawingPage::BaseOf(pugi::xml_node element, const DrawingShape* par
 }
 
 ShapeNames::Claim DrawingPage::ClaimOf(const DrawingShape& shape) const {
-  const DrawingMaster* master = shape.MasterId() < 0 ? nullptr : drawing_.FindMaster(shape.MasterId());
-  return {shape.id(), shape.StoredName(), master ? master->Name() : ""};
+  return {shape.id(), shape.StoredName(), shape.master() ? shape.master()->Name() : ""};
 }
 
 void DrawingPage::EnsureNames() {
@@ -327,7 +334,51 @@ void DrawingPage::ForgetAll() {
   readers_.Forget();
   connects_.clear();
   instances_.clear();
+  columns_.Clear();
+  freeSlots_.clear();
+  slots_ = 0;
+  tallies_.clear();
   drawing_.NoteStructure();
+}
+
+// -------------------------------------------------------------------------------------------------- properties in bulk
+
+std::string DrawingPage::ListOfPositions(Symbol field) const {
+  const CellAddress address{FindSectionByElement("Property"), RowKey::Named(field), Symbol("Value")};
+  return sheet_.Exists(address) ? sheet_.Formula(address) : "";
+}
+
+std::optional<ListedTally::Count> DrawingPage::CountInListedShapes(Symbol list, Symbol field, const std::string& key) {
+  EnsureOrder();
+  return tallies_.try_emplace({list, field}, list, field).first->second.CountOf(*this, key);
+}
+
+// The property that a Cell or Row is of; all of the shape's, where more than one may be touched.
+void DrawingPage::ForgetProperties(const DrawingShape& shape, pugi::xml_node node) {
+  if (columns_.empty()) return;
+  const pugi::xml_node row = IsNamed(node, "Cell") ? node.parent() : node;
+  if (IsNamed(node, "Cell") && (!IsNamed(row, "Row") || std::string_view(row.parent().attribute("N").value()) != "Property"))
+    return;
+  if (IsNamed(row, "Row") && IsNamed(node, "Cell"))
+    columns_.Forget(shape.slot_, Symbol(row.attribute("N").value()));
+  else
+    columns_.Forget(shape.slot_);
+  for (auto& [key, tally] : tallies_) tally.ValueChanged(shape);
+}
+
+void DrawingPage::ForgetPositions() {
+  for (auto& [key, tally] : tallies_) tally.PositionsChanged();
+}
+
+void DrawingPage::SetPageSheet(XmlNode element) {
+  sheet_.SetElement(element);
+  PageSheetChanged(true, true);
+}
+
+void DrawingPage::PageSheetChanged(bool rows, bool formulas) {
+  if (rows) sheet_.ForgetRows();
+  if (formulas) sheet_.ForgetFormulas();
+  for (auto& [key, tally] : tallies_) tally.ListChanged();
 }
 
 // ------------------------------------------------------------------------------------------------ what edits have changed
@@ -359,6 +410,7 @@ void DrawingPage::Inserted(pugi::xml_node node) {
     for (const pugi::xml_node child : node.children()) Inserted(child);
   } else if (DrawingShape* shape = ShapeAround(node)) {
     NoteFormulas(node, +1);
+    ForgetProperties(*shape, node);
     if (!IsNamed(node, "Cell")) shape->ForgetRows();
     if (HasOwnFormulas(node)) shape->ForgetFormulas();
   }
@@ -376,6 +428,7 @@ void DrawingPage::Removing(pugi::xml_node node) {
     for (const pugi::xml_node child : node.children()) Removing(child);
   } else if (DrawingShape* shape = ShapeAround(node)) {
     NoteFormulas(node, -1);
+    ForgetProperties(*shape, node);
     if (!IsNamed(node, "Cell")) {
       shape->ForgetRows();
       drawing_.NoteStructure();
@@ -406,9 +459,11 @@ void DrawingPage::Changed(pugi::xml_node node) {
   }
   const bool isCell = IsNamed(node, "Cell");
   const bool isAsBefore = isCell ? OwnFormulaOf(node) == formulaBefore_ : !IsNamed(node, "Row") && !IsNamed(node, "Section");
-  if (isAsBefore) return;
+  if (isAsBefore && columns_.empty()) return;
   const DrawingShape* shape = ShapeAround(node);
   if (!shape) return;
+  ForgetProperties(*shape, node);
+  if (isAsBefore) return;
   shape->ForgetFormulas();
   if (!isCell) return shape->ForgetRows();
   readers_.Note(shape->id(), formulaBefore_, -1);

@@ -3,9 +3,12 @@
 #pragma once
 
 #include "document/DrawingShape.h"
+#include "document/ListedTally.h"
 #include "document/PageReaders.h"
+#include "document/PropertyColumns.h"
 #include "document/ShapeNames.h"
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -98,14 +101,22 @@ class DrawingPage {
   // The shapes that inherit from that shape of a master.
   const std::vector<DrawingShape*>& InstancesOf(const Sheet& masterShape);
 
+  // --- Properties in bulk.
+  // The formulas of "Prop." + field as they are stored, to be asked of shapes of this page with their slots.
+  PropertyColumns::Column& PropertyColumn(Symbol field) { return columns_.Of(field); }
+  // Of the page's own sheet; empty when it has no such property.
+  std::string ListOfPositions(Symbol field) const;
+  std::optional<ListedTally::Count> CountInListedShapes(Symbol list, Symbol field, const std::string& key);
+
   // --- What the drawing has heard of edits of the page's part, or of its sheet.
   void Inserted(pugi::xml_node node);
   void Removing(pugi::xml_node node);
   void Changing(pugi::xml_node node);
   void Changed(pugi::xml_node node);
   void MasterChanged();
-  // The page's element has got a sheet, or lost it.
-  void SetPageSheet(XmlNode element) { sheet_.SetElement(element); }
+  // The page's element has got a sheet, or lost it; something in that sheet has changed.
+  void SetPageSheet(XmlNode element);
+  void PageSheetChanged(bool rows, bool formulas);
 
  private:
   using NewIds = std::unordered_map<int, int>;
@@ -124,6 +135,8 @@ class DrawingPage {
   const Sheet* BaseOf(pugi::xml_node element, const DrawingShape* parent) const;
   DrawingShape* ShapeAround(pugi::xml_node node);
   void NoteFormulas(pugi::xml_node node, int by);
+  void ForgetProperties(const DrawingShape& shape, pugi::xml_node node);
+  void ForgetPositions();
   void ForgetAll();
 
   pugi::xml_node ShapesElement();
@@ -156,7 +169,11 @@ class DrawingPage {
   PageReaders readers_;
   std::unordered_map<int, std::vector<XmlNode>> connects_;  // by both their shapes
   std::unordered_map<const Sheet*, std::vector<DrawingShape*>> instances_;
-  std::string formulaBefore_;  // of the cell that is being changed
+  PropertyColumns columns_;
+  std::vector<std::uint32_t> freeSlots_;
+  std::uint32_t slots_ = 0;
+  std::map<std::pair<Symbol, Symbol>, ListedTally> tallies_;  // by list and field
+  std::string formulaBefore_;                                 // of the cell that is being changed
 };
 
 }  // namespace vardo

@@ -3,6 +3,7 @@
 //   A removed node is put aside in its tree, where it is not saved: nodes that come back are the very same.
 #pragma once
 
+#include "document/SheetKind.h"
 #include "document/XmlNode.h"
 
 #include <cstdint>
@@ -67,6 +68,7 @@ struct PartPresence {
 // Rows of a sheet have made room at a position (+1), or closed up (-1): nothing in a tree, but those who hold a row need to know.
 struct RowsShifted {
   int page, shape;
+  SheetKind kind;
   const SectionInfo* section;
   int position, by;
 };

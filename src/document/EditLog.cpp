@@ -123,7 +123,7 @@ void EditLog::Apply(Edit& edit, Direction direction) {
                         },
                         [&](PartPresence& e) { package_.SetPresent(*e.part, e.present == forward); },
                         [&](RowsShifted& e) {
-                          observer_.Shifted({e.page, e.shape, e.section, e.position, forward ? e.by : -e.by}, true);
+                          observer_.Shifted({e.page, e.shape, e.kind, e.section, e.position, forward ? e.by : -e.by}, true);
                         }},
              edit);
 }

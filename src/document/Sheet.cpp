@@ -78,7 +78,7 @@ void FillRow(const SectionInfo& section, pugi::xml_node row) {
     cell.append_attribute("N").set_value(std::string(column.name).c_str());
     cell.append_attribute("V").set_value(std::string(column.value).c_str());
     const bool noValueYet = column.name == section.shortName || column.name == "DataLinked";
-    if (section.rowsHaveNames && noValueYet) cell.append_attribute("F").set_value(std::string(kFormulaOfNone).c_str());
+    if (section.rowsHaveNames && noValueYet) cell.append_attribute("F").set_value(std::string(kNoFormula).c_str());
   }
 }
 
@@ -341,14 +341,14 @@ bool Sheet::RowExists(const SectionInfo& section, RowKey key, bool localOnly) co
 
 void Sheet::SetFormula(TreeEditor& editor, const CellAddress& address, std::string_view formula, const FormulaScope& scope) {
   const pugi::xml_node cell = EnsureCell(editor, address);
-  Evaluation evaluation;
-  if (!formula.empty() && !ParseConstant(formula)) {
-    evaluation = vardo::Formula(formula).Evaluate(scope);
+  const auto evaluate = [&] {
+    Evaluation evaluation = vardo::Formula(formula).Evaluate(scope);
     // A text whose inner quotes are not doubled is no formula the host could evaluate, yet its text is plain to see.
     if (!evaluation.value && formula.size() >= 2 && formula.front() == '"' && formula.back() == '"')
       evaluation = {std::string(formula.substr(1, formula.size() - 2))};
-  }
-  WriteFormula(editor, *part_, cell, formula, evaluation.value, IsTextCell(address), evaluation.error);
+    return evaluation;
+  };
+  WriteFormula(editor, *part_, cell, formula, evaluate, IsTextCell(address));
 }
 
 bool Sheet::StoreEvaluation(TreeEditor& editor, const CellAddress& address, const Evaluation& evaluation) {

@@ -3,6 +3,9 @@
 #include "document/EditObserver.h"
 #include "document/UndoStep.h"
 #include "package/Package.h"
+#include "package/TreeMemory.h"
+
+#include <new>
 
 namespace vardo {
 namespace {
@@ -41,6 +44,10 @@ void TreeEditor::AppendText(XmlPart& part, pugi::xml_node parent, std::string_vi
 }
 
 void TreeEditor::NoteInsertion(XmlPart& part, pugi::xml_node node) {
+  if (TreesRanOut() || !node) {
+    node.parent().remove_child(node);
+    throw std::bad_alloc();
+  }
   const UndoStep step(log_, kLabelOfLoneEdit);
   log_.TouchPart(part);
   if (!log_.IsFresh(node.parent())) log_.Add(NodeInserted{&part, node.internal_object(), PlaceOf(node)});
@@ -67,6 +74,7 @@ void TreeEditor::ChangeAttributes(XmlPart& part, pugi::xml_node element, const C
   observer_.Changing(part, element);
   change(element);
   observer_.Changed(part, element);
+  if (TreesRanOut()) throw std::bad_alloc();
 }
 
 void TreeEditor::SetText(XmlPart& part, pugi::xml_node node, std::string_view text) {
@@ -76,6 +84,7 @@ void TreeEditor::SetText(XmlPart& part, pugi::xml_node node, std::string_view te
   observer_.Changing(part, node);
   node.set_value(std::string(text).c_str());
   observer_.Changed(part, node);
+  if (TreesRanOut()) throw std::bad_alloc();
 }
 
 void TreeEditor::NoteContent(XmlPart& part, pugi::xml_node node, const std::function<Edit()>& record) {

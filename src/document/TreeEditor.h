@@ -17,6 +17,7 @@ class EditObserver;
 class Package;
 class XmlPart;
 
+// Without memory for an edit std::bad_alloc is thrown, so that the step is taken back.
 class TreeEditor {
  public:
   // What is done to a node's own tree before anybody hears of it, or within one record.

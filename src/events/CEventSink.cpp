@@ -34,8 +34,6 @@ std::string KindOf(const IVShapePtr& shape) {
 // The property that holds the name of a module of that kind.
 std::string_view NameField(std::string_view kind) { return FindModule(kind)->Name().field; }
 
-StringList AllModuleNames() { return GatherNames(NameList::AllModules, false); }
-
 // Gives the shape the next number of its kind, in its text and in its name property. A copied Process gives up the submodel page
 // that belongs to the original.
 void Renumber(const IVShapePtr& shape, const std::string& kind) {
@@ -196,7 +194,7 @@ void CEventSink::ModuleAdded(const IVShapePtr& shape, const std::string& kind) {
   const bool isTaken = WithSecondTry([&] {
     settle();
     const std::string text = shape->Text();
-    return !text.empty() && NameOccursAtLeast(AllModuleNames(), text, 1);
+    return !text.empty() && NameIsUsed(NameList::AllModules, text, 1);
   });
   WithSecondTry([&] {
     settle();
@@ -254,7 +252,7 @@ void CEventSink::ShapeTextEdited(std::string_view moreInfo) {
   if (text.empty()) return PutText(shape, stored);
   if (text != typed) PutText(shape, text);
   const int times = text == stored ? 2 : 1;
-  if (WithSecondTry([&] { return NameOccursAtLeast(AllModuleNames(), text, times); })) {
+  if (WithSecondTry([&] { return NameIsUsed(NameList::AllModules, text, times); })) {
     ShowFieldError(kDuplicateName);
     return PutText(shape, stored);
   }

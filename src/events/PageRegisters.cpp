@@ -9,14 +9,29 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
+#include <vector>
 
 namespace vardo {
 namespace {
 
-// The place in the registers' order; past the last for a name that is no kind.
-size_t RegisterOf(std::string_view kind) {
-  return static_cast<size_t>(std::find(std::begin(kModuleKinds), std::end(kModuleKinds), kind) - std::begin(kModuleKinds));
-}
+// The masters of a drawing are few: each is looked up among the kinds once.
+class Kinds {
+ public:
+  // The place in the registers' order; past the last for a name that is no kind.
+  size_t RegisterOf(std::string_view master) {
+    for (const auto& [name, place] : known_)
+      if (name.data() == master.data() && name.size() == master.size()) return place;
+    const auto kind = std::find(std::begin(kModuleKinds), std::end(kModuleKinds), master);
+    const auto place = static_cast<size_t>(kind - std::begin(kModuleKinds));
+    if (known_.size() < kMostKnown) known_.emplace_back(master, place);
+    return place;
+  }
+
+ private:
+  static constexpr size_t kMostKnown = 32;
+  std::vector<std::pair<std::string_view, size_t>> known_;
+};
 
 }  // namespace
 
@@ -26,7 +41,7 @@ std::string DrawingKindShapeIndexes(std::string_view kind) {
   const int count = pages->Count();
   for (int i = 1; i <= count; ++i) {
     const std::string indexes = PropText(pages->Item(i)->PageSheet(), kind);
-    if (SplitList(indexes, kListDelimiter).front().empty()) continue;
+    if (indexes.empty() || indexes.starts_with(kListDelimiter)) continue;
     joined += (joined.empty() ? "" : ";") + indexes;
   }
   return joined;
@@ -34,25 +49,24 @@ std::string DrawingKindShapeIndexes(std::string_view kind) {
 
 int KindShapeCount(std::string_view kind) {
   const std::string indexes = DrawingKindShapeIndexes(kind);
-  return indexes.empty() ? 0 : static_cast<int>(SplitList(indexes, ";").size());
+  return indexes.empty() ? 0 : CountOccurrences(indexes, kListDelimiter) + 1;
 }
 
 void CountModuleNames(const IVPagePtr& page, const ShapeIndexes& goingAway) {
   std::string registers[std::size(kModuleKinds)];
-  int gone = 0, kept = 0;
-  const IVShapesPtr shapes = page->Shapes();
-  const int count = shapes->Count();
-  for (int i = 1; i <= count; ++i) {
-    const IVShapePtr shape = shapes->Item(i);
-    const int index = shape->Index();
+  Kinds kinds;
+  int index = 0, gone = 0, kept = 0;
+  const BulkTexts masters = page->MasterNames();
+  for (const auto& master : masters.texts()) {
+    ++index;
     if (goingAway.contains(index)) {
       ++gone;
       continue;
     }
-    const IVMasterPtr master = shape->Master();
-    const size_t at = master ? RegisterOf(master->Name()) : std::size(kModuleKinds);
+    const size_t at = master ? kinds.RegisterOf(*master) : std::size(kModuleKinds);
     if (at == std::size(kModuleKinds)) continue;
-    registers[at] += (registers[at].empty() ? "" : ";") + std::to_string(index - gone);
+    if (!registers[at].empty()) registers[at] += kListDelimiter;
+    registers[at] += std::to_string(index - gone);
     ++kept;
   }
   for (size_t at = 0; at < std::size(kModuleKinds); ++at) SetPagePropList(page, kModuleKinds[at], registers[at]);

@@ -9,6 +9,9 @@
 
 namespace vardo {
 
+// What a file says of a cell that has no formula.
+inline constexpr std::string_view kNoFormula = "No Formula";
+
 using CellValue = std::variant<double, std::string>;
 
 struct Constant {

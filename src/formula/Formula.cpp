@@ -96,19 +96,19 @@ std::optional<std::uint32_t> FindFormulaFunction(std::string_view name, size_t a
 
 class FormulaEvaluator {
  public:
-  FormulaEvaluator(const Formula& formula, const FormulaScope& scope) : formula_(formula), scope_(scope) {}
+  FormulaEvaluator(const Formula& formula, const FormulaScope& scope) : formula_(formula), tree_(*formula.tree_), scope_(scope) {}
 
-  CellValue Whole() { return Value(formula_.root_); }
+  CellValue Whole() { return Value(tree_.root); }
 
  private:
   CellValue Value(std::uint32_t at) {
-    const Formula::Node& node = formula_.nodes_[at];
+    const Formula::Node& node = tree_.nodes[at];
     const auto operation = static_cast<FormulaOperation>(node.kind);
     switch (operation) {
       case FormulaOperation::Number:
-        return formula_.numbers_[node.content];
+        return tree_.numbers[node.content];
       case FormulaOperation::String:
-        return formula_.strings_[node.content];
+        return tree_.strings[node.content];
       case FormulaOperation::Reference:
         return Referred(node.content);
       case FormulaOperation::Call:
@@ -122,7 +122,7 @@ class FormulaEvaluator {
       case FormulaOperation::Trigger:
         return Trigger(node);
       case FormulaOperation::WalkingGlue:
-        return Coordinate(scope_.WalkingEnd(formula_.strings_[node.content], formula_.strings_[node.content + 1]));
+        return Coordinate(scope_.WalkingEnd(tree_.strings[node.content], tree_.strings[node.content + 1]));
       case FormulaOperation::LostReference:
         throw CannotEvaluate{"#REF!"};
       default:
@@ -132,7 +132,7 @@ class FormulaEvaluator {
 
   CellValue Combined(FormulaOperation operation, const Formula::Node& node) {
     const CellValue left = Value(node.first);
-    const CellValue right = Value(formula_.nodes_[node.first].next);
+    const CellValue right = Value(tree_.nodes[node.first].next);
     switch (operation) {
       case FormulaOperation::Add:
         return Number(left) + Number(right);
@@ -159,7 +159,7 @@ class FormulaEvaluator {
 
   Arguments Operands(const Formula::Node& node) {
     Arguments values;
-    for (std::uint32_t at = node.first; at != 0; at = formula_.nodes_[at].next) values.push_back(Value(at));
+    for (std::uint32_t at = node.first; at != 0; at = tree_.nodes[at].next) values.push_back(Value(at));
     return values;
   }
 
@@ -171,7 +171,7 @@ class FormulaEvaluator {
 
   CellValue PointOfShape(const Formula::Node& node) {
     const double x = Number(Value(node.first));
-    const double y = Number(Value(formula_.nodes_[node.first].next));
+    const double y = Number(Value(tree_.nodes[node.first].next));
     const std::string_view sheet = lastReference_ ? std::string_view(formula_.references_[*lastReference_].sheet) : "";
     return Coordinate(scope_.OnPage(sheet, {x, y}));
   }
@@ -184,14 +184,21 @@ class FormulaEvaluator {
   }
 
   const Formula& formula_;
+  const Formula::Tree& tree_;
   const FormulaScope& scope_;
   std::optional<std::uint32_t> lastReference_;
 };
 
-Formula::Formula(std::string_view text) : text_(text) { FormulaParser(*this).Run(); }
+Formula::Formula(std::string_view text) : text_(text) {
+  FormulaParser parser(text_);
+  references_ = std::move(parser.references);
+  places_ = std::move(parser.places);
+  followsPoint_ = parser.namesPoint;
+}
 
 Evaluation Formula::Evaluate(const FormulaScope& scope) const try {
-  if (root_ == 0) return {};
+  if (!tree_) tree_ = FormulaParser(text_).Parse();
+  if (tree_->root == 0) return {};
   CellValue value = FormulaEvaluator(*this, scope).Whole();
   if (const auto* number = std::get_if<double>(&value); number && !std::isfinite(*number)) return {};
   return {std::move(value)};
@@ -213,10 +220,6 @@ std::string Formula::WithReferences(const std::function<bool(FormulaReference&)>
     copied = places_[i].end;
   }
   return result.append(text_, copied);
-}
-
-bool Formula::IsTrigger() const {
-  return root_ != 0 && static_cast<FormulaOperation>(nodes_[root_].kind) == FormulaOperation::Trigger;
 }
 
 std::string SheetNameInFormula(std::string_view name) {

@@ -1,5 +1,5 @@
 // A cell's formula: read once, then evaluated, asked for what it refers to, and rewritten. What is not changed is written back as
-// it stood, and so is a text that is beyond us.
+// it stood, and so is a text that is beyond us. For one thread: its tree is made when it is first evaluated.
 #pragma once
 
 #include "formula/CellNames.h"
@@ -72,7 +72,7 @@ class Formula {
   // PAR(PNT(...)): the place of a point of another shape, which moves when that shape does.
   bool FollowsPoint() const { return followsPoint_; }
   // _XFTRIGGER(...): computed anew whenever the shape that it names moves.
-  bool IsTrigger() const;
+  bool IsTrigger() const { return text_.starts_with("_XFTRIGGER("); }
 
  private:
   friend class FormulaParser;
@@ -82,7 +82,7 @@ class Formula {
   struct Node {
     std::uint8_t kind;
     std::uint32_t first = 0, next = 0;
-    std::uint32_t content = 0;  // by kind: of numbers_, strings_ or references_; the function
+    std::uint32_t content = 0;  // by kind: of numbers, strings or references; the function
   };
   struct Place {
     std::uint32_t start, end;
@@ -91,11 +91,15 @@ class Formula {
   std::string text_;
   std::vector<FormulaReference> references_;
   std::vector<Place> places_;  // of the references, in the text
-  std::vector<Node> nodes_;    // operands come first; the one with the number 0 is no node
-  std::uint32_t root_ = 0;     // 0: the text is beyond us
-  std::vector<double> numbers_;
-  std::vector<std::string> strings_;
   bool followsPoint_ = false;
+  // Operands come first; the node with the number 0 is none. The root is 0 when the text is beyond us.
+  struct Tree {
+    std::vector<Node> nodes;
+    std::uint32_t root = 0;
+    std::vector<double> numbers;
+    std::vector<std::string> strings;
+  };
+  mutable std::optional<Tree> tree_;
 };
 
 // A sheet's name as a formula writes it: in quotes where it is no plain name.

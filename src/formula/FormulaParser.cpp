@@ -29,18 +29,15 @@ bool IsPlainFormulaName(std::string_view name) {
   return !name.empty() && IsNameStart(name.front()) && std::all_of(name.begin(), name.end(), IsNamePart);
 }
 
-void FormulaParser::Run() {
-  Scan();
-  try {
-    Add(FormulaOperation::Number);
-    formula_.root_ = Comparison();
-    if (Now().kind != TokenKind::End) throw Beyond{};
-  } catch (const Beyond&) {
-    formula_.root_ = 0;
-    formula_.nodes_.clear();
-    formula_.numbers_.clear();
-    formula_.strings_.clear();
-  }
+FormulaParser::FormulaParser(std::string_view text) : text_(text) { Scan(); }
+
+Formula::Tree FormulaParser::Parse() try {
+  Add(FormulaOperation::Number);
+  tree_.root = Comparison();
+  if (Now().kind != TokenKind::End) throw Beyond{};
+  return std::move(tree_);
+} catch (const Beyond&) {
+  return {};
 }
 
 // ------------------------------------------------------------------------------------------------------ text to tokens
@@ -145,7 +142,10 @@ void FormulaParser::ScanName() {
   at_ = NameEnd(at_);
   if (at_ < text_.size() && text_[at_] == '!') return ScanReference(start, std::string(text_.substr(start, at_ - start)));
   const size_t behind = text_.find_first_not_of(' ', at_);
-  if (behind != std::string_view::npos && text_[behind] == '(') return AddToken(TokenKind::Function, start);
+  if (behind != std::string_view::npos && text_[behind] == '(') {
+    namesPoint = namesPoint || text_.substr(start, at_ - start) == "PNT";
+    return AddToken(TokenKind::Function, start);
+  }
   AddReference(start, "", text_.substr(start, at_ - start));
 }
 
@@ -157,10 +157,10 @@ void FormulaParser::ScanReference(std::uint32_t start, std::string sheet) {
 }
 
 void FormulaParser::AddReference(std::uint32_t start, std::string sheet, std::string_view cell) {
-  AddToken(TokenKind::Reference, start, static_cast<std::uint32_t>(formula_.references_.size()));
+  AddToken(TokenKind::Reference, start, static_cast<std::uint32_t>(references.size()));
   const bool onOtherPage = start > 0 && text_[start - 1] == '!';
-  formula_.references_.push_back({std::move(sheet), std::string(cell), onOtherPage, ParseCellName(cell)});
-  formula_.places_.push_back({start, static_cast<std::uint32_t>(at_)});
+  references.push_back({std::move(sheet), std::string(cell), onOtherPage, ParseCellName(cell)});
+  places.push_back({start, static_cast<std::uint32_t>(at_)});
 }
 
 // ------------------------------------------------------------------------------------------------------ tokens to tree
@@ -187,14 +187,14 @@ void FormulaParser::Expect(std::string_view sign) {
 }
 
 std::uint32_t FormulaParser::Add(FormulaOperation operation, std::uint32_t content) {
-  formula_.nodes_.push_back({static_cast<std::uint8_t>(operation), 0, 0, content});
-  return static_cast<std::uint32_t>(formula_.nodes_.size() - 1);
+  tree_.nodes.push_back({static_cast<std::uint8_t>(operation), 0, 0, content});
+  return static_cast<std::uint32_t>(tree_.nodes.size() - 1);
 }
 
 std::uint32_t FormulaParser::Join(FormulaOperation operation, std::uint32_t left, std::uint32_t right) {
   const std::uint32_t node = Add(operation);
-  formula_.nodes_[node].first = left;
-  formula_.nodes_[left].next = right;
+  tree_.nodes[node].first = left;
+  tree_.nodes[left].next = right;
   return node;
 }
 
@@ -244,7 +244,7 @@ std::uint32_t FormulaParser::Signed() {
     if (!Take(text)) continue;
     const std::uint32_t operand = Signed();
     const std::uint32_t node = Add(operation);
-    formula_.nodes_[node].first = operand;
+    tree_.nodes[node].first = operand;
     return node;
   }
   return Primary();
@@ -262,13 +262,13 @@ std::uint32_t FormulaParser::Primary() {
   if (token.kind == TokenKind::Number) return NumberNode(token);
   if (token.kind == TokenKind::Function) return Call(token.TextIn(text_));
   if (token.kind == TokenKind::String) {
-    formula_.strings_.push_back(Unescaped(token.start, token.end));
-    return Add(FormulaOperation::String, static_cast<std::uint32_t>(formula_.strings_.size() - 1));
+    tree_.strings.push_back(Unescaped(token.start, token.end));
+    return Add(FormulaOperation::String, static_cast<std::uint32_t>(tree_.strings.size() - 1));
   }
   for (const auto& [name, value] : {std::pair("TRUE", 1.0), std::pair("FALSE", 0.0)}) {
     if (token.TextIn(text_) != name) continue;
-    formula_.numbers_.push_back(value);
-    return Add(FormulaOperation::Number, static_cast<std::uint32_t>(formula_.numbers_.size() - 1));
+    tree_.numbers.push_back(value);
+    return Add(FormulaOperation::Number, static_cast<std::uint32_t>(tree_.numbers.size() - 1));
   }
   return Add(FormulaOperation::Reference, token.reference);
 }
@@ -277,8 +277,8 @@ std::uint32_t FormulaParser::NumberNode(const Token& token) {
   const auto constant = ParseConstant(token.TextIn(text_));
   const auto number = constant ? ParseNumber(constant->value) : std::nullopt;
   if (!number) throw Beyond{};
-  formula_.numbers_.push_back(*number);
-  return Add(FormulaOperation::Number, static_cast<std::uint32_t>(formula_.numbers_.size() - 1));
+  tree_.numbers.push_back(*number);
+  return Add(FormulaOperation::Number, static_cast<std::uint32_t>(tree_.numbers.size() - 1));
 }
 
 std::uint32_t FormulaParser::Call(std::string_view name) {
@@ -303,7 +303,7 @@ std::uint32_t FormulaParser::Call(std::string_view name) {
   if (!function) throw Beyond{};
   const std::uint32_t node = Add(FormulaOperation::Call, *function);
   for (size_t i = 0; i < arguments.size(); ++i)
-    (i == 0 ? formula_.nodes_[node].first : formula_.nodes_[arguments[i - 1]].next) = arguments[i];
+    (i == 0 ? tree_.nodes[node].first : tree_.nodes[arguments[i - 1]].next) = arguments[i];
   return node;
 }
 
@@ -317,7 +317,6 @@ std::uint32_t FormulaParser::PointOfShape() {
   const std::uint32_t y = Comparison();
   Expect(")");
   Expect(")");
-  formula_.followsPoint_ = true;
   return Join(FormulaOperation::PointOfShape, x, y);
 }
 
@@ -327,10 +326,10 @@ std::uint32_t FormulaParser::Trigger() {
   if (cell.kind != TokenKind::Reference) throw Beyond{};
   ++token_;
   Expect(")");
-  const bool ofOtherShape = !formula_.references_[cell.reference].sheet.empty();
+  const bool ofOtherShape = !references[cell.reference].sheet.empty();
   const std::uint32_t reference = ofOtherShape ? Add(FormulaOperation::Reference, cell.reference) : 0;
   const std::uint32_t node = Add(FormulaOperation::Trigger);
-  formula_.nodes_[node].first = reference;
+  tree_.nodes[node].first = reference;
   return node;
 }
 
@@ -340,10 +339,10 @@ std::uint32_t FormulaParser::WalkingGlue() {
     if (Now().kind != TokenKind::Reference) throw Beyond{};
     return std::string(tokens_[token_++].TextIn(text_));
   };
-  const auto first = static_cast<std::uint32_t>(formula_.strings_.size());
-  formula_.strings_.push_back(name());
+  const auto first = static_cast<std::uint32_t>(tree_.strings.size());
+  tree_.strings.push_back(name());
   Expect(",");
-  formula_.strings_.push_back(name());
+  tree_.strings.push_back(name());
   while (Take(",")) name();
   Expect(")");
   return Add(FormulaOperation::WalkingGlue, first);

@@ -43,8 +43,14 @@ bool IsPlainFormulaName(std::string_view name);
 
 class FormulaParser {
  public:
-  explicit FormulaParser(Formula& formula) : formula_(formula), text_(formula.text_) {}
-  void Run();
+  // Finds the references.
+  explicit FormulaParser(std::string_view text);
+  // The tree over them.
+  Formula::Tree Parse();
+
+  std::vector<FormulaReference> references;
+  std::vector<Formula::Place> places;
+  bool namesPoint = false;
 
  private:
   enum class TokenKind : std::uint8_t { Number, String, Reference, Function, Sign, Other, End };
@@ -87,8 +93,8 @@ class FormulaParser {
 
   struct Nested;
 
-  Formula& formula_;
   std::string_view text_;
+  Formula::Tree tree_;
   size_t at_ = 0;
   std::vector<Token> tokens_;
   size_t token_ = 0;

@@ -113,12 +113,13 @@ void DrawingHost::Replace(std::unique_ptr<Drawing> drawing, const std::filesyste
   selection_.clear();
   drawing_->onRowsShifted = [this](const RowsShifted& rows, bool again) { heldRows_.Shifted(serial_, rows, again); };
   drawing_->WantTouched(stepObserver_ != nullptr);
+  drawing_->log().SetLimit(undoLimit_);
 }
 
-std::filesystem::path DrawingHost::Save(const std::optional<std::filesystem::path>& file) {
+std::filesystem::path DrawingHost::Save(const std::optional<std::filesystem::path>& file, Overwrite overwrite) {
   const std::filesystem::path target = file.value_or(file_);
   if (target.empty()) throw HostError(kHostNotAllowed, "The drawing has never been saved: name a file.");
-  drawing().Save(target);
+  drawing().Save(target, overwrite);
   file_ = target;
   return target;
 }
@@ -193,7 +194,7 @@ IVShapePtr DrawingHost::Drop(std::string_view masterName, int pageId, double x, 
   const Command command(*this, "Drop On Page");
   ShowPage(pageId);
   const DrawingMaster* master = drawing_->BringMaster(masterName);
-  if (!master) throw HostError(kHostBadIndex, "There is no master " + std::string(masterName) + ".");
+  if (!master) throw HostError(kHostBadIndex, "There is no master " + InWords(masterName) + ".");
   if (text) RequireKeepable(*text);
   DrawingShape& shape = ActivePage().AddInstance(*master, x, y);
   const SheetRef ref = RefTo(ActivePage(), shape.id());
@@ -242,12 +243,12 @@ IVShapePtr DrawingHost::Connect(std::string_view masterName, int pageId, const E
     const auto count = static_cast<int>(shape.Rows(ConnectionPoints()).size());
     if (glued.point && (*glued.point < 1 || *glued.point > count))
       throw HostError(kHostBadIndex,
-                      ActivePage().NameOf(shape) + " has no connection point " + std::to_string(*glued.point) + ".");
+                      InWords(ActivePage().NameOf(shape)) + " has no connection point " + std::to_string(*glued.point) + ".");
   }
   const DrawingMaster* master = drawing_->BringMaster(masterName);
-  if (!master) throw HostError(kHostBadIndex, "There is no master " + std::string(masterName) + ".");
+  if (!master) throw HostError(kHostBadIndex, "There is no master " + InWords(masterName) + ".");
   if (!master->TopShape() || !master->TopShape()->IsOneDimensional())
-    throw HostError(kHostNotAllowed, "The master " + std::string(masterName) + " is no connector.");
+    throw HostError(kHostNotAllowed, "The master " + InWords(masterName) + " is no connector.");
 
   // Where each end is to be roughly, for the other to turn to: a loose end lies to the right of where the connector begins, or to
   // the left of its end.
@@ -352,8 +353,8 @@ void DrawingHost::DeleteRow(const SheetRef& ref, short section, short row) {
   const SheetView view = Resolve(ref);
   const bool existed = row >= 0 && static_cast<size_t>(row) < view.sheet->Rows(*info).size();
   view.sheet->DeleteRow(drawing_->editor(), *info, row);
-  if (existed && !info->rowsHaveNames) drawing_->editor().NoteRowsShifted({ref.page, ref.shape, info, row, -1});
-  if (existed && info == &ConnectionPoints() && ref.shape >= 0) view.page->RenumberPoints(ResolveShape(ref), row, -1);
+  if (existed && !info->rowsHaveNames) drawing_->editor().NoteRowsShifted({ref.page, ref.shape, ref.kind, info, row, -1});
+  if (existed && info == &ConnectionPoints() && ref.IsShape()) view.page->RenumberPoints(ResolveShape(ref), row, -1);
 }
 
 void DrawingHost::AddSection(const SheetRef& ref, const SectionInfo& section) {
@@ -375,9 +376,9 @@ short DrawingHost::AddRow(const SheetRef& ref, const SectionInfo& section, short
     MoveRowsUp(ref, section, position);
     added = position;
   }
-  if (!section.rowsHaveNames) drawing_->editor().NoteRowsShifted({ref.page, ref.shape, &section, added, +1});
+  if (!section.rowsHaveNames) drawing_->editor().NoteRowsShifted({ref.page, ref.shape, ref.kind, &section, added, +1});
   const bool isLast = static_cast<size_t>(added) + 1 == view.sheet->Rows(section).size();
-  if (!isLast && &section == &ConnectionPoints() && ref.shape >= 0) view.page->RenumberPoints(ResolveShape(ref), added, +1);
+  if (!isLast && &section == &ConnectionPoints() && ref.IsShape()) view.page->RenumberPoints(ResolveShape(ref), added, +1);
   return added;
 }
 
@@ -424,6 +425,11 @@ std::string DrawingHost::Redo() {
   return redone.label;
 }
 
+void DrawingHost::SetUndoLimit(EditLog::Limit limit) {
+  undoLimit_ = limit;
+  if (drawing_) drawing_->log().SetLimit(limit);
+}
+
 void DrawingHost::SetStepObserver(StepObserver observer) {
   stepObserver_ = std::move(observer);
   if (drawing_) drawing_->WantTouched(stepObserver_ != nullptr);
@@ -443,16 +449,16 @@ std::vector<CellWrite> DrawingHost::TakeWriteLog() {
 }
 
 DrawingHost::SheetView DrawingHost::Resolve(const SheetRef& ref) {
-  if (ref.shape == SheetRef::kDocumentSheet) {
+  if (ref.kind == SheetKind::Document) {
     if (!drawing().DocumentSheet()) throw HostError(kHostObjectGone, "The drawing has no document sheet.");
     return {nullptr, drawing_->DocumentSheet()};
   }
   DrawingPage& page = ResolvePage(ref.drawing, ref.page);
-  return {&page, ref.shape == SheetRef::kPageSheet ? &page.PageSheet() : &ResolveShape(ref)};
+  return {&page, ref.kind == SheetKind::Page ? &page.PageSheet() : &ResolveShape(ref)};
 }
 
 DrawingShape& DrawingHost::ResolveShape(const SheetRef& ref) {
-  DrawingShape* shape = ref.shape < 0 ? nullptr : ResolvePage(ref.drawing, ref.page).FindShape(ref.shape);
+  DrawingShape* shape = !ref.IsShape() ? nullptr : ResolvePage(ref.drawing, ref.page).FindShape(ref.shape);
   if (!shape) throw HostError(kHostObjectGone, "The shape has gone.");
   return *shape;
 }
@@ -494,7 +500,7 @@ void DrawingHost::PutFormula(const SheetRef& ref, const CellAddress& address, st
   Recalculation recalculation(*drawing_, view.page);
   recalculation.Changed(*view.sheet, address);
   recalculation.Run();
-  const ConnectorEnd* end = ref.shape >= 0 && !address.section ? FindConnectorEnd(address.cell.text()) : nullptr;
+  const ConnectorEnd* end = ref.IsShape() && !address.section ? FindConnectorEnd(address.cell.text()) : nullptr;
   if (end) view.page->KeepConnect(ResolveShape(ref), *end);
 }
 
@@ -575,8 +581,8 @@ void DrawingHost::Raise(std::uint16_t code, const EventSubject& subject, std::st
 }
 
 std::string DrawingHost::SheetName(const SheetRef& ref) {
-  if (ref.shape == SheetRef::kPageSheet) return "ThePage";
-  if (ref.shape == SheetRef::kDocumentSheet) return "TheDoc";
+  if (ref.kind == SheetKind::Page) return "ThePage";
+  if (ref.kind == SheetKind::Document) return "TheDoc";
   return ResolvePage(ref.drawing, ref.page).NameOf(ResolveShape(ref));
 }
 

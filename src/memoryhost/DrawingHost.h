@@ -43,8 +43,9 @@ class DrawingHost {
   // --- The drawing. Throw FileError, or HostError 5 where nothing is open; the open drawing stays as it was.
   void New();
   void Open(const std::filesystem::path& file);
-  // Without a file, where it was opened from or last saved. Returns the file.
-  std::filesystem::path Save(const std::optional<std::filesystem::path>& file);
+  // Without a file, where it was opened from or last saved. Returns the file. One that another program has changed meanwhile is
+  // refused unless overwriting is allowed.
+  std::filesystem::path Save(const std::optional<std::filesystem::path>& file, Overwrite overwrite = Overwrite::Refuse);
   bool IsOpen() const { return drawing_ != nullptr; }
   Drawing& drawing();
 
@@ -87,6 +88,9 @@ class DrawingHost {
   std::string Undo();
   std::string Redo();
 
+  // How much of what has been done can be undone, in this drawing and in those opened later.
+  void SetUndoLimit(EditLog::Limit limit);
+
   // Told after each step, and after each that is undone or redone, what it has touched. None for nobody.
   using StepObserver = std::function<void(const std::vector<TouchedCell>&)>;
   void SetStepObserver(StepObserver observer);
@@ -109,6 +113,8 @@ class DrawingHost {
   DrawingShape& ResolveShape(const SheetRef& ref);
   DrawingPage& ResolvePage(int drawing, int pageId);
   SheetRef RefTo(const DrawingPage& page, int shapeId) const { return {serial_, page.id(), shapeId}; }
+  // The page's own sheet, or the document's.
+  SheetRef RefTo(const DrawingPage& page, SheetKind kind) const { return {serial_, page.id(), 0, kind}; }
   int serial() const { return serial_; }
   const std::vector<int>& selection() const { return selection_; }
   // Formulas name shapes by their names here, and by "Sheet." and their IDs in the drawing, so that a shape can be renamed.
@@ -159,6 +165,7 @@ class DrawingHost {
   HostMenus menus_;
   std::optional<std::vector<CellWrite>> writes_;
   StepObserver stepObserver_;
+  EditLog::Limit undoLimit_;
 };
 
 }  // namespace vardo

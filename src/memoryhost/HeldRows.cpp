@@ -19,7 +19,7 @@ std::vector<std::shared_ptr<HeldRow>> HeldRows::RowsOf(const SheetRef& sheet, co
 }
 
 void HeldRows::Shifted(int drawing, const RowsShifted& shifted, bool again) {
-  const auto rows = RowsOf({drawing, shifted.page, shifted.shape}, shifted.section);
+  const auto rows = RowsOf({drawing, shifted.page, shifted.shape, shifted.kind}, shifted.section);
   if (shifted.by < 0) {
     ++lastGone_;
     for (const auto& row : rows) {

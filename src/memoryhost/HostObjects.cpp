@@ -7,6 +7,7 @@
 #include "base/Errors.h"
 #include "base/Numbers.h"
 #include "base/Text.h"
+#include "platform/Platform.h"
 
 namespace vardo {
 namespace {
@@ -19,6 +20,8 @@ HostError NoSuchCell(short section, short row, short column) {
   return HostError(kHostNoSuchCell, "There is no cell " + std::to_string(column) + " in row " + std::to_string(row) +
                                         " of section " + std::to_string(section) + ".");
 }
+
+std::string PropertyCell(std::string_view field) { return "Prop." + std::string(field); }
 
 // The sheet that an object stands for, looked up again only when something has gone meanwhile.
 class FoundSheet {
@@ -156,7 +159,7 @@ class ShapeObject : public IVShape {
   }
 
  private:
-  bool IsPageSheet() const { return ref_.shape < 0; }
+  bool IsPageSheet() const { return ref_.kind == SheetKind::Page; }
   Sheet& View() { return *sheet_.View().sheet; }
   DrawingPage& Page() { return host_.ResolvePage(ref_.drawing, ref_.page); }
   static const SectionInfo& Known(short section) {
@@ -201,7 +204,7 @@ class PageObject : public IVPage {
     Get();
     host_.RenamePage(id_, name);
   }
-  IVShapePtr PageSheet() override { return MakeShape(host_, host_.RefTo(Get(), SheetRef::kPageSheet)); }
+  IVShapePtr PageSheet() override { return MakeShape(host_, host_.RefTo(Get(), SheetKind::Page)); }
   IVShapesPtr Shapes() override {
     Get();
     return std::make_shared<ShapesObject>(host_, drawing_, id_);
@@ -209,6 +212,39 @@ class PageObject : public IVPage {
   void Delete(short renumber) override {
     Get();
     host_.DeletePage(id_, renumber != 0);
+  }
+
+  BulkTexts PropertyFormulas(std::span<const int> positions, std::string_view field) override {
+    DrawingPage& page = Get();
+    const std::vector<DrawingShape*>& shapes = page.TopLevel();
+    PropertyColumns::Column& column = page.PropertyColumn(Symbol(field));
+    BulkTexts formulas;
+    formulas.Reserve(positions.size());
+    for (const int position : positions) {
+      if (position < 1 || static_cast<size_t>(position) > shapes.size()) throw BadIndex("shape", std::to_string(position));
+      DrawingShape& shape = *shapes[static_cast<size_t>(position) - 1];
+      const auto formula = column.FormulaOf(shape, shape.slot());
+      // Shapes are named in formulas otherwise than they are stored.
+      if (formula && NamesSheet(*formula))
+        formulas.AddCopy(host_.FormulaOf({&page, &shape}, *shape.Find(PropertyCell(field))));
+      else
+        formulas.AddView(formula);
+    }
+    return formulas;
+  }
+  BulkTexts MasterNames() override {
+    const std::vector<DrawingShape*>& shapes = Get().TopLevel();
+    BulkTexts names;
+    names.Reserve(shapes.size());
+    for (const DrawingShape* shape : shapes)
+      names.AddView(shape->master() ? std::optional<std::string_view>(shape->master()->Name()) : std::nullopt);
+    return names;
+  }
+  std::optional<ListedTexts> CountInListedShapes(std::string_view listField, std::string_view field,
+                                                 std::string_view text) override {
+    auto count = Get().CountInListedShapes(Symbol(listField), Symbol(field), ThePlatform().CaseFoldKey(text));
+    if (!count) return std::nullopt;
+    return ListedTexts{count->times, std::move(count->lacking)};
   }
 
  private:

@@ -8,7 +8,9 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <new>
 #include <optional>
+#include <unordered_set>
 #include <utility>
 
 namespace vardo {
@@ -39,9 +41,8 @@ std::string_view LocalName(pugi::xml_node element) {
 
 // The child whose attribute has that value, without regard to case.
 pugi::xml_node FindElement(pugi::xml_node root, std::string_view localName, const char* attribute, std::string_view value) {
-  const std::string wanted = LowerAscii(value);
   for (pugi::xml_node child : root.children())
-    if (LocalName(child) == localName && LowerAscii(child.attribute(attribute).value()) == wanted) return child;
+    if (LocalName(child) == localName && EqualAsciiIgnoringCase(child.attribute(attribute).value(), value)) return child;
   return {};
 }
 
@@ -55,15 +56,21 @@ pugi::xml_node FindOverride(pugi::xml_node types, std::string_view part) {
 
 Package::Package(std::string displayName) : file_(std::move(displayName)), archive_(std::make_unique<ZipArchive>(file_)) {}
 
-std::unique_ptr<Package> Package::OpenFile(const std::filesystem::path& path) {
-  return OpenBytes(ReadWholeFile(path, kMaxFileBytes), PathInWords(path));
+std::unique_ptr<Package> Package::OpenFile(const std::filesystem::path& path) try {
+  std::unique_ptr<Package> package = OpenBytes(ReadWholeFile(path, kMaxMemoryBytes), PathInWords(path));
+  package->origin_ = std::filesystem::absolute(path);
+  return package;
+} catch (const std::bad_alloc&) {
+  throw FileError::NeedsMemory(PathInWords(path));
 }
 
-std::unique_ptr<Package> Package::OpenBytes(std::string zip, std::string displayName) {
-  std::unique_ptr<Package> package(new Package(std::move(displayName)));
+std::unique_ptr<Package> Package::OpenBytes(std::string zip, const std::string& displayName) try {
+  std::unique_ptr<Package> package(new Package(displayName));
   package->ReadArchive(std::move(zip));
   package->ParseDrawing();
   return package;
+} catch (const std::bad_alloc&) {
+  throw FileError::NeedsMemory(displayName);
 }
 
 std::unique_ptr<Package> Package::Create(std::string displayName, std::vector<NewPart> parts) {
@@ -73,6 +80,7 @@ std::unique_ptr<Package> Package::Create(std::string displayName, std::vector<Ne
 }
 
 void Package::ReadArchive(std::string zip) {
+  memory_ = zip.size();
   archive_ = std::make_unique<ZipArchive>(std::move(zip), file_);
   for (size_t i = 0; i < archive_->Entries().size(); ++i)
     if (const ZipEntry& entry = archive_->Entries()[i]; !entry.IsFolder()) Insert({.name = entry.name, .index = i});
@@ -83,17 +91,21 @@ void Package::ParseDrawing() {
   if (Has(kContentTypesPart)) Xml(kContentTypesPart);
   const std::string main = MainPart();
   CheckMainPart(main);
-  std::vector<std::string> found{main};
+  std::vector<Part*> found{Find(main)};
+  std::unordered_set<const Part*> known{found[0]};
   for (size_t i = 0; i < found.size(); ++i) {
-    Xml(found[i]);
-    for (const Relationship& relationship : RelationshipsOf(found[i])) {
-      const Part* target = relationship.external ? nullptr : Find(relationship.target);
-      if (target && !IsOneOf(target->name, found) && IsOneOf(LastStep(relationship.type), kDrawingRelationships))
-        found.push_back(target->name);
+    Xml(*found[i]);
+    for (const Relationship& relationship : RelationshipsOf(found[i]->name)) {
+      Part* target = relationship.external ? nullptr : Find(relationship.target);
+      if (target && IsOneOf(LastStep(relationship.type), kDrawingRelationships) && known.insert(target).second)
+        found.push_back(target);
     }
   }
-  for (const auto& part : parts_)
-    if (!part->xml) archive_->Check(*part->index);
+  for (const auto& part : parts_) {
+    if (part->xml) continue;
+    CheckMemory(memory_ + archive_->Entries()[*part->index].size, file_, part->name);
+    archive_->Check(*part->index);
+  }
 }
 
 void Package::CheckMainPart(const std::string& main) {
@@ -151,29 +163,25 @@ std::string Package::Bytes(const Part& part) const {
 // As the archive has it, or as it was added.
 std::string Package::SavedBytes(const Part& part) const {
   if (!part.index) return part.bytes;
-  std::string bytes(archive_->Entries()[*part.index].size, '\0');
-  archive_->Read(*part.index, bytes.data());
-  return bytes;
+  return std::string(archive_->Read(*part.index).View());
 }
 
 XmlPart& Package::Xml(std::string_view part) { return Xml(Get(part)); }
 
 XmlPart& Package::Xml(Part& part) {
   if (part.xml) return *part.xml;
-  XmlBytes text;
   if (part.index) {
-    const size_t size = archive_->Entries()[*part.index].size;
-    text = {std::make_unique_for_overwrite<char[]>(size), size};
-    archive_->Read(*part.index, text.data.get());
+    CheckMemory(memory_ + archive_->Entries()[*part.index].size, file_, part.name);
+    part.xml = std::make_unique<XmlPart>(file_, part.name, archive_->Read(*part.index), memory_);
+    memory_ += part.xml->memory();
   } else {
-    text = XmlBytes::CopyOf(part.bytes);
+    part.xml = std::make_unique<XmlPart>(file_, part.name, ByteArray::CopyOf(part.bytes));
   }
-  part.xml = std::make_unique<XmlPart>(file_, part.name, std::move(text));
   return *part.xml;
 }
 
 XmlPart& Package::Add(std::string part, std::string_view xml) {
-  auto tree = std::make_unique<XmlPart>(file_, part, XmlBytes::CopyOf(xml));
+  auto tree = std::make_unique<XmlPart>(file_, part, ByteArray::CopyOf(xml));
   Part& added = Insert({.name = std::move(part), .bytes = std::string(xml), .xml = std::move(tree), .present = false});
   return *added.xml;
 }
@@ -218,18 +226,28 @@ std::string Package::ContentTypeOf(std::string_view part) {
 
 // ---------------------------------------------------------------------------------------------------- relationships
 
-std::vector<Relationship> Package::RelationshipsOf(std::string_view part) {
+void Relationships::Add(Relationship relationship) {
+  byId_.emplace(relationship.id, all_.size());
+  all_.push_back(std::move(relationship));
+}
+
+const Relationship* Relationships::Find(std::string_view id) const {
+  const auto found = byId_.find(std::string(id));
+  return found == byId_.end() ? nullptr : &all_[found->second];
+}
+
+Relationships Package::RelationshipsOf(std::string_view part) {
   Part* list = FindPresent(RelationshipsPartOf(part));
   if (!list) return {};
-  std::vector<Relationship> relationships;
+  Relationships relationships;
   for (pugi::xml_node element : Xml(*list).root().children()) {
     if (LocalName(element) != "Relationship") continue;
     const std::string_view target = element.attribute("Target").value();
     const bool external = std::string_view(element.attribute("TargetMode").value()) == "External";
-    relationships.push_back({.id = element.attribute("Id").value(),
-                             .type = element.attribute("Type").value(),
-                             .target = external ? std::string(target) : ResolveTarget(part, target),
-                             .external = external});
+    relationships.Add({.id = element.attribute("Id").value(),
+                       .type = element.attribute("Type").value(),
+                       .target = external ? std::string(target) : ResolveTarget(part, target),
+                       .external = external});
   }
   return relationships;
 }
@@ -240,57 +258,97 @@ bool Package::changed() const {
   return std::any_of(parts_.begin(), parts_.end(), [](const auto& part) { return part->Changed(); });
 }
 
-std::vector<ZipEdit> Package::Edits() const {
-  std::vector<ZipEdit> edits;
-  for (const auto& part : parts_) {
-    if (!part->Changed()) continue;
-    ZipEdit edit{.index = part->index, .name = part->name, .content = std::nullopt};
-    if (part->present) edit.content = Bytes(*part);
-    if (part->present && part->xml && CheckXmlText(*edit.content).fault)
-      throw FileError(file_ + " could not be saved: " + PartInWords(part->name) +
-                      " holds a text that is not UTF-8; undo the last edit.");
-    edits.push_back(std::move(edit));
+// What cannot be read again must not be saved.
+std::string Package::CheckedBytes(const Part& part) const {
+  std::string bytes = Bytes(part);
+  try {
+    if (part.xml) CheckXml(bytes);
+  } catch (const XmlFault& fault) {
+    throw FileError(file_ + " could not be saved: " + PartInWords(part.name) + " " + fault.what + "; undo the last edit.");
   }
-  return edits;
+  return bytes;
 }
 
-void Package::Save(const std::filesystem::path& target, FileSystem& files) {
-  const std::string displayName = PathInWords(target);
-  if (!changed()) {
-    WriteFileAtomically(files, target, archive_->Bytes());
-    file_ = displayName;
-    return;
-  }
-  // Read back before it replaces anything: what cannot be opened again must not overwrite what can.
-  auto archive = std::make_unique<ZipArchive>(archive_->With(Edits()), displayName);
-  std::vector<SavedPart> saved = PartsIn(*archive);
-  WriteFileAtomically(files, target, archive->Bytes());
-  Adopt(std::move(archive), std::move(saved));
-  file_ = displayName;
-}
+Package::Packed Package::Pack(const std::string& displayName) const {
+  std::vector<size_t> partOf(archive_->Entries().size(), parts_.size());
+  for (size_t i = 0; i < parts_.size(); ++i)
+    if (parts_[i]->index) partOf[*parts_[i]->index] = i;
 
-std::vector<Package::SavedPart> Package::PartsIn(const ZipArchive& archive) const {
-  std::unordered_map<std::string_view, size_t> places;
-  for (size_t i = 0; i < archive.Entries().size(); ++i) places.emplace(archive.Entries()[i].name, i);
-  std::vector<SavedPart> saved;
-  for (const auto& part : parts_) {
-    const auto place = places.find(part->name);
-    if (part->present && place == places.end())
-      throw FileError(file_ + " could not be saved: " + PartInWords(part->name) + " was lost while packing; save it again.");
-    if (part->present)
-      saved.push_back({.index = place->second, .bytes = {}});
+  Packed packed{.archive = nullptr, .parts = std::vector<SavedPart>(parts_.size())};
+  ZipWriter writer(*archive_);
+  size_t written = 0;
+  const auto pack = [&](size_t i) {
+    const Part& part = *parts_[i];
+    if (!part.present) return;
+    packed.parts[i].index = written++;
+    if (part.Changed())
+      writer.Add(part.name, CheckedBytes(part));
     else
-      saved.push_back({.index = std::nullopt, .bytes = SavedBytes(*part)});
+      writer.Copy(*part.index);
+  };
+  for (size_t entry = 0; entry < partOf.size(); ++entry) {
+    if (partOf[entry] < parts_.size()) {
+      pack(partOf[entry]);
+    } else {
+      writer.Copy(entry);
+      ++written;
+    }
   }
-  return saved;
+  for (size_t i = 0; i < parts_.size(); ++i) {
+    if (!parts_[i]->index) pack(i);
+    if (!parts_[i]->present) packed.parts[i].bytes = SavedBytes(*parts_[i]);
+  }
+  packed.archive = std::make_unique<ZipArchive>(writer.Finish(), displayName);
+  return packed;
 }
 
-void Package::Adopt(std::unique_ptr<ZipArchive> archive, std::vector<SavedPart> saved) {
-  archive_ = std::move(archive);
+// The directory has been read back; so is here what was written anew.
+void Package::CheckPacked(const Packed& packed) const {
+  for (size_t i = 0; i < parts_.size(); ++i) {
+    const Part& part = *parts_[i];
+    if (!part.present) continue;
+    const size_t index = *packed.parts[i].index;
+    if (packed.archive->Entries().at(index).name != part.name)
+      throw FileError(file_ + " could not be saved: " + PartInWords(part.name) + " was lost while packing; save it again.");
+    if (part.Changed()) packed.archive->Check(index);
+  }
+}
+
+// The archive in memory is what the file was: another program's work is told by its bytes, not by its time.
+void Package::CheckNotOutdated(const std::filesystem::path& target) const {
+  std::error_code error;
+  const bool isOrigin = std::filesystem::absolute(target) == origin_ || std::filesystem::equivalent(target, origin_, error);
+  if (isOrigin && HoldsOtherBytes(target, archive_->Bytes()))
+    throw FileError(
+        PathInWords(target) +
+        " has been changed by another program since it was opened; save the drawing in another place, or with --force "
+        "(in a script \"overwrite\": true) over those changes.");
+}
+
+void Package::Save(const std::filesystem::path& target, Overwrite overwrite, FileSystem& files) try {
+  std::string displayName = PathInWords(target);
+  std::filesystem::path origin = std::filesystem::absolute(target);
+  Packed packed;
+  if (changed()) {
+    packed = Pack(displayName);
+    CheckPacked(packed);
+  }
+  if (overwrite == Overwrite::Refuse) CheckNotOutdated(target);
+  WriteFileAtomically(files, target, (packed.archive ? packed.archive : archive_)->Bytes());
+  if (packed.archive) Adopt(std::move(packed));
+  file_ = std::move(displayName);
+  origin_ = std::move(origin);
+  SyncNameOf(files, target);
+} catch (const std::bad_alloc&) {
+  throw FileError::NeedsMemory(PathInWords(target));
+}
+
+void Package::Adopt(Packed packed) {
+  archive_ = std::move(packed.archive);
   for (size_t i = 0; i < parts_.size(); ++i) {
     Part& part = *parts_[i];
-    part.index = saved[i].index;
-    part.bytes = std::move(saved[i].bytes);
+    part.index = packed.parts[i].index;
+    part.bytes = std::move(packed.parts[i].bytes);
     if (!part.present) continue;
     if (part.xml) part.xml->MarkSaved();
   }

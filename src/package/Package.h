@@ -9,6 +9,7 @@
 #include <pugixml.hpp>
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -25,6 +26,24 @@ struct Relationship {
   bool external = false;
 };
 
+// Those of a part, in their order.
+class Relationships {
+ public:
+  void Add(Relationship relationship);
+  // Null when none has that id; of several the first.
+  const Relationship* Find(std::string_view id) const;
+
+  auto begin() const { return all_.begin(); }
+  auto end() const { return all_.end(); }
+  size_t size() const { return all_.size(); }
+  bool empty() const { return all_.empty(); }
+  const Relationship& operator[](size_t index) const { return all_[index]; }
+
+ private:
+  std::vector<Relationship> all_;
+  std::unordered_map<std::string, size_t> byId_;
+};
+
 // Names of parts have no leading slash and are found without regard to the case of ASCII letters. Not for several threads at a
 // time. Every throw is a FileError whose sentence names the file, and the part where one is to blame; nothing has changed then.
 class Package {
@@ -35,7 +54,7 @@ class Package {
   // is missing or no Visio drawing, stencil or template. A package without [Content_Types].xml is taken at its relationships'
   // word.
   static std::unique_ptr<Package> OpenFile(const std::filesystem::path& path);
-  static std::unique_ptr<Package> OpenBytes(std::string zip, std::string displayName);
+  static std::unique_ptr<Package> OpenBytes(std::string zip, const std::string& displayName);
   struct NewPart {
     std::string name, xml;
   };
@@ -65,7 +84,7 @@ class Package {
   void Forget(XmlPart& part);
 
   // Of a part, or with "" of the package; in their order. None when there is no relationships part.
-  std::vector<Relationship> RelationshipsOf(std::string_view part);
+  Relationships RelationshipsOf(std::string_view part);
   // As [Content_Types].xml declares it; empty when it does not, or is missing.
   std::string ContentTypeOf(std::string_view part);
 
@@ -74,10 +93,12 @@ class Package {
 
   // Whether a save would write anything but what was opened or last saved.
   bool changed() const;
-  // Writes the package to the target (see WriteFileAtomically for what holds on failure); the package is unchanged afterwards.
-  // Untouched parts keep their packed bytes and place, and the same package gives the same bytes anywhere; with nothing changed
-  // these are the bytes opened.
-  void Save(const std::filesystem::path& target, FileSystem& files = MachineFileSystem());
+  // Writes the package to the target (see WriteFileAtomically for what holds on failure); the package is unchanged afterwards,
+  // and the target the file it comes from. Untouched parts keep their packed bytes and place, and the same package gives the same
+  // bytes anywhere; with nothing changed these are the bytes opened. Refused, unless allowed: saving over the file the package
+  // comes from when that holds other bytes by now.
+  void Save(const std::filesystem::path& target, Overwrite overwrite = Overwrite::Refuse,
+            FileSystem& files = MachineFileSystem());
 
  private:
   struct Part {
@@ -90,10 +111,14 @@ class Package {
     bool Changed() const { return present != index.has_value() || (present && xml && xml->changed()); }
   };
 
-  // Where the archive just written has a part, or the content it keeps while taken out.
+  // An archive of the package as it is, and where it has each part, or the content that one keeps while taken out.
   struct SavedPart {
     std::optional<size_t> index;
     std::string bytes;
+  };
+  struct Packed {
+    std::unique_ptr<ZipArchive> archive;
+    std::vector<SavedPart> parts;
   };
 
   explicit Package(std::string displayName);
@@ -110,12 +135,16 @@ class Package {
   std::string Bytes(const Part& part) const;
   std::string SavedBytes(const Part& part) const;
 
-  std::vector<ZipEdit> Edits() const;
-  std::vector<SavedPart> PartsIn(const ZipArchive& archive) const;
-  void Adopt(std::unique_ptr<ZipArchive> archive, std::vector<SavedPart> saved);
+  void CheckNotOutdated(const std::filesystem::path& target) const;
+  Packed Pack(const std::string& displayName) const;
+  void CheckPacked(const Packed& packed) const;
+  std::string CheckedBytes(const Part& part) const;
+  void Adopt(Packed packed);
 
   std::string file_;
+  std::filesystem::path origin_;  // where archive_ was read or last saved; empty: nowhere yet
   std::unique_ptr<ZipArchive> archive_;
+  std::uint64_t memory_ = 0;  // of the file and of the trees read from it
   std::vector<std::unique_ptr<Part>> parts_;
   std::unordered_map<std::string, Part*> byName_;  // lowered
 };

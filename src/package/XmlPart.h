@@ -1,24 +1,15 @@
 // One XML part of a package as a tree that writes itself back as it was read.
 #pragma once
 
+#include "package/Deflate.h"
+
 #include <pugixml.hpp>
 
-#include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
 
 namespace vardo {
-
-// The text of a part, owned.
-struct XmlBytes {
-  std::unique_ptr<char[]> data;
-  size_t size = 0;
-
-  std::string_view View() const { return {data.get(), size}; }
-  static XmlBytes CopyOf(std::string_view text);
-};
 
 // The tree is edited through root() and pugixml; whoever does gives the part a new state. Values are UTF-8 without escapes. Line
 // breaks in element text are as in the file, mostly CR LF; readers take CR LF, CR and LF as one line break. A raw line break in
@@ -28,13 +19,15 @@ struct XmlBytes {
 // <x/>, references where a plain character does. Parts written by Visio come back byte for byte.
 class XmlPart {
  public:
-  // Throws FileError, naming the file and the part, when the text is not one well-formed element in UTF-8, has a DOCTYPE, or is
-  // nested deeper than kMaxXmlDepth.
-  XmlPart(const std::string& file, std::string name, XmlBytes text);
+  // Throws FileError, naming the file and the part, when the text is none that CheckXml takes, or when the drawing, whose other
+  // parts take that many bytes already, exceeds kMaxMemoryBytes; and std::bad_alloc.
+  XmlPart(const std::string& file, std::string name, ByteArray text, std::uint64_t memoryOfOthers = 0);
   XmlPart(const XmlPart&) = delete;
   XmlPart& operator=(const XmlPart&) = delete;
 
   const std::string& name() const { return name_; }
+  // What the text and the tree take as they were read, in bytes.
+  std::uint64_t memory() const { return memory_; }
   // The root element; good as long as the part.
   pugi::xml_node root() { return root_; }
 
@@ -53,7 +46,8 @@ class XmlPart {
 
  private:
   std::string name_, prolog_, epilog_;
-  XmlBytes text_;  // parsed in place: the tree points into it
+  ByteArray text_;  // parsed in place: the tree points into it
+  std::uint64_t memory_ = 0;
   pugi::xml_document document_;
   pugi::xml_node root_;
   char quote_ = '"';

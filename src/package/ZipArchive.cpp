@@ -1,179 +1,139 @@
 #include "package/ZipArchive.h"
 
 #include "base/FileError.h"
+#include "package/ZipFormat.h"
 
-#include <array>
-#include <cstdlib>
-#include <cstring>
-#include <new>
+#include <algorithm>
+#include <cstdint>
+#include <initializer_list>
 #include <utility>
 
 namespace vardo {
 namespace {
 
-constexpr std::uint32_t kDeflateLevel = 6;
+constexpr std::uint16_t kVersion = 20;  // of the format: deflate
 constexpr std::uint16_t kDosDate1980 = 0x0021, kDosMidnight = 0;
-constexpr size_t kPieceSize = 64 * 1024;
 
-struct FreeSource {
-  void operator()(zip_source_t* source) const { zip_source_free(source); }
-};
-using Source = std::unique_ptr<zip_source_t, FreeSource>;
-
-// The bytes as a source to read from, which does not own them.
-Source SourceOf(const std::string& bytes, const std::string& file) {
-  zip_error_t error;
-  zip_error_init(&error);
-  Source source(zip_source_buffer_create(bytes.data(), bytes.size(), 0, &error));
-  if (!source) throw FileError::Damaged(file, zip_error_strerror(&error));
-  return source;
+bool IsAscii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-// The same to write to. It needs a copy: once written, a source frees what it was made of, whether it was told to own it or not.
-Source WritableSourceOf(const std::string& bytes) {
-  struct Free {
-    void operator()(void* memory) const { std::free(memory); }
-  };
-  std::unique_ptr<void, Free> copy(bytes.empty() ? nullptr : std::malloc(bytes.size()));
-  if (copy) std::memcpy(copy.get(), bytes.data(), bytes.size());
-  Source source(copy || bytes.empty() ? zip_source_buffer_create(copy.get(), bytes.size(), 1, nullptr) : nullptr);
-  if (!source) throw std::bad_alloc();
-  (void)copy.release();
-  return source;
+void SetNumber(std::string& bytes, size_t at, std::uint64_t number, int size) {
+  for (int i = 0; i < size; ++i) bytes[at++] = static_cast<char>(number >> (8 * i));
 }
 
-// An archive over the source. The archive takes over one reference of it.
-zip_t* Open(Source source, int flags, const std::string& file) {
-  zip_error_t error;
-  zip_error_init(&error);
-  zip_t* zip = zip_open_from_source(source.get(), flags, &error);
-  if (!zip) {
-    const std::string reason = zip_error_strerror(&error);
-    zip_error_fini(&error);
-    throw FileError::Damaged(file, "its ZIP directory cannot be read (" + reason + ")");
-  }
-  (void)source.release();
-  return zip;
-}
-
-// The inflated bytes of one entry, in order. The checksum and the length are compared once the end is reached.
-class EntryStream {
- public:
-  EntryStream(zip_t* zip, size_t index, const ZipEntry& entry, const std::string& file)
-      : entry_(entry), file_(file), stream_(zip_fopen_index(zip, index, 0)) {
-    if (!stream_) throw Damaged("cannot be unpacked");
-  }
-  ~EntryStream() { zip_fclose(stream_); }
-  EntryStream(const EntryStream&) = delete;
-  EntryStream& operator=(const EntryStream&) = delete;
-
-  // Up to `size` bytes; 0 at the end.
-  size_t Read(char* out, size_t size) {
-    const zip_int64_t got = zip_fread(stream_, out, size);
-    if (got >= 0) return static_cast<size_t>(got);
-    const int code = zip_error_code_zip(zip_file_get_error(stream_));
-    throw Damaged(code == ZIP_ER_CRC      ? "fails its checksum"
-                  : code == ZIP_ER_INCONS ? "is not as long as the ZIP directory says"
-                                          : "cannot be unpacked");
-  }
-  FileError Damaged(const std::string& what) const { return FileError::Damaged(file_, PartInWords(entry_.name) + " " + what); }
-  FileError WrongLength() const { return Damaged("is not as long as the ZIP directory says"); }
-
- private:
-  const ZipEntry& entry_;
-  const std::string& file_;
-  zip_file_t* stream_;
+struct Field {
+  std::uint64_t number;
+  int size;
 };
 
-// What a failing call on the archive being written means: memory has run out, or the archive being copied is broken.
-[[noreturn]] void ThrowUnwritable(zip_t* zip, const std::string& file) {
-  throw FileError(file + " could not be packed (" + zip_strerror(zip) + "); close other programs and save it again.");
-}
-
-// The method to ask for so that an entry is deflated at our level. The level is dropped when the method is the one an entry has
-// already ("default" for a new one), and the default method is to deflate.
-zip_int32_t MethodFor(const ZipEdit& edit, const std::vector<ZipEntry>& entries) {
-  return edit.index && entries[*edit.index].method == ZIP_CM_DEFLATE ? ZIP_CM_DEFAULT : ZIP_CM_DEFLATE;
-}
-
-void Apply(zip_t* zip, const ZipEdit& edit, const std::vector<ZipEntry>& entries, const std::string& file) {
-  if (!edit.content) {
-    if (zip_delete(zip, *edit.index) < 0) ThrowUnwritable(zip, file);
-    return;
+void Append(std::string& bytes, std::initializer_list<Field> fields) {
+  for (const Field& field : fields) {
+    bytes.append(static_cast<size_t>(field.size), '\0');
+    SetNumber(bytes, bytes.size() - static_cast<size_t>(field.size), field.number, field.size);
   }
-  Source content(zip_source_buffer(zip, edit.content->data(), edit.content->size(), 0));
-  if (!content) ThrowUnwritable(zip, file);
-  const zip_int64_t index =
-      edit.index ? static_cast<zip_int64_t>(*edit.index) : zip_file_add(zip, edit.name.c_str(), content.get(), ZIP_FL_ENC_UTF_8);
-  if (index < 0 || (edit.index && zip_file_replace(zip, *edit.index, content.get(), 0) < 0)) ThrowUnwritable(zip, file);
-  (void)content.release();
-  if (zip_set_file_compression(zip, index, MethodFor(edit, entries), kDeflateLevel) < 0 ||
-      zip_file_set_dostime(zip, index, kDosMidnight, kDosDate1980, 0) < 0)
-    ThrowUnwritable(zip, file);
-}
-
-std::string Contents(zip_source_t* source, const std::string& file) {
-  zip_stat_t stat;
-  if (zip_source_open(source) < 0 || zip_source_stat(source, &stat) < 0)
-    throw FileError(file + " could not be packed; close other programs and save it again.");
-  std::string bytes(stat.size, '\0');
-  const zip_int64_t got = zip_source_read(source, bytes.data(), bytes.size());
-  zip_source_close(source);
-  if (got != static_cast<zip_int64_t>(bytes.size()))
-    throw FileError(file + " could not be packed; close other programs and save it again.");
-  return bytes;
 }
 
 }  // namespace
 
+// ------------------------------------------------------------------------------------------------------------ reading
+
 ZipArchive::ZipArchive(std::string file) : file_(std::move(file)) {}
 
-ZipArchive::ZipArchive(std::string bytes, std::string file) : file_(std::move(file)), bytes_(std::move(bytes)) {
-  entries_ = ReadZipDirectory(bytes_, file_);
-  zip_.reset(Open(SourceOf(bytes_, file_), ZIP_RDONLY, file_));
-  // Two readers of one directory have to agree, or a third may see yet another drawing.
-  bool agree = zip_get_num_entries(zip_.get(), 0) == static_cast<zip_int64_t>(entries_.size());
-  for (size_t i = 0; agree && i < entries_.size(); ++i) {
-    zip_stat_t stat;
-    agree = zip_stat_index(zip_.get(), i, ZIP_FL_ENC_RAW, &stat) == 0 && entries_[i].name == stat.name &&
-            stat.size == entries_[i].size && stat.comp_size == entries_[i].packed && stat.crc == entries_[i].crc;
-  }
-  if (!agree) throw FileError::Damaged(file_, "its ZIP directory contradicts the file");
+ZipArchive::ZipArchive(std::string bytes, std::string file)
+    : file_(std::move(file)), bytes_(std::move(bytes)), directory_(ReadZipDirectory(bytes_, file_)) {}
+
+std::string_view ZipArchive::Packed(const ZipEntry& entry) const {
+  return std::string_view(bytes_).substr(entry.data, entry.packed);
 }
 
-void ZipArchive::Read(size_t index, char* out) const {
-  EntryStream stream(zip_.get(), index, entries_[index], file_);
-  size_t left = entries_[index].size;
-  while (left > 0) {
-    const size_t got = stream.Read(out, left);
-    if (got == 0) throw stream.WrongLength();
-    out += got;
-    left -= got;
-  }
-  char beyond;
-  if (stream.Read(&beyond, 1) != 0) throw stream.WrongLength();
+void ZipArchive::CheckSum(const ZipEntry& entry, std::string_view content) const {
+  if (Crc32(content) != entry.crc) throw FileError::Damaged(file_, PartInWords(entry.name) + " fails its checksum");
+}
+
+ByteArray ZipArchive::Read(size_t index) const {
+  const ZipEntry& entry = Entries()[index];
+  ByteArray content = ByteArray::OfSize(entry.size);
+  Inflated inflated = Inflated::Whole;
+  if (entry.method == kStored)
+    Packed(entry).copy(content.data.get(), content.size);
+  else
+    inflated = Inflate(Packed(entry), content.data.get(), content.size);
+  if (inflated == Inflated::WrongLength)
+    throw FileError::Damaged(file_, PartInWords(entry.name) + " is not as long as the ZIP directory says");
+  if (inflated == Inflated::BadData) throw FileError::Damaged(file_, PartInWords(entry.name) + " cannot be unpacked");
+  CheckSum(entry, content.View());
+  return content;
 }
 
 void ZipArchive::Check(size_t index) const {
-  EntryStream stream(zip_.get(), index, entries_[index], file_);
-  std::array<char, kPieceSize> piece;
-  std::uint64_t size = 0;
-  while (const size_t got = stream.Read(piece.data(), piece.size()))
-    if ((size += got) > entries_[index].size) throw stream.WrongLength();
-  if (size != entries_[index].size) throw stream.WrongLength();
+  const ZipEntry& entry = Entries()[index];
+  if (entry.method == kStored)
+    CheckSum(entry, Packed(entry));
+  else
+    Read(index);
 }
 
-std::string ZipArchive::With(std::vector<ZipEdit> edits) const {
-  Source source = WritableSourceOf(bytes_);
-  zip_source_keep(source.get());
-  std::unique_ptr<zip_t, Discard> zip(Open(Source(source.get()), bytes_.empty() ? ZIP_CREATE | ZIP_TRUNCATE : 0, file_));
-  for (const ZipEdit& edit : edits) Apply(zip.get(), edit, entries_, file_);
-  if (zip_close(zip.get()) < 0) ThrowUnwritable(zip.get(), file_);
-  (void)zip.release();
-  // libzip copies local headers as they are but marks no ASCII name as UTF-8 in the directory; strict readers want the two alike.
-  std::string bytes = Contents(source.get(), file_);
-  MarkNamesAsLocalHeadersDo(bytes, file_);
-  return bytes;
+// ------------------------------------------------------------------------------------------------------------ writing
+
+ZipWriter::ZipWriter(const ZipArchive& original) : original_(original) { bytes_.reserve(original.Bytes().size()); }
+
+// Sizes are known here, so none need follow the data or stand in the extra fields that exceed 32 bits; those stay and say
+// nothing.
+void ZipWriter::Copy(size_t index) {
+  const ZipEntry& entry = original_.Entries()[index];
+  const std::string_view all = original_.Bytes();
+  const size_t header = bytes_.size(), record = directory_.size();
+  bytes_ += all.substr(entry.header, entry.data + entry.packed - entry.header);
+  directory_ += all.substr(entry.record, entry.recordEnd - entry.record);
+  const auto unsetDescriptor = [](std::string& bytes, size_t flags) { bytes[flags] &= static_cast<char>(~kDescriptorFlag); };
+  if (bytes_[header + 6] & kDescriptorFlag) {
+    unsetDescriptor(bytes_, header + 6);
+    SetNumber(bytes_, header + 14, entry.crc, 4);
+    SetNumber(bytes_, header + 18, entry.packed, 4);
+    SetNumber(bytes_, header + 22, entry.size, 4);
+  }
+  unsetDescriptor(directory_, record + 8);
+  SetNumber(directory_, record + 20, entry.packed, 4);
+  SetNumber(directory_, record + 24, entry.size, 4);
+  SetNumber(directory_, record + 42, header, 4);
+  ++count_;
+}
+
+void ZipWriter::Add(std::string_view name, std::string_view content) {
+  const ByteArray deflated = Deflate(content);
+  // What readers would take for a bomb is better stored.
+  const bool store = deflated.size == 0 || IsPackedTooTightly(content.size(), deflated.size);
+  const std::string_view packed = store ? content : deflated.View();
+  const size_t header = bytes_.size();
+  std::string shared;
+  Append(shared, {{kVersion, 2},
+                  {IsAscii(name) ? 0u : kUtf8NameFlag, 2},
+                  {store ? kStored : kDeflated, 2},
+                  {kDosMidnight, 2},
+                  {kDosDate1980, 2},
+                  {Crc32(content), 4},
+                  {packed.size(), 4},
+                  {content.size(), 4},
+                  {name.size(), 2},
+                  {0, 2}});
+  Append(bytes_, {{kLocalHeader, 4}});
+  bytes_.append(shared).append(name).append(packed);
+  Append(directory_, {{kCentralHeader, 4}, {kVersion, 2}});
+  directory_ += shared;
+  Append(directory_, {{0, 2}, {0, 2}, {0, 2}, {0, 4}, {header, 4}});
+  directory_ += name;
+  ++count_;
+}
+
+std::string ZipWriter::Finish() {
+  const size_t directory = bytes_.size();
+  bytes_ += directory_;
+  Append(bytes_, {{kEnd, 4}, {0, 2}, {0, 2}, {count_, 2}, {count_, 2}, {directory_.size(), 4}, {directory, 4}});
+  const std::string_view comment = original_.Comment();
+  Append(bytes_, {{comment.size(), 2}});
+  bytes_ += comment;
+  return std::move(bytes_);
 }
 
 }  // namespace vardo

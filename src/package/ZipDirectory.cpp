@@ -3,22 +3,19 @@
 #include "base/FileError.h"
 #include "base/Text.h"
 #include "package/Limits.h"
-#include "package/PartNames.h"
+#include "package/ZipFormat.h"
 
 #include <algorithm>
 #include <array>
 #include <unordered_set>
+#include <utility>
 
 namespace vardo {
 namespace {
 
-constexpr std::uint32_t kLocalHeader = 0x04034b50, kCentralHeader = 0x02014b50, kEnd = 0x06054b50;
 constexpr std::uint32_t kEnd64 = 0x06064b50, kEnd64Locator = 0x07064b50;
-constexpr std::uint64_t kLocalSize = 30, kCentralSize = 46, kEndSize = 22, kEnd64Size = 56, kLocatorSize = 20;
-constexpr std::uint16_t kStored = 0, kDeflated = 8;
+constexpr std::uint64_t kEnd64Size = 56, kLocatorSize = 20;
 constexpr std::uint16_t kEncryptedFlags = 0x2041;  // classic, strong, masked headers
-constexpr std::uint16_t kDescriptorFlag = 0x0008;  // sizes follow the data
-constexpr char kUtf8NameFlag = 0x08;               // in the flags' higher byte
 constexpr std::uint16_t kZip64Extra = 0x0001;
 
 // Little-endian numbers of an archive; a read past the end says that the archive is damaged.
@@ -102,11 +99,12 @@ std::uint64_t FindEnd(const Archive& zip) {
 
 struct Directory {
   std::uint64_t count, size, offset, limit;  // limit: where the records after it begin
+  std::string_view comment;
 };
 
 Directory FindDirectory(const Archive& zip) {
   const std::uint64_t end = FindEnd(zip);
-  Directory directory{zip.U16(end + 10), zip.U32(end + 12), zip.U32(end + 16), end};
+  Directory directory{zip.U16(end + 10), zip.U32(end + 12), zip.U32(end + 16), end, zip.All().substr(end + kEndSize)};
   bool oneDisk = zip.U16(end + 4) == zip.U16(end + 6) && zip.U16(end + 8) == directory.count;
   if (directory.count == 0xFFFF || directory.size == 0xFFFFFFFF || directory.offset == 0xFFFFFFFF) {
     const std::uint64_t locator = end - std::min(end, kLocatorSize);
@@ -114,7 +112,7 @@ Directory FindDirectory(const Archive& zip) {
     const std::uint64_t end64 = zip.U64(locator + 8);
     zip.Slice(end64, kEnd64Size);
     if (zip.U32(end64) != kEnd64 || end64 + kEnd64Size > locator) throw zip.Contradiction();
-    directory = {zip.U64(end64 + 32), zip.U64(end64 + 40), zip.U64(end64 + 48), end64};
+    directory = {zip.U64(end64 + 32), zip.U64(end64 + 40), zip.U64(end64 + 48), end64, directory.comment};
     oneDisk = zip.U64(end64 + 24) == directory.count;
   }
   if (!oneDisk) throw FileError::Damaged(zip.File(), "it is one piece of a ZIP file in several");
@@ -133,7 +131,7 @@ void ReadZip64(const Archive& zip, std::uint64_t at, std::uint64_t size, ZipEntr
     if (length > end - at) throw zip.Contradiction();
     if (id == kZip64Extra) {
       std::uint64_t field = at;
-      for (std::uint64_t* value : {&entry.size, &entry.packed, &entry.offset}) {
+      for (std::uint64_t* value : {&entry.size, &entry.packed, &entry.header}) {
         if (*value != 0xFFFFFFFF) continue;
         if (field + 8 > at + length) throw zip.Contradiction();
         *value = zip.U64(field);
@@ -152,19 +150,20 @@ ZipEntry ReadEntry(const Archive& zip, std::uint64_t& at) {
                  .crc = zip.U32(at + 16),
                  .packed = zip.U32(at + 20),
                  .size = zip.U32(at + 24),
-                 .offset = zip.U32(at + 42)};
+                 .record = at,
+                 .header = zip.U32(at + 42)};
   ReadZip64(zip, at + kCentralSize + nameSize, extraSize, entry);
   if (zip.U16(at + 8) & kEncryptedFlags)
     throw FileError(zip.File() + " is encrypted (" + PartInWords(entry.name) + "); save it without a password.");
   if (entry.method != kStored && entry.method != kDeflated)
     throw zip.Unsafe(entry, "is packed by the unknown method " + std::to_string(entry.method));
-  at += kCentralSize + nameSize + extraSize + commentSize;
+  entry.recordEnd = at += kCentralSize + nameSize + extraSize + commentSize;
   return entry;
 }
 
-// The local header must tell the same, and the data lie before the directory. Gives the end of the data.
-std::uint64_t CheckLocalHeader(const Archive& zip, const ZipEntry& entry, std::uint64_t directory) {
-  const std::uint64_t at = entry.offset;
+// The local header must tell the same, and the data lie before the directory.
+void FindData(const Archive& zip, ZipEntry& entry, std::uint64_t directory) {
+  const std::uint64_t at = entry.header;
   zip.Slice(at, kLocalSize);
   const std::uint64_t nameSize = zip.U16(at + 26);
   bool agrees =
@@ -175,22 +174,18 @@ std::uint64_t CheckLocalHeader(const Archive& zip, const ZipEntry& entry, std::u
     };
     agrees = agrees && zip.U32(at + 14) == entry.crc && same(at + 18, entry.packed) && same(at + 22, entry.size);
   }
-  const std::uint64_t data = at + kLocalSize + nameSize + zip.U16(at + 28);
-  if (!agrees || data > directory || entry.packed > directory - data)
+  entry.data = at + kLocalSize + nameSize + zip.U16(at + 28);
+  if (!agrees || entry.data > directory || entry.packed > directory - entry.data)
     throw FileError::Damaged(zip.File(), PartInWords(entry.name) + " is not what the ZIP directory says");
-  return data + entry.packed;
 }
 
-void CheckNoOverlap(const Archive& zip, const std::vector<ZipEntry>& entries, std::uint64_t directory) {
-  struct Extent {
-    std::uint64_t begin, end;
-    const ZipEntry* entry;
-  };
-  std::vector<Extent> extents;
-  for (const ZipEntry& entry : entries) extents.push_back({entry.offset, CheckLocalHeader(zip, entry, directory), &entry});
-  std::sort(extents.begin(), extents.end(), [](const Extent& a, const Extent& b) { return a.begin < b.begin; });
-  for (size_t i = 1; i < extents.size(); ++i)
-    if (extents[i].begin < extents[i - 1].end) throw zip.Unsafe(*extents[i].entry, "overlaps another part");
+void CheckNoOverlap(const Archive& zip, const std::vector<ZipEntry>& entries) {
+  std::vector<const ZipEntry*> inOrder;
+  for (const ZipEntry& entry : entries) inOrder.push_back(&entry);
+  std::sort(inOrder.begin(), inOrder.end(), [](const ZipEntry* a, const ZipEntry* b) { return a->header < b->header; });
+  for (size_t i = 1; i < inOrder.size(); ++i)
+    if (inOrder[i]->header < inOrder[i - 1]->data + inOrder[i - 1]->packed)
+      throw zip.Unsafe(*inOrder[i], "overlaps another part");
 }
 
 void CheckSizes(const Archive& zip, const std::vector<ZipEntry>& entries) {
@@ -198,7 +193,7 @@ void CheckSizes(const Archive& zip, const std::vector<ZipEntry>& entries) {
   for (const ZipEntry& entry : entries) {
     if (entry.size > kMaxUnpackedBytes || (total += entry.size) > kMaxUnpackedBytes)
       throw zip.Unsafe(entry, "brings the package to more than " + std::to_string(kMaxUnpackedBytes >> 20) + " MiB");
-    if (entry.size > kRatioFreeBytes && (entry.size - 1) / kMaxCompressionRatio >= entry.packed)
+    if (IsPackedTooTightly(entry.size, entry.packed))
       throw zip.Unsafe(entry, "is packed more than " + std::to_string(kMaxCompressionRatio) + " to one");
     if (entry.method == kStored && entry.size != entry.packed)
       throw FileError::Damaged(zip.File(), PartInWords(entry.name) + " is not as long as the ZIP directory says");
@@ -241,7 +236,7 @@ void CheckNames(const Archive& zip, const std::vector<ZipEntry>& entries) {
 
 }  // namespace
 
-std::vector<ZipEntry> ReadZipDirectory(std::string_view bytes, const std::string& file) {
+ZipDirectory ReadZipDirectory(std::string_view bytes, const std::string& file) {
   const Archive zip(bytes, file);
   const Directory directory = FindDirectory(zip);
   std::vector<ZipEntry> entries;
@@ -250,20 +245,13 @@ std::vector<ZipEntry> ReadZipDirectory(std::string_view bytes, const std::string
   if (at != directory.offset + directory.size) throw zip.Contradiction();
   CheckNames(zip, entries);
   CheckSizes(zip, entries);
-  CheckNoOverlap(zip, entries, directory.offset);
-  return entries;
+  for (ZipEntry& entry : entries) FindData(zip, entry, directory.offset);
+  CheckNoOverlap(zip, entries);
+  return {std::move(entries), directory.comment};
 }
 
-void MarkNamesAsLocalHeadersDo(std::string& bytes, const std::string& file) {
-  const Archive zip(bytes, file);
-  const Directory directory = FindDirectory(zip);
-  std::uint64_t at = directory.offset;
-  for (std::uint64_t i = 0; i < directory.count; ++i) {
-    char& flags = bytes[at + 9];
-    const ZipEntry entry = ReadEntry(zip, at);
-    zip.Slice(entry.offset, kLocalSize);
-    flags = static_cast<char>((flags & ~kUtf8NameFlag) | (bytes[entry.offset + 7] & kUtf8NameFlag));
-  }
+bool IsPackedTooTightly(std::uint64_t size, std::uint64_t packed) {
+  return size > kRatioFreeBytes && (size - 1) / kMaxCompressionRatio >= packed;
 }
 
 }  // namespace vardo

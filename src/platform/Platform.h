@@ -41,7 +41,8 @@ class Platform {
 
   // True when the two are equal as the user reads them: case does not count.
   virtual bool EqualTextIgnoringCase(std::string_view a, std::string_view b) = 0;
-  // A key that is equal for two texts exactly when EqualTextIgnoringCase holds; for counting in linear time.
+  // A key that is equal for two texts exactly when EqualTextIgnoringCase holds; for counting in linear time. That of printable
+  // ASCII, and of what equals such a text, is the text in lower case; any other begins with a character that does not print.
   virtual std::string CaseFoldKey(std::string_view text) = 0;
 
   // Whether a character (UTF-8) is a letter, or a letter or digit, in the ANSI code page. One that the code page has not is

@@ -1,72 +1,140 @@
 #include "props/DrawingLists.h"
 
 #include "addin/Global_Variables.h"
-#include "addin/host/HostConstants.h"
 #include "addin/host/IVApplication.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
-#include "base/Errors.h"
+#include "base/Text.h"
 #include "platform/Platform.h"
+#include "props/FoldedTexts.h"
 #include "props/PropertyCells.h"
 
 #include <algorithm>
-#include <cstddef>
-#include <unordered_set>
+#include <deque>
+#include <vector>
 
 namespace vardo {
 namespace {
 
-// The text of a shape's cell; a property that the shape lacks is created. A formula too short for quotes counts as empty and
-// stays.
-std::string ReadOrCreate(const IVShapePtr& shape, const std::string& cellName) {
-  const auto read = [&] { return TextBetweenQuotes(shape->Cells(cellName)->Formula()).value_or(""); };
-  try {
-    return read();
-  } catch (const HostError&) {
-    if (shape->CellExists(cellName, kExistsAnywhere)) throw;
+int PositionIn(std::string_view item) {
+  constexpr size_t kMostDigits = 9;
+  int position = 0;
+  if (item.empty() || item.size() > kMostDigits) return LeadingInteger(item);
+  for (const char c : item) {
+    if (!IsAsciiDigit(c)) return LeadingInteger(item);
+    position = position * 10 + (c - '0');
   }
-  SetPropList(shape, std::string_view(cellName).substr(kPropPrefix.size()), "");
-  return read();
+  return position;
+}
+
+// The positions in a page's register; an item that is no number counts for none.
+std::vector<int> RegisteredPositions(const IVPagePtr& page, std::string_view registerName) {
+  const std::string registered = PropText(page->PageSheet(), registerName);
+  std::vector<int> positions;
+  std::string_view rest = registered;
+  if (rest.substr(0, rest.find(';')).empty()) return positions;
+  positions.reserve(static_cast<size_t>(std::count(rest.begin(), rest.end(), ';')) + 1);
+  for (;;) {
+    const size_t end = rest.find(';');
+    const std::string_view item = rest.substr(0, end);
+    if (const int position = PositionIn(item); position != 0) positions.push_back(position);
+    if (end == std::string_view::npos) return positions;
+    rest.remove_prefix(end + 1);
+  }
+}
+
+void CreateProperties(const IVPagePtr& page, const std::vector<int>& positions, std::string_view field) {
+  const auto shapes = page->Shapes();
+  for (const int position : positions) SetPropList(shapes->Item(position), field, "");
+}
+
+// The formulas of a field of the registered shapes. A property that a shape lacks is created first.
+BulkTexts ReadField(const IVPagePtr& page, const std::vector<int>& positions, std::string_view field) {
+  BulkTexts formulas = page->PropertyFormulas(positions, field);
+  std::vector<int> lacking;
+  for (size_t i = 0; i < positions.size(); ++i)
+    if (!formulas.texts()[i]) lacking.push_back(positions[i]);
+  if (lacking.empty()) return formulas;
+  CreateProperties(page, lacking, field);
+  return page->PropertyFormulas(positions, field);
+}
+
+// What has been read stays as long as the items that are views of it.
+struct Gathered {
+  std::deque<BulkTexts> read;
+  std::vector<std::string_view> items;
+
+  void Add(const IVPagePtr& page, std::string_view registerName, std::string_view field) {
+    const std::vector<int> positions = RegisteredPositions(page, registerName);
+    if (positions.empty()) return;
+    for (const auto& formula : read.emplace_back(ReadField(page, positions, field)).texts())
+      AddItems(ViewBetweenQuotes(formula.value_or("")));
+  }
+  void AddItems(std::string_view text) {
+    for (size_t end; (end = text.find(kListDelimiter)) != std::string_view::npos; text.remove_prefix(end + 1))
+      items.push_back(text.substr(0, end));
+    items.push_back(text);
+  }
+};
+
+StringList UniqueItems(const std::vector<std::string_view>& items) {
+  FoldedTexts kept(items.size());
+  StringList unique;
+  for (size_t i = 0; i + 1 < items.size(); ++i)
+    if (!kept.Insert(items[i])) unique.emplace_back(items[i]);
+  const auto same = kept.Insert(items.back());
+  if (!same || *same != items.back()) unique.emplace_back(items.back());
+  return unique;
+}
+
+template <class Visit>
+void ForEachPage(const Visit& visit) {
+  const auto pages = visApp->ActiveDocument()->Pages();
+  const int count = pages->Count();
+  for (int i = 1; i <= count; ++i) visit(pages->Item(i));
 }
 
 }  // namespace
 
 StringList FillComboFromDrawing(const StringList& registers, const StringList& fields, bool unique) {
-  std::string values;
-  const auto pages = visApp->ActiveDocument()->Pages();
-  const int pageCount = pages->Count();
-  for (int i = 1; i <= pageCount; ++i) {
-    const auto page = pages->Item(i);
-    for (size_t j = 0; j < registers.size(); ++j) CollectPageValues(page, registers[j], CellName(fields.at(j)), values);
-  }
-  const auto withoutFirstDelimiter = std::string_view(values).substr(values.empty() ? 0 : kListDelimiter.size());
-  return SplitToUniqueList(withoutFirstDelimiter, kListDelimiter, unique);
+  Gathered gathered;
+  ForEachPage([&](const IVPagePtr& page) {
+    for (size_t j = 0; j < registers.size(); ++j) gathered.Add(page, registers[j], fields.at(j));
+  });
+  if (gathered.items.empty()) return {""};
+  return unique ? UniqueItems(gathered.items) : StringList(gathered.items.begin(), gathered.items.end());
+}
+
+bool TextOccursAtLeast(const StringList& registers, const StringList& fields, std::string_view text, int times) {
+  int found = 0;
+  bool counted = !text.empty();
+  ForEachPage([&](const IVPagePtr& page) {
+    for (size_t j = 0; counted && j < registers.size(); ++j) {
+      const auto listed = page->CountInListedShapes(registers[j], fields.at(j), text);
+      counted = listed.has_value();
+      if (!counted) return;
+      found += listed->times;
+      CreateProperties(page, listed->lacking, fields.at(j));
+    }
+  });
+  if (counted) return times >= 1 && found >= times;
+  return NameOccursAtLeast(FillComboFromDrawing(registers, fields, false), text, times);
 }
 
 void CollectPageValues(const IVPagePtr& page, std::string_view registerName, std::string_view cellName,
                        std::string& accumulator) {
-  const auto registered = SplitList(PropText(page->PageSheet(), registerName), kListDelimiter);
-  if (registered.front().empty()) return;
-  const auto shapes = page->Shapes();
-  const std::string cell(cellName);
-  for (const auto& item : registered) {
-    const int index = LeadingInteger(item);
-    if (index == 0) continue;
+  const std::vector<int> positions = RegisteredPositions(page, registerName);
+  if (positions.empty()) return;
+  const BulkTexts formulas = ReadField(page, positions, cellName.substr(kPropPrefix.size()));
+  for (const auto& formula : formulas.texts()) {
     accumulator += kListDelimiter;
-    accumulator += ReadOrCreate(shapes->Item(index), cell);
+    accumulator += ViewBetweenQuotes(formula.value_or(""));
   }
 }
 
 StringList SplitToUniqueList(std::string_view text, std::string_view delimiter, bool unique) {
-  auto items = SplitList(text, delimiter);
-  if (!unique) return items;
-  std::string last = std::move(items.back());
-  items.pop_back();
-
-  std::unordered_set<std::string> keysKept(items.size());
-  std::erase_if(items, [&](const std::string& item) { return !keysKept.insert(ThePlatform().CaseFoldKey(item)).second; });
-  if (std::find(items.begin(), items.end(), last) == items.end()) items.push_back(std::move(last));
-  return items;
+  StringList items = SplitList(text, delimiter);
+  return unique ? UniqueItems({items.begin(), items.end()}) : items;
 }
 
 }  // namespace vardo

@@ -16,6 +16,9 @@ namespace vardo {
 // length.
 StringList FillComboFromDrawing(const StringList& registers, const StringList& fields, bool unique);
 
+// True when at least `times` items of that gathering, repeats and all, equal the text, case apart; never for fewer than one.
+bool TextOccursAtLeast(const StringList& registers, const StringList& fields, std::string_view text, int times);
+
 // Appends ";" and the text of the cell, "Prop." and all, for each shape of the page's register. A shape without that property
 // gets it, empty and hidden. A registered number that is no shape's throws HostError.
 void CollectPageValues(const IVPagePtr& page, std::string_view registerName, std::string_view cellName, std::string& accumulator);

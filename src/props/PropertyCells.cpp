@@ -85,11 +85,16 @@ std::string CellName(std::string_view field) { return std::string(kPropPrefix) +
 std::string InQuotes(std::string_view text) { return '"' + std::string(text) + '"'; }
 
 std::optional<std::string> TextBetweenQuotes(std::string_view formula) {
-  if (formula.empty()) return std::nullopt;
+  if (formula.empty() || FirstCharacter(formula).size() == formula.size()) return std::nullopt;
+  return std::string(ViewBetweenQuotes(formula));
+}
+
+std::string_view ViewBetweenQuotes(std::string_view formula) {
+  if (formula.size() >= 2 && formula.front() == '"' && formula.back() == '"') return formula.substr(1, formula.size() - 2);
+  if (formula.empty()) return {};
   formula.remove_prefix(FirstCharacter(formula).size());
-  if (formula.empty()) return std::nullopt;
-  formula.remove_suffix(LastCharacter(formula).size());
-  return std::string(formula);
+  if (!formula.empty()) formula.remove_suffix(LastCharacter(formula).size());
+  return formula;
 }
 
 StringList GetPropList(const IVShapePtr& shape, std::string_view field, std::string_view defaultText) {

@@ -21,6 +21,8 @@ std::string CellName(std::string_view field);
 std::string InQuotes(std::string_view text);
 // What stands between a formula's first and last character, which are not looked at; none when it has not both.
 std::optional<std::string> TextBetweenQuotes(std::string_view formula);
+// The same as a view into the formula; empty when it has not both.
+std::string_view ViewBetweenQuotes(std::string_view formula);
 
 // The items of a field. When its cell cannot be read, the default's words instead: it is split at blanks and punctuation too, so
 // that "Entity 1" becomes "Entity" and "1". At least one item.

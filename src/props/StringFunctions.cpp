@@ -76,6 +76,7 @@ std::string GetListItem(std::string_view text, int n, std::string_view delimiter
 
 int CountOccurrences(std::string_view text, std::string_view search) {
   if (search.empty()) return 0;
+  if (search.size() == 1) return static_cast<int>(std::count(text.begin(), text.end(), search.front()));
   int count = 0;
   for (auto at = text.find(search); at != std::string_view::npos; at = text.find(search, at + search.size())) ++count;
   return count;

@@ -229,7 +229,9 @@ Json ScriptRunner::OpenFile(const Json& arguments) {
 
 Json ScriptRunner::Save(const Json& arguments) {
   const auto file = Optional<std::string>(arguments, "file");
-  const std::filesystem::path saved = session_.host().Save(file ? std::optional(std::filesystem::u8path(*file)) : std::nullopt);
+  const bool overwrite = Optional<bool>(arguments, "overwrite").value_or(false);
+  const std::filesystem::path saved = session_.host().Save(file ? std::optional(std::filesystem::u8path(*file)) : std::nullopt,
+                                                           overwrite ? Overwrite::Allow : Overwrite::Refuse);
   const std::u8string text = saved.u8string();
   return {{"file", std::string(text.begin(), text.end())}};
 }
@@ -432,7 +434,7 @@ Json ScriptRunner::ActionRun(const Json& arguments) {
     if (statement.empty()) Refuse("the action " + Quoted(menu) + " runs no add-on: " + InWords(formula));
     const SheetRef ref = SheetArgument(arguments);
     session_.host().ShowPage(ref.page);
-    if (ref.shape >= 0) session_.host().Select({ref.shape});
+    if (ref.IsShape()) session_.host().Select({ref.shape});
     RunAddon(menu, statement);
     return nullptr;
   }
@@ -598,8 +600,8 @@ SheetRef ScriptRunner::ShapeArgument(const Json& arguments, const char* name) {
 SheetRef ScriptRunner::SheetArgument(const Json& arguments) {
   const Json& of = Required(arguments, "of");
   DrawingPage& page = PageArgument(arguments);
-  if (of == "ThePage") return session_.host().RefTo(page, SheetRef::kPageSheet);
-  if (of == "TheDoc") return session_.host().RefTo(page, SheetRef::kDocumentSheet);
+  if (of == "ThePage") return session_.host().RefTo(page, SheetKind::Page);
+  if (of == "TheDoc") return session_.host().RefTo(page, SheetKind::Document);
   return ShapeNamed(of, page);
 }
 

@@ -1,6 +1,6 @@
 #include "stencil/DocumentParts.h"
 
-#include "events/PageRegisters.h"
+#include "modules/BookkeepingRows.h"
 #include "stencil/PartWriter.h"
 #include "stencil/SheetRows.h"
 #include "stencil/StyleSheets.h"

@@ -1,6 +1,8 @@
 // Writes the XML of a new drawing's parts the way Visio writes it.
 #pragma once
 
+#include "formula/Constant.h"
+
 #include <functional>
 #include <initializer_list>
 #include <span>
@@ -16,7 +18,6 @@ struct FileCell {
   std::string_view name, value, unit = {}, formula = {};
 };
 
-inline constexpr std::string_view kNoFormula = "No Formula";
 inline constexpr std::string_view kText = "STR";
 
 class PartWriter {

@@ -3,7 +3,7 @@
 
 namespace vardo {
 
-// Prints how long opening and saving a large drawing takes, beside a yardstick.
+// Prints how much time and memory opening and saving large drawings takes, beside a yardstick.
 void MeasureFiles();
 
 // Prints what 200 000 operations in one session leave in memory, beside what the drawing takes.

@@ -103,6 +103,14 @@ class ForwardingPage : public Forwarding<IVPage> {
   IVShapePtr PageSheet() override { return Wrap<ForwardingShape>(Call("Page.PageSheet").PageSheet()); }
   IVShapesPtr Shapes() override { return Wrap<ForwardingShapes>(Call("Page.Shapes").Shapes()); }
   void Delete(short renumber) override { Call("Page.Delete").Delete(renumber); }
+  BulkTexts PropertyFormulas(std::span<const int> positions, std::string_view field) override {
+    return Call("Page.PropertyFormulas").PropertyFormulas(positions, field);
+  }
+  BulkTexts MasterNames() override { return Call("Page.MasterNames").MasterNames(); }
+  std::optional<ListedTexts> CountInListedShapes(std::string_view listField, std::string_view field,
+                                                 std::string_view text) override {
+    return Call("Page.CountInListedShapes").CountInListedShapes(listField, field, text);
+  }
 };
 
 IVPagePtr ForwardingShape::ContainingPage() { return Wrap<ForwardingPage>(Call("Shape.ContainingPage").ContainingPage()); }

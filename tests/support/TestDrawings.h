@@ -1,44 +1,18 @@
 // Small drawings for tests: what a page or a master holds is written as text, the rest of the package is put around it.
 #pragma once
 
+#include "TestFiles.h"
 #include "TestPackages.h"
 #include "document/Drawing.h"
 #include "document/FormulaScopeOfDrawing.h"
 #include "package/Package.h"
 
-#include <filesystem>
-#include <fstream>
 #include <memory>
-#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace vardo::test {
-
-// A folder of the test's own, gone with it.
-class TempFolder {
- public:
-  TempFolder() : path_(std::filesystem::temp_directory_path() / ("vardo-test-" + std::to_string(std::random_device{}()))) {
-    std::filesystem::create_directory(path_);
-  }
-  ~TempFolder() { std::filesystem::remove_all(path_); }
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
-  std::filesystem::path operator/(std::string_view name) const { return path_ / name; }
-
- private:
-  std::filesystem::path path_;
-};
-
-inline void WriteFile(const std::filesystem::path& path, std::string_view bytes) {
-  std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-}
-
-inline std::string ReadFile(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 // A drawing of one page "Page-1" with the ID 0; masters are numbered 2, 3, ... in order.
 struct DrawingText {

@@ -15,7 +15,8 @@ class OneCell {
   pugi::xml_node cell() { return tree_.part().root().child("Cell"); }
   std::string Written() { return tree_.part().Serialise(cell()); }
   void Write(std::string_view formula, const std::optional<CellValue>& value, bool isText = false) {
-    WriteFormula(tree_.editor(), tree_.part(), cell(), formula, value, isText);
+    WriteFormula(
+        tree_.editor(), tree_.part(), cell(), formula, [&] { return Evaluation{value}; }, isText);
   }
   void Undo() { tree_.log().Undo(); }
   EditLog& log() { return tree_.log(); }

@@ -6,6 +6,7 @@
 #include "base/Errors.h"
 #include "base/FileError.h"
 #include "memoryhost/DrawingHost.h"
+#include "package/Limits.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -68,6 +69,7 @@ class Session {
     host.Open(folder_ / "test.vsdx");
   }
   SheetRef Shape(int id) { return host.RefTo(host.ActivePage(), id); }
+  SheetRef Sheet(SheetKind kind) { return host.RefTo(host.ActivePage(), kind); }
   std::string PageText() { return host.drawing().package().Bytes(kPagePart); }
   std::filesystem::path file() const { return folder_ / "test.vsdx"; }
   DrawingHost host;
@@ -224,6 +226,44 @@ TEST(Drawing, PagesAndMastersLeadToPartsOfTheirOwn) {
   }
 }
 
+TEST(Drawing, MoreThanADrawingMayHaveIsRefused) {
+  const auto sentenceOf = [](const std::vector<test::ZipItem>& items) -> std::string {
+    const TempFolder folder;
+    test::WriteFile(folder / "test.vsdx", test::MakeZip(items));
+    try {
+      Drawing::Open(folder / "test.vsdx");
+    } catch (const FileError& error) {
+      return error.what();
+    }
+    return "opened";
+  };
+  const auto rows = [](size_t count) {
+    std::string all = "<Shape ID='1' Type='Shape'><Section N='Property'>";
+    for (size_t i = 0; i < count; ++i) all += "<Row N='R" + std::to_string(i) + "'/>";
+    return test::PackageText({.shapes = all + "</Section></Shape>"}).items();
+  };
+  EXPECT_EQ(sentenceOf(rows(kMaxRows)), "opened");
+  EXPECT_THAT(sentenceOf(rows(kMaxRows + 1)), HasSubstr("part visio/pages/page1.xml has a section of more than 32767 rows"));
+  const auto pages = [](size_t count) {
+    std::vector<test::ZipItem> items = test::PackageText({.shapes = ""}).items();
+    std::string entries, relationships;
+    for (size_t i = 1; i < count; ++i) {
+      const std::string number = std::to_string(i + 1);
+      entries += "<Page ID='" + std::to_string(i) + "'><Rel r:id='p" + number + "'/></Page>";
+      relationships += "<Relationship Id='p" + number + "' Type='t/page' Target='page" + number + ".xml'/>";
+      items.push_back({"visio/pages/page" + number + ".xml", test::VisioPart("PageContents", "")});
+    }
+    for (test::ZipItem& item : items) {
+      if (item.name == "visio/pages/pages.xml") item.content.insert(item.content.find("</Pages>"), entries);
+      if (item.name == "visio/pages/_rels/pages.xml.rels")
+        item.content.insert(item.content.find("</Relationships>"), relationships);
+    }
+    return items;
+  };
+  EXPECT_EQ(sentenceOf(pages(kMaxPages)), "opened");
+  EXPECT_THAT(sentenceOf(pages(kMaxPages + 1)), HasSubstr("names more than 5000 pages"));
+}
+
 TEST(Drawing, AMissingRelationshipsPartIsTold) {
   std::vector<test::ZipItem> items = test::PackageText({.shapes = ""}).items();
   std::erase_if(items, [](const test::ZipItem& item) { return item.name == "visio/pages/_rels/pages.xml.rels"; });
@@ -371,8 +411,8 @@ TEST(Drawing, UndoRestoresTheVeryBytes) {
       {"type", [](Session& s) { s.host.TypeText(s.Shape(1), "typed", false); }},
       {"set a cell", [](Session& s) { s.host.SetCell(s.Shape(3), "BeginX", "4 mm"); }},
       {"make a row", [](Session& s) { s.host.SetCell(s.Shape(1), "Prop.New", "\"x\""); }},
-      {"page sheet", [](Session& s) { s.host.SetCell(s.Shape(SheetRef::kPageSheet), "User.Count", "3"); }},
-      {"document sheet", [](Session& s) { s.host.SetCell(s.Shape(SheetRef::kDocumentSheet), "User.Count", "3"); }},
+      {"page sheet", [](Session& s) { s.host.SetCell(s.Sheet(SheetKind::Page), "User.Count", "3"); }},
+      {"document sheet", [](Session& s) { s.host.SetCell(s.Sheet(SheetKind::Document), "User.Count", "3"); }},
       {"delete", [](Session& s) { s.host.Select({1}), s.host.DeleteSelection(); }},
       {"paste",
        [](Session& s) {
@@ -401,6 +441,21 @@ TEST(Drawing, UndoRestoresTheVeryBytes) {
     while (session.host.drawing().log().CanRedo()) session.host.Redo();
     EXPECT_EQ(Contents(session.host.drawing()), after) << "done again: " << edit.what;
   }
+}
+
+TEST(Drawing, UndoGoesBackAsFarAsItsLimit) {
+  Session session(kGlued);
+  session.host.SetUndoLimit({.steps = 2});
+  for (const char* text : {"one", "two", "three"}) session.host.TypeText(session.Shape(1), text, false);
+  session.host.Undo();
+  session.host.Undo();
+  EXPECT_THROW(session.host.Undo(), HostError);
+  EXPECT_EQ(session.host.ResolveShape(session.Shape(1)).Text(), "one");
+  session.host.New();
+  for (int i = 0; i < 3; ++i) session.host.Drop("Create", session.host.ActivePage().id(), 1, 1, std::nullopt);
+  session.host.Undo();
+  session.host.Undo();
+  EXPECT_THROW(session.host.Undo(), HostError) << "of a drawing opened later, too";
 }
 
 TEST(Drawing, OnlyEditedPartsChange) {

@@ -2,10 +2,13 @@
 
 #include "TestTree.h"
 #include "document/UndoStep.h"
+#include "package/TreeMemory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <new>
 #include <stdexcept>
 #include <string>
 
@@ -224,6 +227,20 @@ TEST_F(EditLogTest, APartThatFailedToComeTakesNothingFromTheOneThatCanComeBack) 
   EXPECT_FALSE(log().CanRedo());
   editor().AddPart("new", "<Third/>");
   EXPECT_EQ(tree_.package().Bytes("new"), "<Third/>");
+}
+
+TEST_F(EditLogTest, AnEditWithoutMemoryIsTakenBack) {
+  const std::string before = Tree();
+  const auto edit = [&] {
+    const UndoStep step(log(), "Fails");
+    Set("a", "2");
+    editor().Insert(tree_.part(), root(), "New", {}, {}, [](pugi::xml_node) { TakeTreePage(SIZE_MAX / 2); });
+  };
+  EXPECT_THROW(edit(), std::bad_alloc);
+  EXPECT_EQ(Tree(), before);
+  EXPECT_FALSE(log().CanUndo());
+  Set("a", "2");
+  EXPECT_TRUE(log().CanUndo()) << "the next edit finds memory";
 }
 
 }  // namespace

@@ -164,7 +164,7 @@ class World {
   IVShapePtr Shape(int id) { return Page()->Shapes()->ItemFromID(id); }
   IVShapePtr Process() { return Shape(1); }
   IVMasterPtr Master() { return Process()->Master(); }
-  SheetRef PageSheet() { return Ref(SheetRef::kPageSheet); }
+  SheetRef PageSheet() { return host.RefTo(host.ActivePage(), SheetKind::Page); }
   Drawing& drawing() { return host.drawing(); }
 
   State Now() {
@@ -192,7 +192,7 @@ class World {
       host.Drop("Decide", page, 6, 5, std::nullopt);
       host.Connect("Dynamic connector", page, {1, 1}, {2, 2});
       host.SetCell({host.serial(), page, 1}, "Prop.Mine", "\"kept\"");
-      host.SetCell({host.serial(), page, SheetRef::kPageSheet}, "User.Count", "2");
+      host.SetCell({host.serial(), page, 0, SheetKind::Page}, "User.Count", "2");
       host.AddPage("Second");
       host.Drop("Process", host.ActivePage().id(), 2, 2, std::nullopt);
       const test::TempFolder folder;

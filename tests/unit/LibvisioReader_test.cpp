@@ -146,7 +146,8 @@ void ExpectSeenAlike(const fs::path& file) {
   int pageId = 0;
   const DrawingShape* shape = FirstShapeWithText(host.drawing(), pageId);
   // One edit that shows in no picture writes the part anew.
-  const SheetRef ref = host.RefTo(*host.drawing().FindPage(pageId), shape ? shape->id() : SheetRef::kPageSheet);
+  const DrawingPage& page = *host.drawing().FindPage(pageId);
+  const SheetRef ref = shape ? host.RefTo(page, shape->id()) : host.RefTo(page, SheetKind::Page);
   host.SetCell(ref, "User.VardoTest", "1");
   host.Save(saved);
   EXPECT_EQ(See(saved), before);

@@ -41,7 +41,7 @@ std::set<std::string> Differing(const Parts& a, const Parts& b) {
 Parts Meanings(Parts parts) {
   for (auto& [name, bytes] : parts)
     if (name.ends_with(".xml") && name.starts_with("visio/pages/")) {
-      XmlPart part("", name, XmlBytes::CopyOf(bytes));
+      XmlPart part("", name, ByteArray::CopyOf(bytes));
       bytes = part.Serialise(part.root());
     }
   return parts;

@@ -34,7 +34,7 @@ class UnkeepableTexts : public testing::Test {
   }
   std::filesystem::path file() const { return folder_ / "test.vsdx"; }
   SheetRef Shape() { return {host_.serial(), 0, 1}; }
-  SheetRef PageSheet() { return {host_.serial(), 0, SheetRef::kPageSheet}; }
+  SheetRef PageSheet() { return {host_.serial(), 0, 0, SheetKind::Page}; }
   IVPagePtr Page() { return host_.application()->ActiveDocument()->Pages()->Item(1); }
   IVShapePtr Object() { return Page()->Shapes()->Item(1); }
   std::string PageText() { return host_.drawing().package().Bytes(test::kPagePart); }

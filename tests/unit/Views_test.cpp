@@ -44,7 +44,7 @@ class Answers {
     Add("page " + Number(page.id()) + Number(drawing.IndexOf(page)) + Number(index) + page.Name() +
         (drawing.FindPage(page.Name()) == &page && drawing.FindPage(page.id()) == &page ? "" : " NOT FOUND"));
     page_ = "page " + Number(page.id());
-    OfSheet({host_.serial(), page.id(), SheetRef::kPageSheet});
+    OfSheet({host_.serial(), page.id(), 0, SheetKind::Page});
     std::vector<DrawingShape*> shapes;
     for (int at = 1; at <= page.ShapeCount(); ++at) {
       DrawingShape& shape = page.ShapeAt(at);
@@ -176,7 +176,7 @@ class Hand {
   // Without one, the page's own sheet.
   SheetRef AnyShape() { return AnyShapeOf(AnyPage()); }
   SheetRef AnyShapeOf(DrawingPage& page) {
-    if (page.ShapeCount() == 0) return host_.RefTo(page, SheetRef::kPageSheet);
+    if (page.ShapeCount() == 0) return host_.RefTo(page, SheetKind::Page);
     DrawingShape* shape = &page.ShapeAt(1 + Below(page.ShapeCount()));
     const auto inner = page.InnerShapes(*shape);
     return host_.RefTo(page, !inner.empty() && Below(2) ? OneOf(inner)->id() : shape->id());
@@ -215,7 +215,7 @@ class Hand {
     const auto end = [&] {
       DrawingHost::End end;
       const SheetRef ref = AnyShapeOf(page);
-      if (ref.shape >= 0 && Below(6)) end.shape = ref.shape;
+      if (ref.IsShape() && Below(6)) end.shape = ref.shape;
       if (Below(2)) end.point = 1 + Below(3);
       end.walks = Below(2);
       return end;
@@ -235,7 +235,7 @@ class Hand {
   void SetFormula() {
     static constexpr const char* kCells[] = {"User.a", "User.b", "User.fan", "Prop.c", "Prop.c.Label", "Width", "PinX", "Height"};
     DrawingPage& page = AnyPage();
-    const SheetRef ref = Below(8) ? AnyShapeOf(page) : host_.RefTo(page, SheetRef::kPageSheet);
+    const SheetRef ref = Below(8) ? AnyShapeOf(page) : host_.RefTo(page, SheetKind::Page);
     const std::string other = NameIn(page.id(), AnyShapeOf(page));
     const std::string formulas[] = {other + "!Width*2",
                                     other + "!User.a+1",
@@ -269,7 +269,7 @@ class Hand {
     host_.ShowPage(page.id());
     std::vector<int> shapes;
     for (int count = 1 + Below(3); count > 0; --count)
-      if (const SheetRef ref = AnyShapeOf(page); ref.shape >= 0) shapes.push_back(ref.shape);
+      if (const SheetRef ref = AnyShapeOf(page); ref.IsShape()) shapes.push_back(ref.shape);
     for (const int id : shapes) Say(std::to_string(id));
     host_.Select(shapes);
     host_.DeleteSelection();
@@ -281,7 +281,7 @@ class Hand {
   IVShapePtr Object(const SheetRef& ref) {
     host_.ShowPage(ref.page);
     const IVPagePtr page = host_.application()->ActivePage();
-    return ref.shape < 0 ? page->PageSheet() : page->Shapes()->ItemFromID(ref.shape);
+    return !ref.IsShape() ? page->PageSheet() : page->Shapes()->ItemFromID(ref.shape);
   }
   void AddRow() {
     const SheetRef ref = AnyShape();

@@ -2,10 +2,14 @@
 //   Text is UTF-8. Collections count from 1; an index or name that is not there throws HostError(kHostBadIndex).
 #pragma once
 
+#include "addin/host/BulkTexts.h"
 #include "addin/host/HostFwd.h"
 
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vardo {
 
@@ -27,6 +31,11 @@ class IVPages {
   virtual IVPagePtr Add() = 0;
 };
 
+struct ListedTexts {
+  int times = 0;
+  std::vector<int> lacking;  // the positions of listed shapes that have no such property
+};
+
 class IVPage {
  public:
   virtual ~IVPage() = default;
@@ -37,6 +46,16 @@ class IVPage {
   virtual IVShapePtr PageSheet() = 0;
   // The top-level shapes, in drawing order.
   virtual IVShapesPtr Shapes() = 0;
+  // The formulas of the property "Prop." + field of the shapes at those positions, in that order; none for a shape that has no
+  // such property. Throws HostError(kHostBadIndex) for a position that is no shape's. A host that can answers without a call a
+  // shape.
+  virtual BulkTexts PropertyFormulas(std::span<const int> positions, std::string_view field);
+  // The name of each shape's master, in the order of the shapes; none for a shape without one.
+  virtual BulkTexts MasterNames();
+  // How often a text occurs, case aside, among the items (joined by ";") of a property of those shapes whose positions a property
+  // of the page lists likewise. None when the host does not keep count, or the list is not one of positions that are there.
+  virtual std::optional<ListedTexts> CountInListedShapes(std::string_view listField, std::string_view field,
+                                                         std::string_view text);
   // Deletes the page with all that is on it; with renumber not 0 pages that bear their number as name are renumbered.
   // Throws HostError(kHostNotAllowed) for the only page of a drawing.
   virtual void Delete(short renumber) = 0;

@@ -85,6 +85,43 @@ HtmlHelpFunction HtmlHelp() {
   return reinterpret_cast<HtmlHelpFunction>(reinterpret_cast<void*>(GetProcAddress(library, "HtmlHelpA")));
 }
 
+std::string Mapped(DWORD flags, std::wstring_view text) {
+  const auto map = [&](std::string* bytes) {
+    return LCMapStringEx(LOCALE_NAME_INVARIANT, flags, text.data(), static_cast<int>(text.size()),
+                         bytes ? reinterpret_cast<wchar_t*>(bytes->data()) : nullptr, bytes ? static_cast<int>(bytes->size()) : 0,
+                         nullptr, nullptr, 0);
+  };
+  std::string bytes(static_cast<size_t>(map(nullptr)), '\0');
+  map(&bytes);
+  return bytes;
+}
+
+// The invariant order, not the user's: whether two names of a drawing clash must not depend on who opens it.
+std::string SortKey(std::wstring_view text) {
+  return Mapped(LCMAP_SORTKEY | NORM_IGNORECASE | NORM_IGNOREKANATYPE | NORM_IGNOREWIDTH, text);
+}
+
+// A character that does not count leaves nothing but separators in a key.
+bool DoesNotCount(wchar_t character) {
+  const std::string key = SortKey({&character, 1});
+  return std::all_of(key.begin(), key.end(), [](char byte) { return byte == 0 || byte == 1; });
+}
+
+// The printable ASCII text, in lower case, that weighs the same; none when there is none.
+std::optional<std::string> AsciiEquivalent(std::wstring_view text) {
+  std::wstring plain;
+  for (const wchar_t character : text) {
+    wchar_t narrow = character;
+    LCMapStringEx(LOCALE_NAME_INVARIANT, LCMAP_HALFWIDTH, &character, 1, &narrow, 1, nullptr, nullptr, 0);
+    if (narrow >= L' ' && narrow <= L'~')
+      plain += narrow;
+    else if (!DoesNotCount(character))
+      return std::nullopt;
+  }
+  if (SortKey(plain) != SortKey(text)) return std::nullopt;
+  return LowerAscii(std::string(plain.begin(), plain.end()));
+}
+
 }  // namespace
 
 void Win32Platform::ShowMessage(std::string_view text, std::string_view title, int style) {
@@ -139,19 +176,11 @@ bool Win32Platform::EqualTextIgnoringCase(std::string_view a, std::string_view b
   return CaseFoldKey(a) == CaseFoldKey(b);
 }
 
-// The invariant order, not the user's: whether two names of a drawing clash must not depend on who opens it.
 std::string Win32Platform::CaseFoldKey(std::string_view text) {
-  if (text.empty()) return "";
-  constexpr DWORD kFlags = LCMAP_SORTKEY | NORM_IGNORECASE | NORM_IGNOREKANATYPE | NORM_IGNOREWIDTH;
-  const auto wide = ToWide(text);
-  const auto map = [&](std::string* key) {
-    return LCMapStringEx(LOCALE_NAME_INVARIANT, kFlags, wide.data(), static_cast<int>(wide.size()),
-                         key ? reinterpret_cast<wchar_t*>(key->data()) : nullptr, key ? static_cast<int>(key->size()) : 0,
-                         nullptr, nullptr, 0);
-  };
-  std::string key(map(nullptr), '\0');
-  map(&key);
-  return key;
+  if (IsPrintableAscii(text)) return LowerAscii(text);
+  const std::wstring wide = ToWide(text);
+  if (auto ascii = AsciiEquivalent(wide)) return *std::move(ascii);
+  return "\1" + SortKey(wide);
 }
 
 bool Win32Platform::IsAnsiAlpha(std::string_view character) {
