@@ -153,14 +153,14 @@ class Hand {
 
   // A number for a cell that others may read.
   struct Change {
-    int page, shape;
+    SheetRef sheet;
     const char* cell;
     std::string number;
   };
   Change AnyChange() {
-    const SheetRef ref = Below(3) ? AnyShape() : host_.RefTo(AnyPage(), SheetRef::kPageSheet);
-    const char* const size = ref.shape < 0 ? "PageWidth" : "Width";
-    return {ref.page, ref.shape, Below(3) ? size : "User.a", NumberText(1 + Below(40) / 8.0)};
+    const SheetRef ref = Below(3) ? AnyShape() : host_.RefTo(AnyPage(), SheetKind::Page);
+    const char* const size = ref.IsShape() ? "Width" : "PageWidth";
+    return {ref, Below(3) ? size : "User.a", NumberText(1 + Below(40) / 8.0)};
   }
 
  private:
@@ -397,7 +397,10 @@ TEST_P(Views, EqualAPlainReadingAfterAnyEdits) {
     for (int i = 0; i < 12; ++i) changes.push_back(hand.AnyChange());
     for (DrawingHost* host : {&kept, &read})
       host->RunCommand("Widths", [&] {
-        for (const auto& [page, shape, cell, number] : changes) host->SetCell({host->serial(), page, shape}, cell, number);
+        for (auto [sheet, cell, number] : changes) {
+          sheet.drawing = host->serial();
+          host->SetCell(sheet, cell, number);
+        }
       });
     done.push_back("and numbers set");
     ASSERT_NO_FATAL_FAILURE(expectEqual("recalculated"));
