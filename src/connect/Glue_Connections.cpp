@@ -73,6 +73,12 @@ IVShapePtr SelectedConnector() { return visApp->ActiveWindow()->Selection()->Ite
 
 IVShapePtr ShapeNamed(std::string_view name) { return visApp->ActivePage()->Shapes()->Item(name); }
 
+// A shape of any drawing may be called as modules are.
+std::string KindOfEnd(const std::string& shapeName) {
+  if (shapeName.empty() || !ShapeNamed(shapeName)->CellExists(kClassNameCell, kExistsAnywhere)) return "";
+  return std::string(BeforeDot(shapeName));
+}
+
 // A step that may fail without harm to those behind it.
 template <class Step>
 void Attempt(Step step) {
@@ -167,7 +173,7 @@ void CheckConnector() {
   std::string shapes[2], kinds[2];
   for (size_t i = 0; i < 2; ++i) {
     shapes[i] = WithSecondTry([&] { return ShapeAtEnd(connector, kEndCells[i]); });
-    kinds[i] = BeforeDot(shapes[i]);
+    kinds[i] = WithSecondTry([&] { return KindOfEnd(shapes[i]); });
   }
   const std::string connectorName = WithSecondTry([&] { return MasterNameOf(connector); });
   if (LeavesByChosenExit(kinds[0])) CheckExitPoint(kinds[0], connectorName, shapes[0]);

@@ -225,7 +225,7 @@ void CEventSink::ShapeAdded(const IVShapePtr& shape) try {
   };
   if (!WithSecondTry(isDrawn)) return;
   const std::string kind = WithSecondTry([&] { return MasterNameOf(shape); });
-  if (!IsModuleKind(kind)) return OtherShapeAdded(shape);
+  if (!IsModuleKind(kind)) return OtherShapeAdded(shape, kind);
   ModuleAdded(shape, kind);
   GiveUpPagesOfOthers(shape);
 } catch (const AutomationError&) {
@@ -251,12 +251,13 @@ void CEventSink::ModuleAdded(const IVShapePtr& shape, const std::string& kind) {
   });
 }
 
-void CEventSink::OtherShapeAdded(const IVShapePtr& shape) try {
+void CEventSink::OtherShapeAdded(const IVShapePtr& shape, const std::string& master) try {
   const auto isConnector = [] {
     const IVShapePtr selected = visApp->ActiveWindow()->Selection()->Item(1);
     return selected->RowExists(kSectionObject, kRowXForm1D, kExistsAnywhere);
   };
-  if (WithSecondTry(isConnector)) return CheckConnector();
+  // A line that was made from no master is none.
+  if (!master.empty() && WithSecondTry(isConnector)) return CheckConnector();
   GiveUpPagesOfOthers(shape);
 } catch (const AutomationError&) {
   // The connector stays as it has been drawn, and a Process in a group what its original is.

@@ -58,7 +58,7 @@ class CEventSink : public IVEventSink {
   void PutText(const IVShapePtr& shape, std::string_view text);
   void ListenToPageDeleted(bool on);
   void ModuleAdded(const IVShapePtr& shape, const std::string& kind);
-  void OtherShapeAdded(const IVShapePtr& shape);
+  void OtherShapeAdded(const IVShapePtr& shape, const std::string& master);
   // Counts the page's modules without those that go, and those of all other pages when the registers are in doubt.
   void Recount(const IVPagePtr& page, const ShapeIndexes& goingAway);
 
