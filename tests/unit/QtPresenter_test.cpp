@@ -258,6 +258,16 @@ TEST_F(QtPresenterTest, MouseMovesTheFocusAndChoosesItems) {
   });
 }
 
+TEST_F(QtPresenterTest, MouseOpensNoListInPlaceOfOneThatIsHidden) {
+  WithWindow<TestForm>([](TestForm& form, QDialog& window, QtPresenter&) {
+    form.cboName.LostFocus = [&form] { form.cboUnits.SetVisible(false); };
+    QTest::mouseClick(&Widget<QComboBox>(window, "cboUnits"), Qt::LeftButton);
+    EXPECT_EQ(form.Focus(), &form.cboName);
+    EXPECT_FALSE(form.cboName.DroppedDown());
+    EXPECT_FALSE(form.cboUnits.DroppedDown());
+  });
+}
+
 TEST_F(QtPresenterTest, ScreenReadersMoveTheFocusAsAPersonDoes) {
   WithWindow<TestForm>([](TestForm& form, QDialog& window, QtPresenter&) {
     QAccessible::queryAccessibleInterface(&Widget<QWidget>(window, "txtValue"))

@@ -120,7 +120,7 @@ class CheckView : public ButtonView {
 class TypingView : public ControlView {
  public:
   void Type(const QString& text) override {
-    GoTo();
+    if (!GoTo()) return;
     edit_.selectAll();
     if (text.isEmpty()) SendKey(widget(), Qt::Key_Delete);
     for (const char32_t character : text.toUcs4())
@@ -214,7 +214,7 @@ class ComboList : public QObject {
   void Asked() {
     if (!form().IsShown() || !control_.Shown()) return;
     form().UserFocus(control_);
-    if (!control_.DroppedDown()) form().UserKey("F4");
+    if (form().Focus() == &control_ && !control_.DroppedDown()) form().UserKey("F4");
   }
 
   // The combo watches its list too; who comes last is heard first, so this is done at each opening.
@@ -254,8 +254,7 @@ class TypedComboView : public TypingView {
   TypedComboView(ComboBox& control, ListAskingCombo& combo, bool& mirroring)
       : TypingView(control, combo, Editable(combo), mirroring), list_(*new ComboList(*this, control, combo)) {}
   void Pick(int index) override {
-    GoTo();
-    list_.Pick(index);
+    if (GoTo()) list_.Pick(index);
   }
 
  private:
@@ -289,8 +288,7 @@ class PickOnlyComboView : public ControlView {
     combo.setPalette(palette);
   }
   void Pick(int index) override {
-    GoTo();
-    list_.Pick(index);
+    if (GoTo()) list_.Pick(index);
   }
 
  private:
@@ -321,7 +319,7 @@ class ListView : public ControlView {
   }
 
   void Pick(int index) override {
-    GoTo();
+    if (!GoTo()) return;
     list_.scrollToItem(list_.item(index));
     const QPoint at = list_.visualItemRect(list_.item(index)).center();
     SendMouse(viewport_, QEvent::MouseButtonPress, at);
@@ -438,9 +436,10 @@ void ControlView::Mirror() {
   widget_.setVisible(control_.IsVisible());
 }
 
-void ControlView::GoTo() {
+bool ControlView::GoTo() {
   QFocusEvent event(QEvent::FocusIn, Qt::OtherFocusReason);
   QCoreApplication::sendEvent(&widget_, &event);
+  return control_.Shown();
 }
 
 void ControlView::DblClick() { form().UserDblClick(control_); }
