@@ -154,6 +154,18 @@ TEST_F(QtPresenterTest, WhatTheProgramChangesIsSeen) {
   });
 }
 
+TEST_F(QtPresenterTest, TextIsPutIntoABoxAtOnce) {
+  WithWindow<TestForm>([](TestForm& form, QDialog& window, QtPresenter& driver) {
+    driver.Type(form.cboName, "Entity 12");
+    EXPECT_EQ(form.cboName.Text(), "Entity 12");
+    EXPECT_THAT(trace, IsEmpty()) << "an item that it begins with is not chosen on the way";
+    const std::string many(200'000, 'x');
+    driver.Type(form.txtValue, many);
+    EXPECT_EQ(form.txtValue.Text(), many);
+    EXPECT_EQ(Widget<QLineEdit>(window, "txtValue").text().toStdString(), many);
+  });
+}
+
 TEST_F(QtPresenterTest, PickOnlyComboShowsForeignTextInTheOrdinaryColour) {
   WithWindow<TestForm>([](TestForm& form, QDialog& window, QtPresenter& driver) {
     auto& units = Widget<QComboBox>(window, "cboUnits");

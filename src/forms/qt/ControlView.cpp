@@ -26,10 +26,10 @@ namespace {
 
 QString ToQt(const std::string& text) { return QString::fromStdString(text); }
 
-void SendKey(QWidget& widget, int key, const QString& text = {}) {
-  QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
+void SendKey(QWidget& widget, int key) {
+  QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
   QCoreApplication::sendEvent(&widget, &press);
-  QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier, text);
+  QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier);
   QCoreApplication::sendEvent(&widget, &release);
 }
 
@@ -40,10 +40,9 @@ void SendMouse(QWidget& widget, QEvent::Type type, QPoint at) {
   QCoreApplication::sendEvent(&widget, &event);
 }
 
-// A character as its key brings it; what no key brings comes as an input method commits it.
-void SendCharacter(QWidget& widget, char32_t character) {
-  const QString text = QString::fromUcs4(&character, 1);
-  if (QChar::isPrint(character)) return SendKey(widget, 0, text);
+// Puts a text in place of what is selected, all at once, as an input method does: by keys, a long one would be read anew for
+// each.
+void SendText(QWidget& widget, const QString& text) {
   QInputMethodEvent commit;
   commit.setCommitString(text);
   QCoreApplication::sendEvent(&widget, &commit);
@@ -122,9 +121,8 @@ class TypingView : public ControlView {
   void Type(const QString& text) override {
     if (!GoTo()) return;
     edit_.selectAll();
-    if (text.isEmpty()) SendKey(widget(), Qt::Key_Delete);
-    for (const char32_t character : text.toUcs4())
-      if (control().Shown()) SendCharacter(widget(), character);
+    if (text.isEmpty()) return SendKey(widget(), Qt::Key_Delete);
+    SendText(widget(), text);
   }
 
  protected:
