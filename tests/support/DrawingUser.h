@@ -24,7 +24,7 @@ class DrawingUser : public HostUser {
   }
   void OpenDrawingOfABarePage() override {
     const test::TempFolder folder;
-    test::WriteFile(folder / "bare.vsdx", test::ZipOf({.shapes = "", .pageSheet = ""}));
+    test::WriteFile(folder / "bare.vsdx", test::ZipOf({.shapes = "", .pageSheet = "", .documentSheet = ""}));
     host_.Open(folder / "bare.vsdx");
   }
   IVShapePtr Drop(std::string_view master) override {

@@ -137,6 +137,7 @@ class Page : public IVPage {
     return sheet;
   }
   IVShapesPtr Shapes() override { return ++hostCalls, shapes; }
+  int ID() override { Unused(); }
   std::string Name() override { Unused(); }
   void SetName(std::string_view) override { Unused(); }
   void Delete(short) override { Unused(); }
@@ -156,6 +157,7 @@ class Document : public IVDocument {
   std::shared_ptr<fake::Pages> pages = std::make_shared<fake::Pages>();
   IVPagesPtr Pages() override { return ++hostCalls, pages; }
   IVMastersPtr Masters() override { Unused(); }
+  IVShapePtr DocumentSheet() override { Unused(); }
 };
 
 class Application : public IVApplication {

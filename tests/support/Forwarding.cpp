@@ -98,6 +98,7 @@ class ForwardingShapes : public Forwarding<IVShapes> {
 class ForwardingPage : public Forwarding<IVPage> {
  public:
   using Forwarding::Forwarding;
+  int ID() override { return Call("Page.ID").ID(); }
   std::string Name() override { return Call("Page.Name").Name(); }
   void SetName(std::string_view name) override { Call("Page.SetName").SetName(name); }
   IVShapePtr PageSheet() override { return Wrap<ForwardingShape>(Call("Page.PageSheet").PageSheet()); }
@@ -136,6 +137,7 @@ class ForwardingDocument : public Forwarding<IVDocument> {
   using Forwarding::Forwarding;
   IVPagesPtr Pages() override { return Wrap<ForwardingPages>(Call("Document.Pages").Pages()); }
   IVMastersPtr Masters() override { return Wrap<ForwardingMasters>(Call("Document.Masters").Masters()); }
+  IVShapePtr DocumentSheet() override { return Wrap<ForwardingShape>(Call("Document.DocumentSheet").DocumentSheet()); }
 };
 
 class ForwardingSelection : public Forwarding<IVSelection> {
