@@ -31,6 +31,12 @@ int ChosenIndex(const Control& control) {
   return -1;
 }
 
+// As far as a page goes in a list, so that one item of the page before stays in sight.
+int PageOf(const Control& control) {
+  const auto* list = dynamic_cast<const ListBox*>(&control);
+  return std::max(1, (list ? list->LinesInSight() : ComboBox::kItemsInSight) - 1);
+}
+
 bool TakesTyping(const Control& control) {
   const auto* combo = dynamic_cast<const ComboBox*>(&control);
   return control.kind() == ControlKind::Text || (combo && !combo->PickOnly());
@@ -90,6 +96,7 @@ void Form::UserType(TextControl& control, std::string_view text) {
   if (combo && combo->PickOnly()) return UserPick(control, RequireOffered(*combo, text));
   UserFocus(control);
   Guarded([&] { control.SetText(text); });
+  if (combo) combo->KeepChoice();
 }
 
 void Form::UserPick(Control& control, int index) {
@@ -122,6 +129,8 @@ void Form::UserKey(std::string_view key) {
   if (key == "Shift+Tab") return StepFocus(-1);
   if (key == "Down") return StepItem(+1);
   if (key == "Up") return StepItem(-1);
+  if (key == "PageDown" && focus_) return StepItem(+PageOf(*focus_));
+  if (key == "PageUp" && focus_) return StepItem(-PageOf(*focus_));
   if (key == "Home") return ChooseEdge(false);
   if (key == "End") return ChooseEdge(true);
   if (key == "Space") {
@@ -213,7 +222,11 @@ void Form::Press(Control& control) {
 }
 
 void Form::EnterOrEscape(Button* button, bool enter) {
-  if (auto* combo = dynamic_cast<ComboBox*>(focus_); combo && combo->DroppedDown()) return combo->SetDroppedDown(false);
+  if (auto* combo = dynamic_cast<ComboBox*>(focus_); combo && combo->DroppedDown()) {
+    if (enter) return combo->SetDroppedDown(false);
+    Guarded([&] { combo->LeaveList(); });
+    return;
+  }
   if (enter && focus_ && focus_->kind() == ControlKind::Button) button = static_cast<Button*>(focus_);
   if (button && button->Shown()) UserClick(*button);
 }
@@ -222,10 +235,11 @@ void Form::StepFocus(int direction) {
   if (Control* next = NextShown(focus_, direction)) UserFocus(*next);
 }
 
-void Form::StepItem(int direction) {
+void Form::StepItem(int step) {
   if (!focus_) return;
-  const int index = ChosenIndex(*focus_) + direction;
-  if (index >= 0 && index < ItemCount(*focus_)) Guarded([&] { ChooseItem(*focus_, index); });
+  const int from = ChosenIndex(*focus_), last = ItemCount(*focus_) - 1;
+  if (step > 0 ? from >= last : from <= 0) return;
+  Guarded([&] { ChooseItem(*focus_, std::clamp(from + step, 0, last)); });
 }
 
 void Form::ChooseEdge(bool last) {
@@ -233,14 +247,17 @@ void Form::ChooseEdge(bool last) {
   Guarded([&] { ChooseItem(*focus_, last ? ItemCount(*focus_) - 1 : 0); });
 }
 
+// A letter that several share only leads to them, one after another.
 void Form::AccessKeyPressed(char32_t key) {
+  const auto has = [key](const Control* control) { return control->Shown() && control->AccessKey() == key; };
+  const bool shared = std::count_if(controls_.begin(), controls_.end(), has) > 1;
   const size_t start = focus_ ? PositionOf(focus_) : controls_.size() - 1;
   for (size_t step = 1; step <= controls_.size(); ++step) {
     Control& control = *controls_[(start + step) % controls_.size()];
-    if (control.AccessKey() != key || !control.Shown()) continue;
-    if (control.TakesFocus()) return UserClick(control);
-    if (Control* led = NextShown(&control, +1)) UserFocus(*led);
-    return;
+    if (!has(&control)) continue;
+    Control* const led = control.TakesFocus() ? &control : NextShown(&control, +1);
+    if (!led) return;
+    return led == &control && !shared ? UserClick(*led) : UserFocus(*led);
   }
 }
 

@@ -68,7 +68,8 @@ class Form {
   void UserCheck(CheckBox& control, bool checked);
   void UserClick(Control& control);
   void UserDblClick(Control& control);
-  // "Enter", "Escape", "Tab", "Shift+Tab", "Space", "Up", "Down", "Home", "End", "F4", "Alt+Down", "Alt+" and a character.
+  // "Enter", "Escape", "Tab", "Shift+Tab", "Space", "Up", "Down", "PageUp", "PageDown", "Home", "End", "F4", "Alt+Down", "Alt+"
+  // and a character.
   // "Space", "Home" and "End" mean nothing in a box that takes typing: there they belong to the caret.
   void UserKey(std::string_view key);
 
@@ -92,7 +93,7 @@ class Form {
   void Press(Control& control);
   void EnterOrEscape(Button* button, bool enter);
   void StepFocus(int direction);
-  void StepItem(int direction);
+  void StepItem(int step);
   void ChooseEdge(bool last);
   void AccessKeyPressed(char32_t key);
   Control* NextShown(const Control* from, int direction) const;

@@ -304,6 +304,18 @@ inline const std::vector<Script> kScripts = {
     Script{"a form over the form",
            {FocusOn("txtValue"), ClickOn("cmdAdd"), TypeIn("txtText", "abc"), Press("Enter"), Press("Alt+N"), Press("Alt+A"),
             Press("Alt+T"), Press("Escape"), Press("Tab"), ClickOn("cmdCancel")}},
+    Script{"a letter of several presses and ticks nothing",
+           {FocusOn("cboName"), Press("Alt+R"), Press("Alt+R"), Press("Alt+R"), CheckOn("chkStatistics", true), Press("Alt+R")}},
+    Script{"a list left with Escape keeps its old item",
+           {FocusOn("cboUnits"), Press("F4"), Press("Down"), Press("Down"), Press("Escape"), Press("F4"), Press("End"),
+            Press("Enter"), FocusOn("cboName"), Press("F4"), Press("Down"), Press("Down"), Press("Escape")}},
+    Script{
+        "an open list is typed over",
+        {TypeIn("cboName", "mine"), Press("F4"), Press("Down"), TypeIn("cboName", "mine too"), Press("Down"), Press("Escape")}},
+    Script{"pages of lists",
+           {FocusOn("cboUnits"), Press("PageDown"), Press("PageUp"), Press("F4"), Press("PageDown"), Press("Enter"),
+            FocusOn("cboName"), Press("PageDown"), Press("PageUp"), PickIn("lstRows", 0), Press("PageDown"), Press("PageDown"),
+            Press("PageUp"), FocusOn("txtValue"), Press("PageDown")}},
     Script{"a key that is none", {Press("Hyper"), Press("Alt+"), Press("Alt+ab"), Press("")}},
     Script{"a script that ends early", {FocusOn("cmdFail")}}};
 

@@ -188,8 +188,12 @@ TEST_F(QtPresenterTest, KeysOfTheKeyboardReachTheForm) {
     EXPECT_EQ(form.cboUnits.Text(), "Seconds");
     TypeKeys(window, "h");
     EXPECT_EQ(form.cboUnits.Text(), "Hours") << "letters choose";
+    press(Qt::Key_PageDown);
+    EXPECT_EQ(form.cboUnits.Text(), "Days");
+    press(Qt::Key_PageUp);
+    EXPECT_EQ(form.cboUnits.Text(), "Seconds");
     EXPECT_EQ(press(Qt::Key_R, Qt::AltModifier), "chkStatistics") << "of two with this key the next one";
-    EXPECT_TRUE(form.chkStatistics.Checked());
+    EXPECT_FALSE(form.chkStatistics.Checked()) << "and only leads to it";
     EXPECT_EQ(press(Qt::Key_R, Qt::AltModifier), "lstRows");
     trace.clear();
     EXPECT_TRUE(form.IsShown());

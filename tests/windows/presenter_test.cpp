@@ -431,8 +431,12 @@ TEST_F(Win32PresenterTest, KeysOfTheKeyboardReachTheForm) {
     EXPECT_EQ(form.cboUnits.Text(), "Seconds");
     TypeKeys("h");
     EXPECT_EQ(form.cboUnits.Text(), "Hours") << "letters choose";
+    press(VK_NEXT);
+    EXPECT_EQ(form.cboUnits.Text(), "Days");
+    press(VK_PRIOR);
+    EXPECT_EQ(form.cboUnits.Text(), "Seconds");
     EXPECT_EQ(press('R', VK_MENU), "chkStatistics") << "of two with this key the next one";
-    EXPECT_TRUE(form.chkStatistics.Checked());
+    EXPECT_FALSE(form.chkStatistics.Checked()) << "and only leads to it";
     EXPECT_EQ(press('R', VK_MENU), "lstRows");
     TypeKeys("s");
     EXPECT_EQ(form.lstRows.ListIndex(), 1) << "letters choose in lists too";

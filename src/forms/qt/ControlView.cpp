@@ -177,7 +177,7 @@ class ListAskingCombo : public QComboBox {
 class ComboList : public QObject {
  public:
   ComboList(ControlView& view, ComboBox& control, ListAskingCombo& combo) : QObject(&view), control_(control), combo_(combo) {
-    combo_.setMaxVisibleItems(12);
+    combo_.setMaxVisibleItems(ComboBox::kItemsInSight);
     combo_.asked = [this] { Asked(); };
     combo_.installEventFilter(this);
     connect(&combo_, &QComboBox::activated, this, [this](int index) {
