@@ -89,12 +89,6 @@ constexpr struct {
     {Thing::Set, "Member(..., i) and Members(...) are numbers of it."},
 };
 
-std::string_view HintFor(Thing thing) {
-  for (const auto& [of, hint] : kHints)
-    if (of == thing) return hint;
-  return "";
-}
-
 std::string Quoted(std::string_view text) { return '"' + InWords(text) + '"'; }
 
 std::string WithArticle(Thing thing) {
@@ -290,7 +284,9 @@ class Parser {
     }
     double value = 0;
     const auto [stop, error] = std::from_chars(begin, text_.data() + end, value);
-    if (error == std::errc::result_out_of_range && std::abs(value) != 0)
+    // One too small to be told from 0 is 0.
+    const bool isTiny = text_.substr(pos_, end - pos_).find('-') != std::string_view::npos;
+    if (error == std::errc::result_out_of_range && !isTiny)
       Fail(kExpression, pos_, end, "a number cannot be that large" + AtCharacter(pos_));
     pos_ = end;
     return value;
