@@ -7,6 +7,7 @@
 #include "platform/Platform.h"
 
 #include <algorithm>
+#include <bit>
 #include <iterator>
 #include <numeric>
 
@@ -62,6 +63,14 @@ size_t Distance(std::string_view a, std::string_view b, size_t limit) {
   return std::min(row.back(), limit + 1);
 }
 
+constexpr size_t kLettersToOneMistake = 3;
+
+std::uint64_t LettersOf(std::string_view key) {
+  std::uint64_t letters = 0;
+  for (const char c : key) letters |= std::uint64_t{1} << (static_cast<unsigned char>(c) % 64);
+  return letters;
+}
+
 // What an expression takes for something else wherever it stands.
 bool IsNoName(std::string_view text) {
   if (IsAsciiDigit(text.front()) || text.front() == '.') return ParseNumber(text).has_value();
@@ -96,7 +105,6 @@ Names::Names() {
   for (const EntityAttributeInfo& attribute : kEntityAttributes) Add(Thing::EntityAttribute, attribute.name, kAlways);
   for (const auto& [name, attribute] : kOtherNames) {
     EntryOf(name).index[static_cast<size_t>(Thing::EntityAttribute)] = static_cast<int>(attribute);
-    spellings_.push_back(name);
   }
   for (const std::string_view picture : kPictures) Add(Thing::Picture, picture, kAlways);
   Add(Thing::J, "J", kAlways);
@@ -108,7 +116,6 @@ int Names::Add(Thing thing, std::string_view name, int mentionedBy, int module) 
   if (index < 0) {
     index = static_cast<int>(all.size());
     all.push_back({name, module, mentionedBy});
-    spellings_.push_back(name);
   } else if (all[static_cast<size_t>(index)].module < 0) {
     all[static_cast<size_t>(index)].module = module;
   }
@@ -129,8 +136,13 @@ VariableSize Names::SizeOf(int variable) const {
 }
 
 Names::Entry& Names::EntryOf(std::string_view name) {
-  const auto [found, isNew] = entries_.try_emplace(NameKey(name));
-  if (isNew) found->second.index.fill(-1);
+  std::string key = NameKey(name);
+  const auto [found, isNew] = entries_.try_emplace(key);
+  if (isNew) {
+    found->second.index.fill(-1);
+    const std::uint64_t letters = LettersOf(key);
+    spellings_.push_back({std::move(key), letters, name});
+  }
   return found->second;
 }
 
@@ -159,12 +171,15 @@ Names::Prefix Names::LongestPrefix(std::string_view text) const {
 
 std::string_view Names::Nearest(std::string_view name) const {
   const std::string key = NameKey(name);
-  size_t limit = std::max<size_t>(1, key.size() / 3);
+  const std::uint64_t letters = LettersOf(key);
+  size_t limit = key.size() / kLettersToOneMistake;
   std::string_view nearest;
-  for (const std::string_view spelling : spellings_) {
-    const size_t distance = Distance(key, NameKey(spelling), limit);
+  for (const Spelling& spelling : spellings_) {
+    // Each mistake takes one letter away or brings one in, or both.
+    if (static_cast<size_t>(std::popcount(letters ^ spelling.letters)) > 2 * limit) continue;
+    const size_t distance = Distance(key, spelling.key, limit);
     if (distance > limit || (distance == limit && !nearest.empty())) continue;
-    nearest = spelling;
+    nearest = spelling.text;
     limit = distance;
   }
   return nearest;

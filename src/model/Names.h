@@ -113,12 +113,17 @@ class Names {
   std::string_view Nearest(std::string_view name) const;
 
  private:
+  struct Spelling {
+    std::string key;
+    std::uint64_t letters;  // which of them it has
+    std::string_view text;
+  };
   Entry& EntryOf(std::string_view name);
 
   std::array<std::vector<Named>, kThingCount> named_;
   std::vector<VariableSize> sizes_;
   std::unordered_map<std::string, Entry> entries_;  // by NameKey
-  std::vector<std::string_view> spellings_;
+  std::vector<Spelling> spellings_;
   std::deque<std::string> made_;
 };
 

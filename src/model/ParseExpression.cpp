@@ -404,7 +404,7 @@ class Parser {
     const int dimensions = size.columns > 0 ? 2 : 1;
     if (static_cast<int>(indexes.size()) != dimensions)
       Fail(kArray, start, pos_,
-           Quoted(name.text) + " wants " + Counted(dimensions, "index") + (dimensions == 1 ? "" : "es") + ", not " +
+           Quoted(name.text) + " wants " + (dimensions == 1 ? "1 index" : "2 indexes") + ", not " +
                std::to_string(indexes.size()));
     RequireWithin(name, indexes[0], size.rows, "row");
     if (dimensions == 2) RequireWithin(name, indexes[1], size.columns, "column");
