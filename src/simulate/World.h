@@ -29,6 +29,7 @@ class World {
   const RandomRun& run() const { return run_; }
 
   double now = 0;
+  double statisticsSince = 0;
   Calendar calendar;
   Entities entities;
   std::vector<double> variables;
@@ -64,7 +65,11 @@ class World {
   Stream& StreamOf(std::uint32_t source) { return streams_[source]; }
   // The place of an element among all variables' values.
   size_t ElementAt(const VariableTable& variable, double i, double j, std::uint32_t place) const;
-  std::uint32_t MemberOf(const SetTable& set, double index, std::uint32_t place) const;
+  // From 0.
+  std::uint32_t IndexInSet(const SetTable& set, double index, std::uint32_t place) const;
+  std::uint32_t MemberOf(const SetTable& set, double index, std::uint32_t place) const {
+    return program_.setMembers[set.members.first + IndexInSet(set, index, place)];
+  }
 
   // --- What happens next.
   void Schedule(double time, std::uint32_t row) { entities[row].order = calendar.Push(time, now, row); }
