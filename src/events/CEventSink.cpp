@@ -5,7 +5,6 @@
 #include "addin/host/IVApplication.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
-#include "addin/host/SecondTry.h"
 #include "base/Errors.h"
 #include "base/ScopeExit.h"
 #include "catalog/NameCatalogues.h"
@@ -77,9 +76,7 @@ Going WhatGoesWith(const IVSelectionPtr& selection) {
   return going;
 }
 
-void ShowAgain(const IVPagePtr& page) try {
-  WithSecondTry([&] { visApp->ActiveWindow()->SetPage(page->Name()); });
-} catch (const AutomationError&) {
+void ShowAgain(const IVPagePtr& page) try { visApp->ActiveWindow()->SetPage(page->Name()); } catch (const AutomationError&) {
   // It has gone, too.
 }
 
@@ -117,8 +114,7 @@ void CEventSink::VisEventProc(std::int16_t eventCode, const IVApplicationPtr&, s
         mendedRegisters_.clear();
         return;
       case kEventTextChanged:
-        if (!puttingText_ && WithSecondTry([] { return visApp->ActiveWindow()->Selection()->Count(); }) == 0)
-          ShapeTextEdited(moreInfo);
+        if (!puttingText_ && visApp->ActiveWindow()->Selection()->Count() == 0) ShapeTextEdited(moreInfo);
         return;
       default:
         return;
@@ -165,22 +161,21 @@ void CEventSink::DrainQueues() {
   draining_ = true;
   const AtExit done([this] { draining_ = false; });
   // As a page: its name may be its number, and pass to another page.
-  const IVPagePtr shownBefore = WithSecondTry([] { return visApp->ActivePage(); });
+  const IVPagePtr shownBefore = visApp->ActivePage();
   while (!PagesToDelete.empty()) {
     DeleteQueuedPage(TakeFirst(PagesToDelete));
     ShowAgain(shownBefore);
   }
   while (!PagesToInitialise.empty()) {
     const std::string name = TakeFirst(PagesToInitialise);
-    const IVPagePtr page =
-        WithSecondTry([&] { return PageExists(name) ? visApp->ActiveDocument()->Pages()->Item(name) : nullptr; });
+    const IVPagePtr page = PageExists(name) ? visApp->ActiveDocument()->Pages()->Item(name) : nullptr;
     if (page) PageAdded(page);
   }
 }
 
 void CEventSink::ListenToPageDeleted(bool on) {
   if (!pageDeletedEvent_) return;
-  WithSecondTry([&] { pageDeletedEvent_->SetEnabled(on); });
+  pageDeletedEvent_->SetEnabled(on);
   pageDeletedIsOff_ = !on;
 }
 
@@ -193,38 +188,31 @@ void CEventSink::DeleteQueuedPage(const std::string& name) try {
       // The next event begins with it.
     }
   });
-  WithSecondTry([&] {
-    if (!PageExists(name)) return;
-    const IVPagePtr page = visApp->ActiveDocument()->Pages()->Item(name);
-    DeleteSubmodelPages(page);
-    page->Delete(1);
-  });
+  if (!PageExists(name)) return;
+  const IVPagePtr page = visApp->ActiveDocument()->Pages()->Item(name);
+  DeleteSubmodelPages(page);
+  page->Delete(1);
 } catch (const AutomationError&) {
   // The other queued pages still go.
 }
 
 void CEventSink::PageAdded(const IVPagePtr& page) try {
-  const IVShapePtr sheet = WithSecondTry([&] { return page->PageSheet(); });
-  for (const BookkeepingRow& row : kBookkeepingRows)
-    WithSecondTry([&] { sheet->AddNamedRow(kSectionProp, row.name, kTagDefault); });
+  const IVShapePtr sheet = page->PageSheet();
+  for (const BookkeepingRow& row : kBookkeepingRows) sheet->AddNamedRow(kSectionProp, row.name, kTagDefault);
   for (const BookkeepingRow& row : kBookkeepingRows) {
     const std::string formula = row.name == kParentPageRow ? InQuotes(PendingParentPage) : std::string(row.formula);
-    WithSecondTry([&] { sheet->Cells(CellName(row.name))->SetFormula(formula); });
+    sheet->Cells(CellName(row.name))->SetFormula(formula);
   }
   PendingParentPage.clear();
   for (short row = 0; row < static_cast<short>(std::size(kBookkeepingRows)); ++row)
-    WithSecondTry([&] { sheet->CellsSRC(kSectionProp, row, kCellPropInvisible)->SetFormula("1"); });
+    sheet->CellsSRC(kSectionProp, row, kCellPropInvisible)->SetFormula("1");
 } catch (const AutomationError&) {
   // The page stays as it is: its registers read as empty, and the first write makes them.
 }
 
 void CEventSink::ShapeAdded(const IVShapePtr& shape) try {
-  const auto isDrawn = [&] {
-    const short type = shape->Type();
-    return type == kShapeTypeGroup || type == kShapeTypeShape;
-  };
-  if (!WithSecondTry(isDrawn)) return;
-  const std::string kind = WithSecondTry([&] { return MasterNameOf(shape); });
+  if (const short type = shape->Type(); type != kShapeTypeGroup && type != kShapeTypeShape) return;
+  const std::string kind = MasterNameOf(shape);
   if (!IsModuleKind(kind)) return OtherShapeAdded(shape, kind);
   ModuleAdded(shape, kind);
   GiveUpPagesOfOthers(shape);
@@ -234,39 +222,26 @@ void CEventSink::ShapeAdded(const IVShapePtr& shape) try {
 }
 
 void CEventSink::ModuleAdded(const IVShapePtr& shape, const std::string& kind) {
-  const auto settle = [&] {
-    if (registersInDoubt_) Recount(shape->ContainingPage(), PositionsFrom(shape));
-  };
-  const bool isTaken = WithSecondTry([&] {
-    settle();
-    const std::string text = shape->Text();
-    return !text.empty() && NameIsUsed(NameList::AllModules, text, 1);
-  });
-  WithSecondTry([&] {
-    settle();
-    registersInDoubt_ = true;
-    if (isTaken) Renumber(shape, kind);
-    IncrementPageCount(shape);
-    registersInDoubt_ = false;
-  });
+  if (registersInDoubt_) Recount(shape->ContainingPage(), PositionsFrom(shape));
+  registersInDoubt_ = true;
+  if (const std::string text = shape->Text(); !text.empty() && NameIsUsed(NameList::AllModules, text, 1)) Renumber(shape, kind);
+  IncrementPageCount(shape);
+  registersInDoubt_ = false;
 }
 
 void CEventSink::OtherShapeAdded(const IVShapePtr& shape, const std::string& master) try {
-  const auto isConnector = [] {
-    const IVShapePtr selected = visApp->ActiveWindow()->Selection()->Item(1);
-    return selected->RowExists(kSectionObject, kRowXForm1D, kExistsAnywhere);
-  };
-  // A line that was made from no master is none.
-  if (!master.empty() && WithSecondTry(isConnector)) return CheckConnector();
+  const IVShapePtr selected = visApp->ActiveWindow()->Selection()->Item(1);
+  // A line that was made from no master is no connector.
+  if (!master.empty() && selected->RowExists(kSectionObject, kRowXForm1D, kExistsAnywhere)) return CheckConnector();
   GiveUpPagesOfOthers(shape);
 } catch (const AutomationError&) {
   // The connector stays as it has been drawn, and a Process in a group what its original is.
 }
 
 void CEventSink::BeforeSelectionDelete(const IVSelectionPtr& selection) try {
-  auto [shapes, pages] = WithSecondTry([&] { return WhatGoesWith(selection); });
+  auto [shapes, pages] = WhatGoesWith(selection);
   PagesToDelete.insert(PagesToDelete.end(), pages.begin(), pages.end());
-  WithSecondTry([&] { Recount(visApp->ActivePage(), shapes); });
+  Recount(visApp->ActivePage(), shapes);
 } catch (const AutomationError&) {
   registersInDoubt_ = true;
 }
@@ -283,35 +258,35 @@ void CEventSink::Recount(const IVPagePtr& page, const ShapeIndexes& goingAway) {
 }
 
 void CEventSink::PageDeleted(const IVPagePtr& page) {
-  for (std::string& name : WithSecondTry([&] { return SubmodelPagesOf(page); })) PagesToDelete.push_back(std::move(name));
+  for (std::string& name : SubmodelPagesOf(page)) PagesToDelete.push_back(std::move(name));
 }
 
 void CEventSink::ShapeTextEdited(std::string_view moreInfo) {
   const size_t dot = moreInfo.find('.');
   if (dot == std::string_view::npos) return;
   const int id = LeadingInteger(moreInfo.substr(dot + 1));
-  const IVShapePtr shape = WithSecondTry([&] { return visApp->ActivePage()->Shapes()->ItemFromID(id); });
-  const std::string kind = WithSecondTry([&] { return MasterNameOf(shape); });
+  const IVShapePtr shape = visApp->ActivePage()->Shapes()->ItemFromID(id);
+  const std::string kind = MasterNameOf(shape);
   if (!IsModuleKind(kind)) return;
   const std::string_view nameField = NameField(kind);
-  const std::string stored = WithSecondTry([&] { return PropText(shape, nameField); });
-  const std::string typed = WithSecondTry([&] { return shape->Text(); });
+  const std::string stored = PropText(shape, nameField);
+  const std::string typed = shape->Text();
   const std::string text(TrimBlanks(typed));
   if (text.empty()) return PutText(shape, stored);
   if (text != typed) PutText(shape, text);
   const int times = text == stored ? 2 : 1;
-  if (WithSecondTry([&] { return NameIsUsed(NameList::AllModules, text, times); })) {
+  if (NameIsUsed(NameList::AllModules, text, times)) {
     ShowFieldError(kDuplicateName);
     return PutText(shape, stored);
   }
-  WithSecondTry([&] { SetPropList(shape, nameField, text); });
-  if (kind == "Process") WithSecondTry([&] { RenameSubmodelPage(shape, text); });
+  SetPropList(shape, nameField, text);
+  if (kind == "Process") RenameSubmodelPage(shape, text);
 }
 
 void CEventSink::PutText(const IVShapePtr& shape, std::string_view text) {
   puttingText_ = true;
   const AtExit done([this] { puttingText_ = false; });
-  WithSecondTry([&] { shape->SetText(text); });
+  shape->SetText(text);
 }
 
 }  // namespace vardo

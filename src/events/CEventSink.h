@@ -1,6 +1,6 @@
 // The listener for the host's events. It gives new pages their bookkeeping rows, renumbers and registers new module shapes, keeps
 // a module's name in step with the text typed on it, and removes the submodel pages of Process shapes that go.
-//   What the host refuses is tried a second time. What it then refuses still is left, and put right later where that is said.
+//   What the host refuses is left, and put right later where that is said.
 #pragma once
 
 #include "addin/host/IVEventList.h"
