@@ -10,6 +10,7 @@
 #include "catalog/NameCatalogues.h"
 #include "connect/Glue_Connections.h"
 #include "events/PageRegisters.h"
+#include "platform/Platform.h"
 #include "props/PropertyCells.h"
 #include "props/ShapeKinds.h"
 #include "props/StringFunctions.h"
@@ -27,6 +28,8 @@ std::vector<std::string> PagesToInitialise;
 
 namespace {
 
+constexpr std::string_view kProcess = "Process";
+
 // The property that holds the name of a module of that kind.
 std::string_view NameField(std::string_view kind) { return FindModule(kind)->Name().field; }
 
@@ -37,7 +40,7 @@ void Renumber(const IVShapePtr& shape, const std::string& kind) {
   SetPropList(shape, "Count", number);
   shape->SetText(kind + number);
   SetPropList(shape, NameField(kind), shape->Text());
-  if (kind == "Process") GiveUpSubmodelPage(shape);
+  if (kind == kProcess) GiveUpSubmodelPage(shape);
 }
 
 // The positions of the shape and of all that stand behind it on its page.
@@ -279,8 +282,12 @@ void CEventSink::ShapeTextEdited(std::string_view moreInfo) {
     ShowFieldError(kDuplicateName);
     return PutText(shape, stored);
   }
+  if (const auto why = kind == kProcess ? WhySubmodelPageStays(shape, text) : std::nullopt) {
+    ThePlatform().ShowMessage(*why, kProductTitle, kStyleExclamation);
+    return PutText(shape, stored);
+  }
   SetPropList(shape, nameField, text);
-  if (kind == "Process") RenameSubmodelPage(shape, text);
+  if (kind == kProcess) RenameSubmodelPage(shape, text);
 }
 
 void CEventSink::PutText(const IVShapePtr& shape, std::string_view text) {

@@ -8,6 +8,7 @@
 #include "base/Characters.h"
 #include "base/Errors.h"
 #include "base/ScopeExit.h"
+#include "base/Text.h"
 #include "events/PageRegisters.h"
 #include "platform/Platform.h"
 #include "props/DrawingLists.h"
@@ -199,6 +200,14 @@ void GiveUpPagesOfOthers(const IVShapePtr& added) {
 }
 
 std::string SubmodelPageOf(const IVShapePtr& process) { return PropText(process, kSubPage); }
+
+std::optional<std::string> WhySubmodelPageStays(const IVShapePtr& process, std::string_view newName) {
+  const std::string oldPage = SubmodelPageOf(process);
+  if (oldPage.empty() || !PageExists(oldPage)) return std::nullopt;
+  const std::string newPage = SubmodelPageName(newName, oldPage);
+  if (newPage == oldPage || !PageExists(newPage)) return std::nullopt;
+  return "The page \"" + InWords(newPage) + "\" is there already: give the Process another name, or rename that page first.";
+}
 
 void RenameSubmodelPage(const IVShapePtr& process, std::string_view newName) {
   const std::string oldPage = SubmodelPageOf(process);
