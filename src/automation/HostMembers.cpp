@@ -166,6 +166,7 @@ constexpr OfferedMember<IVDocument> kDocument[] = {
     Get<&IVDocument::Pages>(L"Pages"),
     Get<&IVDocument::Masters>(L"Masters"),
     Get<&IVDocument::Path>(L"Path"),
+    Get<&IVDocument::DocumentSheet>(L"DocumentSheet"),
 };
 constexpr OfferedMember<IVPages> kPages[] = {
     Get<&IVPages::Count>(L"Count"),
@@ -173,11 +174,9 @@ constexpr OfferedMember<IVPages> kPages[] = {
     Method<&IVPages::Add>(L"Add"),
 };
 constexpr OfferedMember<IVPage> kPage[] = {
-    Get<&IVPage::Name>(L"Name"),
-    Put<&IVPage::SetName>(L"Name"),
-    Get<&IVPage::PageSheet>(L"PageSheet"),
-    Get<&IVPage::Shapes>(L"Shapes"),
-    Method<&IVPage::Delete>(L"Delete", {L"fRenumberPages"}),
+    Get<&IVPage::ID>(L"ID"),         Get<&IVPage::Name>(L"Name"),
+    Put<&IVPage::SetName>(L"Name"),  Get<&IVPage::PageSheet>(L"PageSheet"),
+    Get<&IVPage::Shapes>(L"Shapes"), Method<&IVPage::Delete>(L"Delete", {L"fRenumberPages"}),
 };
 constexpr OfferedMember<IVShapes> kShapes[] = {
     Get<&IVShapes::Count>(L"Count"),

@@ -6,6 +6,7 @@
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
 #include "base/Errors.h"
+#include "connect/EndFormulas.h"
 #include "modules/ModuleKinds.h"
 #include "platform/Platform.h"
 #include "props/ShapeKinds.h"
@@ -88,25 +89,9 @@ void Attempt(Step step) {
   }
 }
 
-// The shape that a formula refers to; none when the formula does not begin so, or refers to nothing outside its own sheet.
-std::string ShapeReferredTo(std::string_view formula, std::string_view beginning) {
-  if (!formula.starts_with(beginning)) return "";
-  formula.remove_prefix(beginning.size());
-  if (!formula.starts_with('\'')) {
-    const size_t end = formula.find('!');
-    return std::string(end == std::string_view::npos ? "" : formula.substr(0, end));
-  }
-  std::string name;
-  for (size_t i = 1; i < formula.size(); ++i) {
-    if (formula[i] == '\'' && (i + 1 == formula.size() || formula[++i] != '\'')) return name;
-    name += formula[i];
-  }
-  return "";
-}
-
 std::string ShapeAtEnd(const IVShapePtr& connector, const EndCells& end) {
-  const std::string glued = ShapeReferredTo(connector->Cells(end.x)->Formula(), "PAR(PNT(");
-  return glued.empty() ? ShapeReferredTo(connector->Cells(end.trigger)->Formula(), "_XFTRIGGER(") : glued;
+  const std::string glued = ShapeReferredTo(connector->Cells(end.x)->Formula(), kGluedBeginning);
+  return glued.empty() ? ShapeReferredTo(connector->Cells(end.trigger)->Formula(), kTriggerBeginning) : glued;
 }
 
 bool NeedsQuotes(std::string_view name) {

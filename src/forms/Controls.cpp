@@ -55,7 +55,7 @@ bool Control::TakesFocus() const {
   return kind_ != ControlKind::Label && kind_ != ControlKind::Frame && kind_ != ControlKind::Line;
 }
 
-void Control::MoveFocusHere() { form_.MoveFocus(*this); }
+void Control::MoveFocusHere() { form_.FocusWanted(*this); }
 
 void Control::Changed() { form_.ControlChanged(*this); }
 

@@ -50,7 +50,8 @@ class Control {
   void SetParent(Frame* parent) { parent_ = parent; }
 
   bool TakesFocus() const;
-  // Moves the focus here. A hidden control gets it when it comes to be shown, unless the focus has moved on purpose by then.
+  // Moves the focus here. A hidden control gets it when it comes to be shown, unless another box has been edited, OK been
+  // pressed, or the focus been moved by the program by then.
   void MoveFocusHere();
 
   Signal LostFocus, Click, DblClick;

@@ -79,15 +79,19 @@ void Form::SetDefaultButtons(Button& ok, Button& cancel) {
 
 void Form::FocusFirst() {
   wantsFocus_ = nullptr;
-  focus_ = NextShown(nullptr, +1);
-  if (observer_) observer_->FocusMoved(focus_);
+  GiveFocus(NextShown(nullptr, +1));
 }
 
 void Form::UserFocus(Control& control) { FocusGained(control); }
 
+// When leaving a box hides the one that was to be reached, the focus is back where it was.
 bool Form::FocusGained(Control& control) {
   RequireFocusable(control);
-  return Guarded([&] { MoveFocus(control); });
+  Control* const left = focus_;
+  const bool done = Guarded([&] { MoveFocus(control); });
+  if (control.Shown()) return done;
+  GiveFocus(left && left->Shown() ? left : NextShown(left, +1));
+  return false;
 }
 
 void Form::UserType(TextControl& control, std::string_view text) {
@@ -95,25 +99,29 @@ void Form::UserType(TextControl& control, std::string_view text) {
   auto* combo = dynamic_cast<ComboBox*>(&control);
   if (combo && combo->PickOnly()) return UserPick(control, RequireOffered(*combo, text));
   UserFocus(control);
+  if (!control.Shown()) return;
   Guarded([&] { control.SetText(text); });
   if (combo) combo->KeepChoice();
+  wantsFocus_ = nullptr;
 }
 
 void Form::UserPick(Control& control, int index) {
   RequireItem(control, index);
   UserFocus(control);
+  if (!control.Shown()) return;
   CloseList(&control);
-  Guarded([&] { ChooseItem(control, index); });
+  Choose(control, index);
 }
 
 void Form::UserCheck(CheckBox& control, bool checked) {
   RequireShown(control);
   UserFocus(control);
-  Guarded([&] { control.SetChecked(checked); });
+  if (control.Shown()) Guarded([&] { control.SetChecked(checked); });
 }
 
 // A click that meets a failure in the box it leaves is spent on the message.
 void Form::UserClick(Control& control) {
+  if (&control == ok_) wantsFocus_ = nullptr;
   if (FocusGained(control)) Press(control);
 }
 
@@ -157,24 +165,29 @@ void Form::VisibilityChanged() {
   if (!shown_) return;
   if (wantsFocus_ && wantsFocus_->Shown()) return MoveFocus(*std::exchange(wantsFocus_, nullptr));
   if (focus_ && !focus_->Shown()) {
-    Control* const left = std::exchange(focus_, NextShown(focus_, +1));
-    if (observer_) observer_->FocusMoved(focus_);
+    Control* const left = focus_;
+    GiveFocus(NextShown(left, +1));
     CloseList(left);
   }
 }
 
+void Form::FocusWanted(Control& control) {
+  wantsFocus_ = control.Shown() ? nullptr : &control;
+  if (control.Shown()) MoveFocus(control);
+}
+
 void Form::MoveFocus(Control& control) {
-  if (!control.Shown()) {
-    wantsFocus_ = &control;
-    return;
-  }
-  wantsFocus_ = nullptr;
-  Control* const left = std::exchange(focus_, &control);
-  if (observer_) observer_->FocusMoved(focus_);
+  Control* const left = focus_;
+  GiveFocus(&control);
   if (left && left != &control) {
     CloseList(left);
     Control::Raise(left->LostFocus);
   }
+}
+
+void Form::GiveFocus(Control* control) {
+  focus_ = control;
+  if (observer_) observer_->FocusMoved(focus_);
 }
 
 void Form::RequireShown(const Control& control) const {
@@ -232,19 +245,29 @@ void Form::EnterOrEscape(Button* button, bool enter) {
 }
 
 void Form::StepFocus(int direction) {
-  if (Control* next = NextShown(focus_, direction)) UserFocus(*next);
+  Control* const left = focus_;
+  Control* const next = NextShown(left, direction);
+  if (!next) return;
+  UserFocus(*next);
+  if (!next->Shown()) GiveFocus(NextShown(left, direction));
 }
 
 void Form::StepItem(int step) {
   if (!focus_) return;
   const int from = ChosenIndex(*focus_), last = ItemCount(*focus_) - 1;
   if (step > 0 ? from >= last : from <= 0) return;
-  Guarded([&] { ChooseItem(*focus_, std::clamp(from + step, 0, last)); });
+  Choose(*focus_, std::clamp(from + step, 0, last));
 }
 
 void Form::ChooseEdge(bool last) {
   if (!focus_ || ItemCount(*focus_) == 0 || TakesTyping(*focus_)) return;
-  Guarded([&] { ChooseItem(*focus_, last ? ItemCount(*focus_) - 1 : 0); });
+  Choose(*focus_, last ? ItemCount(*focus_) - 1 : 0);
+}
+
+// Choosing in a box that takes typing is editing; elsewhere it may be what brings a hidden box back.
+void Form::Choose(Control& control, int index) {
+  Guarded([&] { ChooseItem(control, index); });
+  if (TakesTyping(control)) wantsFocus_ = nullptr;
 }
 
 // A letter that several share only leads to them, one after another.

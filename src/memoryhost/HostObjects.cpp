@@ -146,16 +146,22 @@ class ShapeObject : public IVShape {
 
   std::string Text() override { return host_.ResolveShape(ref_).Text(); }
   void SetText(std::string_view text) override { host_.WriteText(ref_, text); }
-  std::string Name() override { return IsPageSheet() ? std::string("ThePage") : Page().NameOf(host_.ResolveShape(ref_)); }
-  int ID() override { return IsPageSheet() ? 0 : host_.ResolveShape(ref_).id(); }
-  int Index() override { return IsPageSheet() ? 0 : Page().IndexOf(host_.ResolveShape(ref_)); }
-  short Type() override { return IsPageSheet() ? kShapeTypePage : host_.ResolveShape(ref_).Type(); }
+  std::string Name() override { return host_.SheetName(ref_); }
+  int ID() override { return ref_.IsShape() ? host_.ResolveShape(ref_).id() : 0; }
+  int Index() override { return ref_.IsShape() ? Page().IndexOf(host_.ResolveShape(ref_)) : 0; }
+  short Type() override {
+    if (ref_.IsShape()) return host_.ResolveShape(ref_).Type();
+    return IsDocumentSheet() ? kShapeTypeDocument : kShapeTypePage;
+  }
   IVMasterPtr Master() override {
-    if (IsPageSheet()) return nullptr;
+    if (!ref_.IsShape()) return nullptr;
     const int id = host_.ResolveShape(ref_).MasterId();
     return id < 0 || !host_.drawing().FindMaster(id) ? nullptr : std::make_shared<MasterObject>(host_, ref_.drawing, id);
   }
-  IVPagePtr ContainingPage() override { return MakePage(host_, ref_.drawing, Page().id()); }
+  IVPagePtr ContainingPage() override {
+    if (IsDocumentSheet()) throw HostError(kHostNotAllowed, "The drawing's own sheet stands on no page.");
+    return MakePage(host_, ref_.drawing, Page().id());
+  }
   IVShapesPtr Shapes() override {
     View();
     return std::make_shared<InnerShapesObject>(host_, ref_);
@@ -195,12 +201,12 @@ class ShapeObject : public IVShape {
     return static_cast<int>(cells.size());
   }
   void Delete() override {
-    if (IsPageSheet()) throw HostError(kHostNotAllowed, "A page's sheet cannot be deleted.");
+    if (!ref_.IsShape()) throw HostError(kHostNotAllowed, "The sheet of a page or of the drawing cannot be deleted.");
     host_.DeleteShape(ref_);
   }
 
  private:
-  bool IsPageSheet() const { return ref_.kind == SheetKind::Page; }
+  bool IsDocumentSheet() const { return ref_.kind == SheetKind::Document; }
   Sheet& View() { return *sheet_.View().sheet; }
   DrawingPage& Page() { return host_.ResolvePage(ref_.drawing, ref_.page); }
   static const SectionInfo& Known(short section) {
@@ -240,6 +246,7 @@ class ShapesObject : public IVShapes {
 class PageObject : public IVPage {
  public:
   PageObject(DrawingHost& host, int drawing, int id) : host_(host), drawing_(drawing), id_(id) {}
+  int ID() override { return Get().id(); }
   std::string Name() override { return Get().Name(); }
   void SetName(std::string_view name) override {
     Get();
@@ -351,6 +358,10 @@ class DocumentObject : public IVDocument, OfDrawing {
     if (host_.file().empty()) return "";
     const std::u8string folder = std::filesystem::absolute(host_.file()).parent_path().u8string();
     return {folder.begin(), folder.end()};
+  }
+  IVShapePtr DocumentSheet() override {
+    Get();
+    return MakeShape(host_, {drawing_, 0, 0, SheetKind::Document});
   }
 };
 

@@ -112,6 +112,7 @@ IVShapesPtr VisioShape::Shapes() { return Get<VisioShapes>(L"Shapes"); }
 class VisioPage : public Wrapper<IVPage, HostClass::Page> {
  public:
   using Wrapper::Wrapper;
+  int ID() override { return host().Get<int>(L"ID"); }
   std::string Name() override { return host().Get<std::string>(L"Name"); }
   void SetName(std::string_view name) override { host().Put(L"Name", name); }
   IVShapePtr PageSheet() override { return Get<VisioShape>(L"PageSheet"); }
@@ -143,6 +144,7 @@ class VisioDocument : public Wrapper<IVDocument, HostClass::Document> {
   IVPagesPtr Pages() override { return Get<VisioPages>(L"Pages"); }
   IVMastersPtr Masters() override { return Get<VisioMasters>(L"Masters"); }
   std::string Path() override { return host().Get<std::string>(L"Path"); }
+  IVShapePtr DocumentSheet() override { return Get<VisioShape>(L"DocumentSheet"); }
 };
 
 class VisioSelection : public Wrapper<IVSelection, HostClass::Selection> {

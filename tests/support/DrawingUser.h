@@ -24,7 +24,7 @@ class DrawingUser : public HostUser {
   }
   void OpenDrawingOf(const std::string& shapes) override {
     const test::TempFolder folder;
-    test::WriteFile(folder / "drawing.vsdx", test::ZipOf({.shapes = shapes, .pageSheet = ""}));
+    test::WriteFile(folder / "drawing.vsdx", test::ZipOf({.shapes = shapes, .pageSheet = "", .documentSheet = ""}));
     host_.Open(folder / "drawing.vsdx");
   }
   IVShapePtr Drop(std::string_view master) override {

@@ -138,6 +138,7 @@ class Page : public IVPage {
     return sheet;
   }
   IVShapesPtr Shapes() override { return ++hostCalls, shapes; }
+  int ID() override { Unused(); }
   std::string Name() override { Unused(); }
   void SetName(std::string_view) override { Unused(); }
   void Delete(short) override { Unused(); }
@@ -158,6 +159,7 @@ class Document : public IVDocument {
   IVPagesPtr Pages() override { return ++hostCalls, pages; }
   std::string Path() override { Unused(); }
   IVMastersPtr Masters() override { Unused(); }
+  IVShapePtr DocumentSheet() override { Unused(); }
 };
 
 class Application : public IVApplication {

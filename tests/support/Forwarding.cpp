@@ -101,6 +101,7 @@ IVShapesPtr ForwardingShape::Shapes() { return Wrap<ForwardingShapes>(Call("Shap
 class ForwardingPage : public Forwarding<IVPage> {
  public:
   using Forwarding::Forwarding;
+  int ID() override { return Call("Page.ID").ID(); }
   std::string Name() override { return Call("Page.Name").Name(); }
   void SetName(std::string_view name) override { Call("Page.SetName").SetName(name); }
   IVShapePtr PageSheet() override { return Wrap<ForwardingShape>(Call("Page.PageSheet").PageSheet()); }
@@ -140,6 +141,7 @@ class ForwardingDocument : public Forwarding<IVDocument> {
   IVPagesPtr Pages() override { return Wrap<ForwardingPages>(Call("Document.Pages").Pages()); }
   IVMastersPtr Masters() override { return Wrap<ForwardingMasters>(Call("Document.Masters").Masters()); }
   std::string Path() override { return Call("Document.Path").Path(); }
+  IVShapePtr DocumentSheet() override { return Wrap<ForwardingShape>(Call("Document.DocumentSheet").DocumentSheet()); }
 };
 
 class ForwardingSelection : public Forwarding<IVSelection> {

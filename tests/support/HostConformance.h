@@ -20,6 +20,7 @@
 #include <functional>
 #include <memory>
 #include <ostream>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -327,6 +328,62 @@ TEST_P(HostConformance, APageSheetThatTheFileDoesNotHaveIsMadeByTheFirstWrite) {
     EXPECT_EQ(Formula(Page()->PageSheet(), "User.Mine"), "\"kept\"") << "after saving and opening";
     EXPECT_EQ(PageNames(), std::vector<std::string>{"Page-1"});
   }
+}
+
+TEST_P(HostConformance, TheDrawingHasASheetOfItsOwn) {
+  const IVShapePtr sheet = app()->ActiveDocument()->DocumentSheet();
+  EXPECT_EQ(sheet->Type(), kShapeTypeDocument);
+  EXPECT_EQ(sheet->Name(), "TheDoc");
+  EXPECT_EQ(sheet->Index(), 0);
+  EXPECT_FALSE(sheet->Master());
+  EXPECT_EQ(ErrorOf([&] { sheet->ContainingPage(); }), kHostNotAllowed);
+  EXPECT_EQ(ErrorOf([&] { sheet->Delete(); }), kHostNotAllowed);
+  EXPECT_EQ(ErrorOf([&] { sheet->Cells("User.Mine"); }), kHostNoSuchCell);
+  user().RunCommand([&] {
+    sheet->AddNamedRow(kSectionUser, "Mine", kTagDefault);
+    Write(sheet, "User.Mine", "\"kept\"");
+  });
+  EXPECT_EQ(Formula(app()->ActiveDocument()->DocumentSheet(), "User.Mine"), "\"kept\"");
+  user().Undo();
+  EXPECT_FALSE(sheet->CellExists("User.Mine", kExistsAnywhere)) << "undone";
+  user().Redo();
+  user().SaveAndReopen();
+  EXPECT_EQ(Formula(app()->ActiveDocument()->DocumentSheet(), "User.Mine"), "\"kept\"") << "after saving and opening";
+}
+
+TEST_P(HostConformance, ADrawingsSheetThatTheFileDoesNotHaveIsMadeByTheFirstWrite) {
+  user().OpenDrawingOf("");
+  const IVShapePtr sheet = app()->ActiveDocument()->DocumentSheet();
+  EXPECT_EQ(sheet->RowCount(kSectionUser), 0);
+  for (int round = 0; round < 2; ++round) {
+    user().RunCommand([&] {
+      sheet->AddNamedRow(kSectionUser, "Mine", kTagDefault);
+      Write(sheet, "User.Mine", "\"kept\"");
+    });
+    EXPECT_EQ(Formula(sheet, "User.Mine"), "\"kept\"");
+    if (round == 1) break;
+    user().Undo();
+    EXPECT_FALSE(sheet->CellExists("User.Mine", kExistsAnywhere)) << "undone";
+  }
+  user().SaveAndReopen();
+  EXPECT_EQ(Formula(app()->ActiveDocument()->DocumentSheet(), "User.Mine"), "\"kept\"") << "after saving and opening";
+}
+
+TEST_P(HostConformance, PagesHaveNumbersThatTheFileKeeps) {
+  Pages()->Add();
+  Pages()->Add();
+  const auto numbers = [&] {
+    std::vector<int> ids;
+    for (int i = 1; i <= Pages()->Count(); ++i) ids.push_back(Pages()->Item(i)->ID());
+    return ids;
+  };
+  const std::vector<int> before = numbers();
+  EXPECT_EQ(before.size(), 3u);
+  EXPECT_EQ(std::set<int>(before.begin(), before.end()).size(), 3u);
+  Pages()->Item(2)->Delete(1);
+  EXPECT_THAT(numbers(), ElementsAre(before[0], before[2])) << "another page has gone";
+  user().SaveAndReopen();
+  EXPECT_THAT(numbers(), ElementsAre(before[0], before[2])) << "after saving and opening";
 }
 
 TEST_P(HostConformance, AnInstanceInheritsItsMastersText) { EXPECT_EQ(Drop()->Text(), "Create 1"); }

@@ -120,11 +120,116 @@ TEST_F(FormTest, AHiddenControlRemembersThatItIsToHaveTheFocus) {
   form.txtSize.SetVisible(true);
   EXPECT_EQ(form.FocusName(), "txtSize");
 
+  const struct {
+    std::function<void()> act;
+    std::string_view focus;
+    const char* why;
+  } cases[] = {
+      {[&] { form.UserFocus(form.lstRows); }, "txtSize", "a person only looks elsewhere"},
+      {[&] { form.UserKey("Tab"); }, "txtSize", "by keys too"},
+      {[&] { form.UserPick(form.cboKind, 1); }, "txtSize", "a choice may be what shows the box"},
+      {[&] { form.UserCheck(form.chkUrgent, true); }, "txtSize", "so may a tick"},
+      {[&] { form.UserType(form.cboName, "mine"); }, "cboName", "another box is edited"},
+      {[&] { form.UserPick(form.cboName, 1); }, "cboName", "as by an item in place of typing"},
+      {[&] { form.UserKey("Down"); }, "cboName", "also by keys"},
+      {[&] { form.UserClick(form.cmdOK); }, "cmdOK", "OK is pressed again"},
+      {[&] { form.UserKey("Enter"); }, "cmdOK", "or by its key"},
+      {[&] { form.lstRows.MoveFocusHere(); }, "lstRows", "the program wants another one to have it"},
+  };
+  for (const auto& c : cases) {
+    form.UserFocus(form.cboName);
+    form.txtSize.SetVisible(false);
+    form.txtSize.SetFocus();
+    c.act();
+    form.txtSize.SetVisible(true);
+    EXPECT_EQ(form.FocusName(), c.focus) << c.why;
+  }
+}
+
+TEST_F(FormTest, WhatAnEditShowsGetsTheFocusItAskedFor) {
   form.txtSize.SetVisible(false);
+  form.cboName.Click = [&] { form.txtSize.SetVisible(true); };
   form.txtSize.SetFocus();
-  form.UserFocus(form.lstRows);
-  form.txtSize.SetVisible(true);
-  EXPECT_EQ(form.FocusName(), "lstRows") << "the focus has moved on purpose by then";
+  form.UserType(form.cboName, "Two");
+  EXPECT_EQ(form.FocusName(), "txtSize");
+}
+
+TEST_F(FormTest, TabGoesToWhatComesInTheNextBoxesPlace) {
+  form.cboKind.SetVisible(false);
+  form.cboName.LostFocus = [&] {
+    form.cboKind.SetVisible(true);
+    form.txtSize.SetVisible(false);
+  };
+  form.UserKey("Tab");
+  EXPECT_EQ(form.FocusName(), "cboKind");
+}
+
+// Leaving the box for the size hides others.
+class LeavingHides : public FormTest {
+ protected:
+  LeavingHides() {
+    form.UserFocus(form.txtSize);
+    form.txtSize.LostFocus = [this] {
+      form.log.push_back("left txtSize");
+      for (Control* hidden : std::initializer_list<Control*>{&form.chkUrgent, &form.lstRows, &form.cboName, &form.cboKind})
+        hidden->SetVisible(false);
+    };
+    form.cboKind.SetText("Two");
+    form.TakeLog();
+  }
+};
+
+TEST_F(LeavingHides, WhatIsHiddenTakesNeitherClickTextNorKey) {
+  const struct {
+    std::function<void()> act;
+    const char* why;
+  } cases[] = {
+      {[&] { form.UserClick(form.chkUrgent); }, "a click"},
+      {[&] { form.UserCheck(form.chkUrgent, true); }, "a tick"},
+      {[&] { form.UserKey("Alt+U"); }, "its letter"},
+      {[&] { form.UserPick(form.lstRows, 1); }, "a line"},
+      {[&] { form.UserDblClick(form.lstRows); }, "a double click"},
+      {[&] { form.UserType(form.cboName, "mine"); }, "typing"},
+      {[&] { form.UserType(form.cboKind, "Three"); }, "typing an item"},
+      {[&] { form.UserPick(form.cboKind, 0); }, "an item"},
+      {[&] { form.UserFocus(form.chkUrgent); }, "the focus"},
+  };
+  for (const auto& c : cases) {
+    for (Control* control : form.Controls()) control->SetVisible(true);
+    c.act();
+    EXPECT_THAT(form.TakeLog(), ElementsAre("left txtSize")) << c.why;
+    EXPECT_EQ(form.FocusName(), "txtSize") << c.why;
+    EXPECT_FALSE(form.chkUrgent.Checked()) << c.why;
+    EXPECT_EQ(form.cboName.Text(), "") << c.why;
+    EXPECT_EQ(form.cboKind.Text(), "Two") << c.why;
+    EXPECT_EQ(form.lstRows.ListIndex(), -1) << c.why;
+  }
+}
+
+TEST_F(LeavingHides, TabGoesOnFromTheBoxThatWasLeft) {
+  form.UserKey("Tab");
+  EXPECT_EQ(form.FocusName(), "cmdOK") << "past what has been hidden";
+  EXPECT_THAT(form.TakeLog(), ElementsAre("left txtSize")) << "which it is left but once";
+
+  for (Control* control : form.Controls()) control->SetVisible(true);
+  form.UserFocus(form.txtSize);
+  form.UserKey("Shift+Tab");
+  EXPECT_EQ(form.FocusName(), "cmdNote") << "backwards past what has been hidden";
+
+  for (Control* control : form.Controls()) control->SetVisible(true);
+  form.UserFocus(form.txtSize);
+  form.UserClick(form.chkUrgent);
+  form.UserKey("Tab");
+  EXPECT_EQ(form.FocusName(), "cmdOK") << "after a click that went nowhere too";
+}
+
+TEST_F(LeavingHides, WithTheBoxThatIsLeftTheFocusGoesToTheNext) {
+  form.txtSize.LostFocus = [&] {
+    form.frame.SetVisible(false);
+    form.chkUrgent.SetVisible(false);
+  };
+  form.UserClick(form.chkUrgent);
+  EXPECT_EQ(form.FocusName(), "lstRows");
 }
 
 TEST_F(FormTest, TabFollowsTheOrderOfTheControls) {

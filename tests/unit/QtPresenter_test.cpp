@@ -154,6 +154,18 @@ TEST_F(QtPresenterTest, WhatTheProgramChangesIsSeen) {
   });
 }
 
+TEST_F(QtPresenterTest, TextIsPutIntoABoxAtOnce) {
+  WithWindow<TestForm>([](TestForm& form, QDialog& window, QtPresenter& driver) {
+    driver.Type(form.cboName, "Entity 12");
+    EXPECT_EQ(form.cboName.Text(), "Entity 12");
+    EXPECT_THAT(trace, IsEmpty()) << "an item that it begins with is not chosen on the way";
+    const std::string many(200'000, 'x');
+    driver.Type(form.txtValue, many);
+    EXPECT_EQ(form.txtValue.Text(), many);
+    EXPECT_EQ(Widget<QLineEdit>(window, "txtValue").text().toStdString(), many);
+  });
+}
+
 TEST_F(QtPresenterTest, PickOnlyComboShowsForeignTextInTheOrdinaryColour) {
   WithWindow<TestForm>([](TestForm& form, QDialog& window, QtPresenter& driver) {
     auto& units = Widget<QComboBox>(window, "cboUnits");
@@ -255,6 +267,16 @@ TEST_F(QtPresenterTest, MouseMovesTheFocusAndChoosesItems) {
     EXPECT_FALSE(form.cboUnits.DroppedDown());
     EXPECT_EQ(form.cboUnits.Text(), "Minutes");
     EXPECT_THAT(std::exchange(trace, {}), ElementsAre("lstRows LostFocus", "cboUnits Click"));
+  });
+}
+
+TEST_F(QtPresenterTest, MouseOpensNoListInPlaceOfOneThatIsHidden) {
+  WithWindow<TestForm>([](TestForm& form, QDialog& window, QtPresenter&) {
+    form.cboName.LostFocus = [&form] { form.cboUnits.SetVisible(false); };
+    QTest::mouseClick(&Widget<QComboBox>(window, "cboUnits"), Qt::LeftButton);
+    EXPECT_EQ(form.Focus(), &form.cboName);
+    EXPECT_FALSE(form.cboName.DroppedDown());
+    EXPECT_FALSE(form.cboUnits.DroppedDown());
   });
 }
 

@@ -509,6 +509,26 @@ TEST_F(Win32PresenterTest, MouseMovesTheFocusAndChoosesItems) {
   });
 }
 
+TEST_F(Win32PresenterTest, MouseDoesNothingToWhatLeavingABoxHides) {
+  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Presenter&) {
+    form.cboName.LostFocus = [&form] {
+      for (Control* hidden : std::initializer_list<Control*>{&form.cboUnits, &form.chkStatistics, &form.lstRows})
+        hidden->SetVisible(false);
+    };
+    for (const char* name : {"cboUnits", "chkStatistics", "lstRows"}) {
+      form.Find(name)->SetVisible(true);
+      const HWND control = Find(window, name);
+      ClickOnWindow(form.Find(name)->kind() == ControlKind::Combo ? EditOf(control) : control);
+      EXPECT_EQ(form.Focus(), &form.cboName) << name;
+    }
+    EXPECT_FALSE(form.cboName.DroppedDown());
+    EXPECT_FALSE(form.cboUnits.DroppedDown());
+    EXPECT_FALSE(form.chkStatistics.Checked());
+    EXPECT_EQ(form.lstRows.ListIndex(), -1);
+    EXPECT_EQ(GetFocus(), EditOf(Find(window, "cboName")));
+  });
+}
+
 TEST_F(Win32PresenterTest, AnotherClickClosesAnOpenList) {
   WithWindow<TestForm>([](TestForm& form, HWND window, Win32Presenter&) {
     const HWND name = Find(window, "cboName");
