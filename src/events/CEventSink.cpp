@@ -5,6 +5,7 @@
 #include "addin/host/IVApplication.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
+#include "addin/host/UndoScope.h"
 #include "base/Errors.h"
 #include "base/ScopeExit.h"
 #include "catalog/NameCatalogues.h"
@@ -83,6 +84,11 @@ void ShowAgain(const IVPagePtr& page) try { visApp->ActiveWindow()->SetPage(page
   // It has gone, too.
 }
 
+// A host that refuses to tell refuses what would be done, too.
+bool HostIsUndoingOrRedoing() try { return visApp->IsUndoingOrRedoing(); } catch (const std::exception&) {
+  return false;
+}
+
 std::string TakeFirst(std::vector<std::string>& queue) {
   std::string first = std::move(queue.front());
   queue.erase(queue.begin());
@@ -93,6 +99,9 @@ std::string TakeFirst(std::vector<std::string>& queue) {
 
 void CEventSink::VisEventProc(std::int16_t eventCode, const IVApplicationPtr&, std::int32_t, std::int32_t,
                               const EventSubject& subject, std::string_view moreInfo) {
+  // What the host takes back holds what was done here, too.
+  if (HostIsUndoingOrRedoing()) return;
+  const UndoScope oneStep(visApp, "Keep Modules");
   // The host must never see a failure of its listener.
   try {
     if (ReadsRegisters(eventCode)) {
