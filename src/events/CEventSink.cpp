@@ -16,6 +16,7 @@
 #include "validate/CheckDataType.h"
 
 #include <exception>
+#include <new>
 #include <utility>
 
 namespace vardo {
@@ -68,6 +69,15 @@ Going WhatGoesWith(const IVSelectionPtr& selection) {
   return going;
 }
 
+// The host must not see a failure of its listener. That there is no memory it must, for its own operation is in danger.
+template <class Work>
+void EndSilently(const Work& work) try {
+  work();
+} catch (const std::bad_alloc&) {
+  throw;
+} catch (const std::exception&) {
+}
+
 std::string TakeFirst(std::vector<std::string>& queue) {
   std::string first = std::move(queue.front());
   queue.erase(queue.begin());
@@ -78,32 +88,38 @@ std::string TakeFirst(std::vector<std::string>& queue) {
 
 void CEventSink::VisEventProc(std::int16_t eventCode, const IVApplicationPtr&, std::int32_t, std::int32_t,
                               const EventSubject& subject, std::string_view moreInfo) {
-  // The host must never see a failure of its listener.
+  std::vector<std::string> toDelete = PagesToDelete, toInitialise = PagesToInitialise;
   try {
-    DrainQueues();
-  } catch (const std::exception&) {
+    EndSilently([&] { DrainQueues(); });
+    EndSilently([&] { Answer(static_cast<std::uint16_t>(eventCode), subject, moreInfo); });
+  } catch (const std::bad_alloc&) {
+    // The host takes its operation back, if it can.
+    PagesToDelete.swap(toDelete);
+    PagesToInitialise.swap(toInitialise);
+    registersInDoubt_ = true;
+    throw;
   }
-  try {
-    switch (static_cast<std::uint16_t>(eventCode)) {
-      case kEventBeforeSelectionDelete:
-        return BeforeSelectionDelete(std::get<IVSelectionPtr>(subject));
-      case kEventPageAdded:
-        return PageAdded(std::get<IVPagePtr>(subject));
-      case kEventShapeAdded:
-        return ShapeAdded(std::get<IVShapePtr>(subject));
-      case kEventPageDeleted:
-        return PageDeleted(std::get<IVPagePtr>(subject));
-      case kEventDocumentClosed:
-        registersInDoubt_ = false;
-        return;
-      case kEventTextChanged:
-        if (!puttingText_ && WithSecondTry([] { return visApp->ActiveWindow()->Selection()->Count(); }) == 0)
-          ShapeTextEdited(moreInfo);
-        return;
-      default:
-        return;
-    }
-  } catch (const std::exception&) {
+}
+
+void CEventSink::Answer(std::uint16_t eventCode, const EventSubject& subject, std::string_view moreInfo) {
+  switch (eventCode) {
+    case kEventBeforeSelectionDelete:
+      return BeforeSelectionDelete(std::get<IVSelectionPtr>(subject));
+    case kEventPageAdded:
+      return PageAdded(std::get<IVPagePtr>(subject));
+    case kEventShapeAdded:
+      return ShapeAdded(std::get<IVShapePtr>(subject));
+    case kEventPageDeleted:
+      return PageDeleted(std::get<IVPagePtr>(subject));
+    case kEventDocumentClosed:
+      registersInDoubt_ = false;
+      return;
+    case kEventTextChanged:
+      if (!puttingText_ && WithSecondTry([] { return visApp->ActiveWindow()->Selection()->Count(); }) == 0)
+        ShapeTextEdited(moreInfo);
+      return;
+    default:
+      return;
   }
 }
 
@@ -145,7 +161,7 @@ void CEventSink::DeleteQueuedPage(const std::string& name) try {
   const AtExit switchOn([this] {
     try {
       ListenToPageDeleted(true);
-    } catch (const AutomationError&) {
+    } catch (const std::exception&) {
       // The next event begins with it.
     }
   });

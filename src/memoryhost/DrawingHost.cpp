@@ -411,18 +411,18 @@ void DrawingHost::RunCommand(std::string_view label, const std::function<void()>
 std::string DrawingHost::Undo() {
   if (!drawing().log().CanUndo()) throw HostError(kHostNotAllowed, "There is nothing to undo.");
   selection_.clear();
-  const EditLog::Replayed undone = drawing_->log().Undo();
+  EditLog::Replayed undone = drawing_->log().Undo();
   if (drawing_->FindPage(undone.shownBefore)) activePage_ = undone.shownBefore;
   TellTouched();
-  return undone.label;
+  return std::move(undone.label);
 }
 
 std::string DrawingHost::Redo() {
   if (!drawing().log().CanRedo()) throw HostError(kHostNotAllowed, "There is nothing to redo.");
   selection_.clear();
-  const EditLog::Replayed redone = drawing_->log().Redo();
+  EditLog::Replayed redone = drawing_->log().Redo();
   TellTouched();
-  return redone.label;
+  return std::move(redone.label);
 }
 
 void DrawingHost::SetUndoLimit(EditLog::Limit limit) {
