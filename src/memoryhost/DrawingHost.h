@@ -8,9 +8,9 @@
 #include "addin/host/IVEventList.h"
 #include "base/Errors.h"
 #include "document/Drawing.h"
+#include "document/ReplayNews.h"
 #include "memoryhost/HeldRows.h"
 #include "memoryhost/HostMenus.h"
-#include "memoryhost/ReplayNews.h"
 #include "memoryhost/SheetRef.h"
 
 #include <filesystem>
