@@ -188,11 +188,21 @@ std::vector<DrawingShape*> DrawingPage::InnerShapes(const DrawingShape& group) {
 
 // ------------------------------------------------------------------------------------- what is found in the page's tree
 
+template <class Work>
+decltype(auto) DrawingPage::Wholly(const Work& work) try {
+  return work();
+} catch (...) {
+  ForgetAll();
+  throw;
+}
+
 void DrawingPage::EnsureShapes() {
   if (shapesKnown_) return;
-  shapesKnown_ = orderKnown_ = true;
-  if (!contents_) return;
-  for (const pugi::xml_node element : contents_->root().child("Shapes").children("Shape")) AddShapes(element, nullptr);
+  Wholly([&] {
+    shapesKnown_ = orderKnown_ = true;
+    if (!contents_) return;
+    for (const pugi::xml_node element : contents_->root().child("Shapes").children("Shape")) AddShapes(element, nullptr);
+  });
 }
 
 void DrawingPage::AddShapes(pugi::xml_node element, DrawingShape* parent) {
@@ -240,17 +250,19 @@ void DrawingPage::RemoveShapes(pugi::xml_node element) {
 void DrawingPage::EnsureOrder() {
   EnsureShapes();
   if (orderKnown_ && !hasGaps_) return;
-  if (orderKnown_) {
-    while (!topLevel_.empty() && !topLevel_.back()) topLevel_.pop_back();
-    indexesKnown_ = std::erase(topLevel_, nullptr) == 0 && indexesKnown_;
-  } else {
-    topLevel_.clear();
-    for (const pugi::xml_node element : contents_->root().child("Shapes").children("Shape"))
-      if (!IsDeletedShape(element)) topLevel_.push_back(shapes_.at(element.attribute("ID").as_int()).get());
-    indexesKnown_ = false;
-  }
-  orderKnown_ = true;
-  hasGaps_ = false;
+  Wholly([&] {
+    if (orderKnown_) {
+      while (!topLevel_.empty() && !topLevel_.back()) topLevel_.pop_back();
+      indexesKnown_ = std::erase(topLevel_, nullptr) == 0 && indexesKnown_;
+    } else {
+      topLevel_.clear();
+      for (const pugi::xml_node element : contents_->root().child("Shapes").children("Shape"))
+        if (!IsDeletedShape(element)) topLevel_.push_back(shapes_.at(element.attribute("ID").as_int()).get());
+      indexesKnown_ = false;
+    }
+    orderKnown_ = true;
+    hasGaps_ = false;
+  });
 }
 
 void DrawingPage::EnsureIndexes() {
@@ -289,30 +301,34 @@ ShapeNames::Claim DrawingPage::ClaimOf(const DrawingShape& shape) const {
 void DrawingPage::EnsureNames() {
   EnsureShapes();
   if (names_.known()) return;
-  std::vector<ShapeNames::Claim> claims;
-  claims.reserve(shapes_.size());
-  for (const auto& [id, shape] : shapes_) claims.push_back(ClaimOf(*shape));
-  names_.Learn(std::move(claims));
+  Wholly([&] {
+    std::vector<ShapeNames::Claim> claims;
+    claims.reserve(shapes_.size());
+    for (const auto& [id, shape] : shapes_) claims.push_back(ClaimOf(*shape));
+    names_.Learn(std::move(claims));
+  });
 }
 
 const std::vector<DrawingShape*>& DrawingPage::InstancesOf(const Sheet& masterShape) {
   EnsureShapes();
   if (!instancesKnown_) {
-    instancesKnown_ = true;
+    instances_.clear();
     for (const auto& [id, shape] : shapes_)
       if (shape->base()) instances_[shape->base()].push_back(shape.get());
     for (auto& [base, shapes] : instances_)
       std::sort(shapes.begin(), shapes.end(), [](const DrawingShape* a, const DrawingShape* b) { return a->id() < b->id(); });
+    instancesKnown_ = true;
   }
   return instances_[&masterShape];
 }
 
 const PageReaders& DrawingPage::Readers() {
   EnsureShapes();
-  if (!readers_.known()) {
-    readers_.Begin();
-    for (const auto& [id, shape] : shapes_) NoteFormulas(pugi::xml_node(shape->element()), +1);
-  }
+  if (!readers_.known())
+    Wholly([&] {
+      readers_.Begin();
+      for (const auto& [id, shape] : shapes_) NoteFormulas(pugi::xml_node(shape->element()), +1);
+    });
   return readers_;
 }
 
@@ -350,7 +366,7 @@ std::string DrawingPage::ListOfPositions(Symbol field) const {
 
 std::optional<ListedTally::Count> DrawingPage::CountInListedShapes(Symbol list, Symbol field, const std::string& key) {
   EnsureOrder();
-  return tallies_.try_emplace({list, field}, list, field).first->second.CountOf(*this, key);
+  return Wholly([&] { return tallies_.try_emplace({list, field}, list, field).first->second.CountOf(*this, key); });
 }
 
 // The property that a Cell or Row is of; all of the shape's, where more than one may be touched.
@@ -400,74 +416,82 @@ void DrawingPage::NoteFormulas(pugi::xml_node node, int by) {
 
 void DrawingPage::Inserted(pugi::xml_node node) {
   if (!shapesKnown_) return;
-  if (IsNamed(node, "Shape")) {
-    AddShapes(node, ShapeAround(node.parent()));
-    NoteFormulas(node, +1);
-    for (const pugi::xml_node inner : InnerElements(node)) NoteFormulas(inner, +1);
-  } else if (IsNamed(node, "Connect")) {
-    AddConnect(node);
-  } else if (IsNamed(node, "Shapes") || IsNamed(node, "Connects")) {
-    for (const pugi::xml_node child : node.children()) Inserted(child);
-  } else if (DrawingShape* shape = ShapeAround(node)) {
-    NoteFormulas(node, +1);
-    ForgetProperties(*shape, node);
-    if (!IsNamed(node, "Cell")) shape->ForgetRows();
-    if (HasOwnFormulas(node)) shape->ForgetFormulas();
-  }
+  Wholly([&] {
+    if (IsNamed(node, "Shape")) {
+      AddShapes(node, ShapeAround(node.parent()));
+      NoteFormulas(node, +1);
+      for (const pugi::xml_node inner : InnerElements(node)) NoteFormulas(inner, +1);
+    } else if (IsNamed(node, "Connect")) {
+      AddConnect(node);
+    } else if (IsNamed(node, "Shapes") || IsNamed(node, "Connects")) {
+      for (const pugi::xml_node child : node.children()) Inserted(child);
+    } else if (DrawingShape* shape = ShapeAround(node)) {
+      NoteFormulas(node, +1);
+      ForgetProperties(*shape, node);
+      if (!IsNamed(node, "Cell")) shape->ForgetRows();
+      if (HasOwnFormulas(node)) shape->ForgetFormulas();
+    }
+  });
 }
 
 void DrawingPage::Removing(pugi::xml_node node) {
   if (!shapesKnown_) return;
-  if (IsNamed(node, "Shape")) {
-    NoteFormulas(node, -1);
-    for (const pugi::xml_node inner : InnerElements(node)) NoteFormulas(inner, -1);
-    RemoveShapes(node);
-  } else if (IsNamed(node, "Connect")) {
-    RemoveConnect(node);
-  } else if (IsNamed(node, "Shapes") || IsNamed(node, "Connects")) {
-    for (const pugi::xml_node child : node.children()) Removing(child);
-  } else if (DrawingShape* shape = ShapeAround(node)) {
-    NoteFormulas(node, -1);
-    ForgetProperties(*shape, node);
-    if (!IsNamed(node, "Cell")) {
-      shape->ForgetRows();
-      drawing_.NoteStructure();
+  Wholly([&] {
+    if (IsNamed(node, "Shape")) {
+      NoteFormulas(node, -1);
+      for (const pugi::xml_node inner : InnerElements(node)) NoteFormulas(inner, -1);
+      RemoveShapes(node);
+    } else if (IsNamed(node, "Connect")) {
+      RemoveConnect(node);
+    } else if (IsNamed(node, "Shapes") || IsNamed(node, "Connects")) {
+      for (const pugi::xml_node child : node.children()) Removing(child);
+    } else if (DrawingShape* shape = ShapeAround(node)) {
+      NoteFormulas(node, -1);
+      ForgetProperties(*shape, node);
+      if (!IsNamed(node, "Cell")) {
+        shape->ForgetRows();
+        drawing_.NoteStructure();
+      }
+      if (HasOwnFormulas(node)) shape->ForgetFormulas();
     }
-    if (HasOwnFormulas(node)) shape->ForgetFormulas();
-  }
+  });
 }
 
 void DrawingPage::Changing(pugi::xml_node node) {
   if (!shapesKnown_) return;
-  if (IsNamed(node, "Connect")) return RemoveConnect(node);
-  if (IsNamed(node, "Shape")) {
-    if (const DrawingShape* shape = ShapeAround(node); shape && names_.known()) names_.Remove(ClaimOf(*shape));
-    return;
-  }
-  if (IsNamed(node, "Cell")) formulaBefore_ = OwnFormulaOf(node);
+  Wholly([&] {
+    if (IsNamed(node, "Connect")) return RemoveConnect(node);
+    if (IsNamed(node, "Shape")) {
+      if (const DrawingShape* shape = ShapeAround(node); shape && names_.known()) names_.Remove(ClaimOf(*shape));
+      return;
+    }
+    if (IsNamed(node, "Cell")) formulaBefore_ = OwnFormulaOf(node);
+  });
 }
 
 void DrawingPage::Changed(pugi::xml_node node) {
   if (!shapesKnown_) return;
-  if (IsNamed(node, "Connect")) return AddConnect(node);
-  if (IsNamed(node, "Shape")) {
-    DrawingShape* shape = ShapeAround(node);
-    // Made from another master, or from none, it is another shape.
-    if (!shape || shape->base() != BaseOf(node, shape->parent())) return ForgetAll();
-    if (names_.known()) names_.Add(ClaimOf(*shape));
-    return;
-  }
-  const bool isCell = IsNamed(node, "Cell");
-  const bool isAsBefore = isCell ? OwnFormulaOf(node) == formulaBefore_ : !IsNamed(node, "Row") && !IsNamed(node, "Section");
-  if (isAsBefore && columns_.empty()) return;
-  const DrawingShape* shape = ShapeAround(node);
-  if (!shape) return;
-  ForgetProperties(*shape, node);
-  if (isAsBefore) return;
-  shape->ForgetFormulas();
-  if (!isCell) return shape->ForgetRows();
-  readers_.Note(shape->id(), formulaBefore_, -1);
-  readers_.Note(shape->id(), OwnFormulaOf(node), +1);
+  Wholly([&] {
+    if (IsNamed(node, "Connect")) return AddConnect(node);
+    if (IsNamed(node, "Shape")) {
+      DrawingShape* shape = ShapeAround(node);
+      // Made from another master, or from none, it is another shape.
+      if (!shape || shape->base() != BaseOf(node, shape->parent())) return ForgetAll();
+      if (names_.known()) names_.Add(ClaimOf(*shape));
+      return;
+    }
+    const bool isCell = IsNamed(node, "Cell");
+    const bool isAsBefore = isCell ? OwnFormulaOf(node) == formulaBefore_ : !IsNamed(node, "Row") && !IsNamed(node, "Section");
+    if (isAsBefore && columns_.empty()) return;
+    const DrawingShape* shape = ShapeAround(node);
+    if (!shape) return;
+    ForgetProperties(*shape, node);
+    if (isAsBefore) return;
+    shape->ForgetFormulas();
+    if (!isCell) return shape->ForgetRows();
+    readers_.Note(shape->id(), formulaBefore_, -1);
+    readers_.Note(shape->id(), OwnFormulaOf(node), +1);
+  });
 }
 
 void DrawingPage::MasterChanged() { ForgetAll(); }
@@ -477,8 +501,10 @@ void DrawingPage::MasterChanged() { ForgetAll(); }
 void DrawingPage::EnsureConnects() {
   EnsureShapes();
   if (connectsKnown_ || !contents_) return;
-  connectsKnown_ = true;
-  for (const pugi::xml_node connect : contents_->root().child("Connects").children("Connect")) AddConnect(connect);
+  Wholly([&] {
+    connectsKnown_ = true;
+    for (const pugi::xml_node connect : contents_->root().child("Connects").children("Connect")) AddConnect(connect);
+  });
 }
 
 void DrawingPage::AddConnect(pugi::xml_node connect) {

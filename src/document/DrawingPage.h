@@ -121,6 +121,9 @@ class DrawingPage {
  private:
   using NewIds = std::unordered_map<int, int>;
 
+  // What is half found, or half kept up, when something fails is forgotten.
+  template <class Work>
+  decltype(auto) Wholly(const Work& work);
   void EnsureShapes();
   void EnsureOrder();
   void EnsureIndexes();

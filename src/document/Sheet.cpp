@@ -225,16 +225,17 @@ void Sheet::ForgetFormulas() const { formulas_.reset(); }
 
 Sheet::RowIndex& Sheet::Index() const {
   if (rows_) return *rows_;
-  rows_ = std::make_unique<RowIndex>();
+  auto rows = std::make_unique<RowIndex>();
   for (const pugi::xml_node element : pugi::xml_node(element_).children("Section")) {
     const SectionInfo* section = SectionOfElement(element);
     if (!section || SectionElement(*section) != element.internal_object()) continue;
     for (const pugi::xml_node row : element.children("Row"))
-      rows_->own.push_back({section, KeyOfRow(*section, row), row.internal_object(), IsDeleted(row)});
+      rows->own.push_back({section, KeyOfRow(*section, row), row.internal_object(), IsDeleted(row)});
   }
-  if (rows_->own.size() > kFewRows)
-    for (size_t at = 0; at < rows_->own.size(); ++at)
-      rows_->places.emplace(CellAddress{rows_->own[at].section, rows_->own[at].key, {}}, at);
+  if (rows->own.size() > kFewRows)
+    for (size_t at = 0; at < rows->own.size(); ++at)
+      rows->places.emplace(CellAddress{rows->own[at].section, rows->own[at].key, {}}, at);
+  rows_ = std::move(rows);
   return *rows_;
 }
 
