@@ -1,5 +1,6 @@
-#include "addin/host/IVApplication.h"
 #include "app/Commands.h"
+
+#include "addin/host/IVApplication.h"
 #include "base/FileError.h"
 #include "check/Check.h"
 #include "memoryhost/DrawingHost.h"

@@ -64,8 +64,8 @@ bool ContainsItself(const CheckedModel& checked, const Submodel& submodel) {
 }
 
 void ContainsItself(const CheckedModel& checked, RuleReport& report) {
-  ForEachSpliced(checked, [&](const Submodel& submodel) {
-    if (ContainsItself(checked, submodel))
+  ForEachSubmodel(checked, [&](const Submodel& submodel) {
+    if (submodel.page >= 0 && ContainsItself(checked, submodel))
       report.Module(submodel.process, "Page " + NameOfPage(checked, submodel.page) + " contains itself through {m}.");
   });
 }
