@@ -40,10 +40,6 @@ void World::RestartStatistics() {
   for (Level& level : levels) level.Restart(now);
 }
 
-double World::Count(uint32_t value, uint32_t row, double least) {
-  return CountOf(Evaluate(value, row), program_.values[value].place, least);
-}
-
 double World::CountOf(double x, uint32_t place, double least) {
   const double count = RoundHalfUp(x);
   if (count < least || count > UINT32_MAX) [[unlikely]]

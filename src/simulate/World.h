@@ -50,7 +50,11 @@ class World {
     return Interpret(v, row);
   }
   // A whole number, not below the least.
-  double Count(std::uint32_t value, std::uint32_t row, double least = 0);
+  double Count(std::uint32_t value, std::uint32_t row, double least = 0) {
+    const double x = Evaluate(value, row);
+    if (x >= least && x <= UINT32_MAX && static_cast<double>(static_cast<std::uint32_t>(x)) == x) return x;
+    return CountOf(x, program_.values[value].place, least);
+  }
   // The same of a number that has been evaluated already.
   double CountOf(double x, std::uint32_t place, double least = 0);
   // A time in a unit, in seconds; negative ones count as 0.

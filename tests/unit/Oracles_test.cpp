@@ -70,9 +70,9 @@ std::vector<Expected> QueueValues(double utilisation, double length, double wait
 std::vector<Oracle> Oracles() {
   std::vector<Oracle> oracles;
   oracles.push_back(
-      {"1: one server, load .75", OneQueue("1/0.75", Served("EXPO(1)")), 150000, 60 / .75, QueueValues(.75, 2.25, 3, 4, 3)});
+      {"1: one server, load .75", OneQueue("1/0.75", Served("EXPO(1)")), 50000, 60 / .75, QueueValues(.75, 2.25, 3, 4, 3)});
   oracles.push_back(
-      {"2: one server, load .9", OneQueue("1/0.9", Served("EXPO(1)")), 400000, 60 / .9, QueueValues(.9, 8.1, 9, 10, 9)});
+      {"2: one server, load .9", OneQueue("1/0.9", Served("EXPO(1)")), 300000, 60 / .9, QueueValues(.9, 8.1, 9, 10, 9)});
   oracles.push_back({"3: one server, load .625",
                      OneQueue(".2", Served("EXPO(.125)")),
                      150000,
@@ -87,7 +87,7 @@ std::vector<Oracle> Oracles() {
                      30,
                      {{"Entity/Entity 1/Total time", 1. / 70}, {"Queue/Serve.Queue/Length", 1.0827067669}},
                      TimeUnit::Hours});
-  oracles.push_back({"5: two servers", OneQueue("1/1.5", Served("EXPO(1)"), "2"), 150000, 40,
+  oracles.push_back({"5: two servers", OneQueue("1/1.5", Served("EXPO(1)"), "2"), 50000, 40,
                      QueueValues(.75, 1.9285714286, 1.2857142857, 2.2857142857, 3.4285714286)});
   oracles.push_back({"6: three servers",
                      OneQueue("5", Served("EXPO(10)"), "3"),
@@ -96,7 +96,7 @@ std::vector<Oracle> Oracles() {
                      {{"Queue/Serve.Queue/Length", .8888888889},
                       {"Queue/Serve.Queue/Waiting time", 4.4444444444},
                       {"Entity/Entity 1/Total time", 14.4444444444}}});
-  oracles.push_back({"9: constant service", OneQueue("1.25", Served("1")), 150000, 75, QueueValues(.8, 1.6, 2, 3, 2.4)});
+  oracles.push_back({"9: constant service", OneQueue("1.25", Served("1")), 50000, 75, QueueValues(.8, 1.6, 2, 3, 2.4)});
   oracles.push_back({"10: uniform service",
                      OneQueue("1.25", Served("UNIF(.5, 1.5)")),
                      150000,
@@ -115,7 +115,7 @@ std::vector<Oracle> Oracles() {
                      150000,
                      75,
                      {{"Queue/Serve.Queue/Length", 2.4}, {"Queue/Serve.Queue/Waiting time", 3}}});
-  oracles.push_back({"15: three at a time", OneQueue("5", Served("EXPO(1)"), "1", {{"CreateBatchSize", "3"}}), 150000, 100,
+  oracles.push_back({"15: three at a time", OneQueue("5", Served("EXPO(1)"), "1", {{"CreateBatchSize", "3"}}), 50000, 100,
                      QueueValues(.6, 2.4, 4, 5, 3)});
   return oracles;
 }
