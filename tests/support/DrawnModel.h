@@ -47,6 +47,17 @@ class DrawnModel {
     source_.modules.push_back(std::move(module));
     return *this;
   }
+  DrawnModel& Set(const std::string& module, const std::string& field, const std::string& value) {
+    SourceModule& of = source_.modules[static_cast<size_t>(Find(module))];
+    of.values[PlaceOf(*of.schema, field)] = value;
+    return *this;
+  }
+  // The one connector that leaves a module leads elsewhere.
+  DrawnModel& Reconnect(const std::string& from, const std::string& to) {
+    for (SourceConnector& connector : source_.connectors)
+      if (connector.begin.module == Find(from)) connector.end.module = Find(to);
+    return *this;
+  }
   // From the only or first exit; the second is the False one, or that of duplicates.
   DrawnModel& Connect(const std::string& from, const std::string& to) { return Join(from, to, 1, ConnectorKind::Plain); }
   DrawnModel& ConnectSecond(const std::string& from, const std::string& to) { return Join(from, to, 3, ConnectorKind::Plain); }
