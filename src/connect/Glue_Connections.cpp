@@ -7,8 +7,10 @@
 #include "addin/host/IVShape.h"
 #include "addin/host/SecondTry.h"
 #include "base/Errors.h"
+#include "connect/EndFormulas.h"
 #include "modules/ModuleKinds.h"
 #include "platform/Platform.h"
+#include "props/ShapeKinds.h"
 
 #include <algorithm>
 #include <utility>
@@ -70,12 +72,13 @@ bool LeavesByChosenExit(std::string_view kind) { return kind == kDecide || kind 
 
 IVShapePtr SelectedConnector() { return visApp->ActiveWindow()->Selection()->Item(1); }
 
-std::string MasterNameOf(const IVShapePtr& shape) {
-  const IVMasterPtr master = shape->Master();
-  return master ? master->Name() : "";
-}
-
 IVShapePtr ShapeNamed(std::string_view name) { return visApp->ActivePage()->Shapes()->Item(name); }
+
+// A shape of any drawing may be called as modules are.
+std::string KindOfEnd(const std::string& shapeName) {
+  if (shapeName.empty() || !ShapeNamed(shapeName)->CellExists(kClassNameCell, kExistsAnywhere)) return "";
+  return std::string(BeforeDot(shapeName));
+}
 
 // A step that may fail without harm to those behind it.
 template <class Step>
@@ -87,25 +90,9 @@ void Attempt(Step step) {
   }
 }
 
-// The shape that a formula refers to; none when the formula does not begin so, or refers to nothing outside its own sheet.
-std::string ShapeReferredTo(std::string_view formula, std::string_view beginning) {
-  if (!formula.starts_with(beginning)) return "";
-  formula.remove_prefix(beginning.size());
-  if (!formula.starts_with('\'')) {
-    const size_t end = formula.find('!');
-    return std::string(end == std::string_view::npos ? "" : formula.substr(0, end));
-  }
-  std::string name;
-  for (size_t i = 1; i < formula.size(); ++i) {
-    if (formula[i] == '\'' && (i + 1 == formula.size() || formula[++i] != '\'')) return name;
-    name += formula[i];
-  }
-  return "";
-}
-
 std::string ShapeAtEnd(const IVShapePtr& connector, const EndCells& end) {
-  const std::string glued = ShapeReferredTo(connector->Cells(end.x)->Formula(), "PAR(PNT(");
-  return glued.empty() ? ShapeReferredTo(connector->Cells(end.trigger)->Formula(), "_XFTRIGGER(") : glued;
+  const std::string glued = ShapeReferredTo(connector->Cells(end.x)->Formula(), kGluedBeginning);
+  return glued.empty() ? ShapeReferredTo(connector->Cells(end.trigger)->Formula(), kTriggerBeginning) : glued;
 }
 
 bool NeedsQuotes(std::string_view name) {
@@ -171,7 +158,7 @@ void CheckConnector() {
   std::string shapes[2], kinds[2];
   for (size_t i = 0; i < 2; ++i) {
     shapes[i] = WithSecondTry([&] { return ShapeAtEnd(connector, kEndCells[i]); });
-    kinds[i] = BeforeDot(shapes[i]);
+    kinds[i] = WithSecondTry([&] { return KindOfEnd(shapes[i]); });
   }
   const std::string connectorName = WithSecondTry([&] { return MasterNameOf(connector); });
   if (LeavesByChosenExit(kinds[0])) CheckExitPoint(kinds[0], connectorName, shapes[0]);

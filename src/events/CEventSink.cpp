@@ -12,10 +12,13 @@
 #include "connect/Glue_Connections.h"
 #include "events/PageRegisters.h"
 #include "props/PropertyCells.h"
+#include "props/ShapeKinds.h"
 #include "props/StringFunctions.h"
 #include "validate/CheckDataType.h"
 
+#include <algorithm>
 #include <exception>
+#include <iterator>
 #include <utility>
 
 namespace vardo {
@@ -24,12 +27,6 @@ std::vector<std::string> PagesToDelete;
 std::vector<std::string> PagesToInitialise;
 
 namespace {
-
-// Of the master; empty for a shape that has none.
-std::string KindOf(const IVShapePtr& shape) {
-  const IVMasterPtr master = shape->Master();
-  return master ? master->Name() : "";
-}
 
 // The property that holds the name of a module of that kind.
 std::string_view NameField(std::string_view kind) { return FindModule(kind)->Name().field; }
@@ -41,7 +38,7 @@ void Renumber(const IVShapePtr& shape, const std::string& kind) {
   SetPropList(shape, "Count", number);
   shape->SetText(kind + number);
   SetPropList(shape, NameField(kind), shape->Text());
-  if (kind == "Process" && !SubmodelPageOf(shape).empty()) SetPropList(shape, "VardoSubPage", "");
+  if (kind == "Process") GiveUpSubmodelPage(shape);
 }
 
 // The positions of the shape and of all that stand behind it on its page.
@@ -50,6 +47,18 @@ ShapeIndexes PositionsFrom(const IVShapePtr& shape) {
   const int count = shape->ContainingPage()->Shapes()->Count();
   for (int i = shape->Index(); i <= count; ++i) positions.insert(i);
   return positions;
+}
+
+bool ReadsRegisters(std::int16_t eventCode) {
+  static constexpr std::uint16_t kReading[] = {kEventBeforeSelectionDelete, kEventShapeAdded, kEventPageDeleted,
+                                               kEventTextChanged};
+  return std::ranges::find(kReading, static_cast<std::uint16_t>(eventCode)) != std::end(kReading);
+}
+
+bool IsUndone(const MendedRegister& mended) try {
+  return PropText(mended.page->PageSheet(), mended.kind) == mended.text;
+} catch (const AutomationError&) {
+  return false;
 }
 
 struct Going {
@@ -62,10 +71,16 @@ Going WhatGoesWith(const IVSelectionPtr& selection) {
   for (int i = 1; i <= count; ++i) {
     const IVShapePtr shape = selection->Item(i);
     going.shapes.insert(shape->Index());
-    if (KindOf(shape) != "Process") continue;
-    if (std::string page = SubmodelPageOf(shape); !page.empty()) going.submodelPages.push_back(std::move(page));
+    for (const IVShapePtr& process : ProcessesOf(shape))
+      if (std::string page = SubmodelPageOf(process); !page.empty()) going.submodelPages.push_back(std::move(page));
   }
   return going;
+}
+
+void ShowAgain(const IVPagePtr& page) try {
+  WithSecondTry([&] { visApp->ActiveWindow()->SetPage(page->Name()); });
+} catch (const AutomationError&) {
+  // It has gone, too.
 }
 
 std::string TakeFirst(std::vector<std::string>& queue) {
@@ -80,6 +95,10 @@ void CEventSink::VisEventProc(std::int16_t eventCode, const IVApplicationPtr&, s
                               const EventSubject& subject, std::string_view moreInfo) {
   // The host must never see a failure of its listener.
   try {
+    if (ReadsRegisters(eventCode)) {
+      const auto* shape = std::get_if<IVShapePtr>(&subject);
+      MendRegisters(shape && static_cast<std::uint16_t>(eventCode) == kEventShapeAdded ? *shape : nullptr);
+    }
     DrainQueues();
   } catch (const std::exception&) {
   }
@@ -94,7 +113,8 @@ void CEventSink::VisEventProc(std::int16_t eventCode, const IVApplicationPtr&, s
       case kEventPageDeleted:
         return PageDeleted(std::get<IVPagePtr>(subject));
       case kEventDocumentClosed:
-        registersInDoubt_ = false;
+        registersInDoubt_ = registersUnseen_ = false;
+        mendedRegisters_.clear();
         return;
       case kEventTextChanged:
         if (!puttingText_ && WithSecondTry([] { return visApp->ActiveWindow()->Selection()->Count(); }) == 0)
@@ -105,6 +125,31 @@ void CEventSink::VisEventProc(std::int16_t eventCode, const IVApplicationPtr&, s
     }
   } catch (const std::exception&) {
   }
+}
+
+void CEventSink::DrawingOpened() {
+  registersUnseen_ = true;
+  mendedRegisters_.clear();
+}
+
+void CEventSink::MendRegisters(const IVShapePtr& added) try {
+  if (!registersUnseen_ && std::ranges::none_of(mendedRegisters_, IsUndone)) return;
+  registersUnseen_ = true;
+  mendedRegisters_.clear();
+  const IVDocumentPtr drawing = visApp->ActiveDocument();
+  const std::string changing = added ? added->ContainingPage()->Name() : "";
+  const ShapeIndexes coming = added ? PositionsFrom(added) : ShapeIndexes();
+  const IVPagesPtr pages = drawing->Pages();
+  // What a new drawing's registers leave out is not the work of others.
+  const int count = drawing->Path().empty() ? 0 : pages->Count();
+  for (int i = 1; i <= count; ++i) {
+    const IVPagePtr page = pages->Item(i);
+    for (MendedRegister& mended : vardo::MendRegisters(page, page->Name() == changing ? coming : ShapeIndexes()))
+      mendedRegisters_.push_back(std::move(mended));
+  }
+  registersUnseen_ = false;
+} catch (const AutomationError&) {
+  // They stay to be seen.
 }
 
 void CEventSink::Advised(const IVEventPtr& event, bool isPageDeleted) {
@@ -119,12 +164,11 @@ void CEventSink::DrainQueues() {
   if (PagesToDelete.empty() && PagesToInitialise.empty()) return;
   draining_ = true;
   const AtExit done([this] { draining_ = false; });
-  const std::string shownBefore = WithSecondTry([] { return visApp->ActivePage()->Name(); });
+  // As a page: its name may be its number, and pass to another page.
+  const IVPagePtr shownBefore = WithSecondTry([] { return visApp->ActivePage(); });
   while (!PagesToDelete.empty()) {
     DeleteQueuedPage(TakeFirst(PagesToDelete));
-    WithSecondTry([&] {
-      if (PageExists(shownBefore)) visApp->ActiveWindow()->SetPage(shownBefore);
-    });
+    ShowAgain(shownBefore);
   }
   while (!PagesToInitialise.empty()) {
     const std::string name = TakeFirst(PagesToInitialise);
@@ -180,8 +224,10 @@ void CEventSink::ShapeAdded(const IVShapePtr& shape) try {
     return type == kShapeTypeGroup || type == kShapeTypeShape;
   };
   if (!WithSecondTry(isDrawn)) return;
-  const std::string kind = WithSecondTry([&] { return KindOf(shape); });
-  IsModuleKind(kind) ? ModuleAdded(shape, kind) : OtherShapeAdded();
+  const std::string kind = WithSecondTry([&] { return MasterNameOf(shape); });
+  if (!IsModuleKind(kind)) return OtherShapeAdded(shape, kind);
+  ModuleAdded(shape, kind);
+  GiveUpPagesOfOthers(shape);
 } catch (const AutomationError&) {
   // A shape that lacks what a module has is left as it is.
   registersInDoubt_ = true;
@@ -205,14 +251,16 @@ void CEventSink::ModuleAdded(const IVShapePtr& shape, const std::string& kind) {
   });
 }
 
-void CEventSink::OtherShapeAdded() try {
+void CEventSink::OtherShapeAdded(const IVShapePtr& shape, const std::string& master) try {
   const auto isConnector = [] {
     const IVShapePtr selected = visApp->ActiveWindow()->Selection()->Item(1);
     return selected->RowExists(kSectionObject, kRowXForm1D, kExistsAnywhere);
   };
-  if (WithSecondTry(isConnector)) CheckConnector();
+  // A line that was made from no master is none.
+  if (!master.empty() && WithSecondTry(isConnector)) return CheckConnector();
+  GiveUpPagesOfOthers(shape);
 } catch (const AutomationError&) {
-  // The connector stays as it has been drawn.
+  // The connector stays as it has been drawn, and a Process in a group what its original is.
 }
 
 void CEventSink::BeforeSelectionDelete(const IVSelectionPtr& selection) try {
@@ -243,10 +291,10 @@ void CEventSink::ShapeTextEdited(std::string_view moreInfo) {
   if (dot == std::string_view::npos) return;
   const int id = LeadingInteger(moreInfo.substr(dot + 1));
   const IVShapePtr shape = WithSecondTry([&] { return visApp->ActivePage()->Shapes()->ItemFromID(id); });
-  const std::string kind = WithSecondTry([&] { return KindOf(shape); });
+  const std::string kind = WithSecondTry([&] { return MasterNameOf(shape); });
   if (!IsModuleKind(kind)) return;
   const std::string_view nameField = NameField(kind);
-  const std::string stored = WithSecondTry([&] { return SplitList(PropText(shape, nameField), kListDelimiter).front(); });
+  const std::string stored = WithSecondTry([&] { return PropText(shape, nameField); });
   const std::string typed = WithSecondTry([&] { return shape->Text(); });
   const std::string text(TrimBlanks(typed));
   if (text.empty()) return PutText(shape, stored);

@@ -154,6 +154,18 @@ TEST_F(QtPresenterTest, WhatTheProgramChangesIsSeen) {
   });
 }
 
+TEST_F(QtPresenterTest, TextIsPutIntoABoxAtOnce) {
+  WithWindow<TestForm>([](TestForm& form, QDialog& window, QtPresenter& driver) {
+    driver.Type(form.cboName, "Entity 12");
+    EXPECT_EQ(form.cboName.Text(), "Entity 12");
+    EXPECT_THAT(trace, IsEmpty()) << "an item that it begins with is not chosen on the way";
+    const std::string many(200'000, 'x');
+    driver.Type(form.txtValue, many);
+    EXPECT_EQ(form.txtValue.Text(), many);
+    EXPECT_EQ(Widget<QLineEdit>(window, "txtValue").text().toStdString(), many);
+  });
+}
+
 TEST_F(QtPresenterTest, PickOnlyComboShowsForeignTextInTheOrdinaryColour) {
   WithWindow<TestForm>([](TestForm& form, QDialog& window, QtPresenter& driver) {
     auto& units = Widget<QComboBox>(window, "cboUnits");
@@ -188,8 +200,12 @@ TEST_F(QtPresenterTest, KeysOfTheKeyboardReachTheForm) {
     EXPECT_EQ(form.cboUnits.Text(), "Seconds");
     TypeKeys(window, "h");
     EXPECT_EQ(form.cboUnits.Text(), "Hours") << "letters choose";
+    press(Qt::Key_PageDown);
+    EXPECT_EQ(form.cboUnits.Text(), "Days");
+    press(Qt::Key_PageUp);
+    EXPECT_EQ(form.cboUnits.Text(), "Seconds");
     EXPECT_EQ(press(Qt::Key_R, Qt::AltModifier), "chkStatistics") << "of two with this key the next one";
-    EXPECT_TRUE(form.chkStatistics.Checked());
+    EXPECT_FALSE(form.chkStatistics.Checked()) << "and only leads to it";
     EXPECT_EQ(press(Qt::Key_R, Qt::AltModifier), "lstRows");
     trace.clear();
     EXPECT_TRUE(form.IsShown());
@@ -251,6 +267,16 @@ TEST_F(QtPresenterTest, MouseMovesTheFocusAndChoosesItems) {
     EXPECT_FALSE(form.cboUnits.DroppedDown());
     EXPECT_EQ(form.cboUnits.Text(), "Minutes");
     EXPECT_THAT(std::exchange(trace, {}), ElementsAre("lstRows LostFocus", "cboUnits Click"));
+  });
+}
+
+TEST_F(QtPresenterTest, MouseOpensNoListInPlaceOfOneThatIsHidden) {
+  WithWindow<TestForm>([](TestForm& form, QDialog& window, QtPresenter&) {
+    form.cboName.LostFocus = [&form] { form.cboUnits.SetVisible(false); };
+    QTest::mouseClick(&Widget<QComboBox>(window, "cboUnits"), Qt::LeftButton);
+    EXPECT_EQ(form.Focus(), &form.cboName);
+    EXPECT_FALSE(form.cboName.DroppedDown());
+    EXPECT_FALSE(form.cboUnits.DroppedDown());
   });
 }
 

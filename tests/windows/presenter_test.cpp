@@ -431,8 +431,12 @@ TEST_F(Win32PresenterTest, KeysOfTheKeyboardReachTheForm) {
     EXPECT_EQ(form.cboUnits.Text(), "Seconds");
     TypeKeys("h");
     EXPECT_EQ(form.cboUnits.Text(), "Hours") << "letters choose";
+    press(VK_NEXT);
+    EXPECT_EQ(form.cboUnits.Text(), "Days");
+    press(VK_PRIOR);
+    EXPECT_EQ(form.cboUnits.Text(), "Seconds");
     EXPECT_EQ(press('R', VK_MENU), "chkStatistics") << "of two with this key the next one";
-    EXPECT_TRUE(form.chkStatistics.Checked());
+    EXPECT_FALSE(form.chkStatistics.Checked()) << "and only leads to it";
     EXPECT_EQ(press('R', VK_MENU), "lstRows");
     TypeKeys("s");
     EXPECT_EQ(form.lstRows.ListIndex(), 1) << "letters choose in lists too";
@@ -502,6 +506,26 @@ TEST_F(Win32PresenterTest, MouseMovesTheFocusAndChoosesItems) {
     ClickOnWindow(Find(window, "chkStatistics"));
     EXPECT_TRUE(form.chkStatistics.Checked());
     EXPECT_EQ(form.Focus(), &form.chkStatistics);
+  });
+}
+
+TEST_F(Win32PresenterTest, MouseDoesNothingToWhatLeavingABoxHides) {
+  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Presenter&) {
+    form.cboName.LostFocus = [&form] {
+      for (Control* hidden : std::initializer_list<Control*>{&form.cboUnits, &form.chkStatistics, &form.lstRows})
+        hidden->SetVisible(false);
+    };
+    for (const char* name : {"cboUnits", "chkStatistics", "lstRows"}) {
+      form.Find(name)->SetVisible(true);
+      const HWND control = Find(window, name);
+      ClickOnWindow(form.Find(name)->kind() == ControlKind::Combo ? EditOf(control) : control);
+      EXPECT_EQ(form.Focus(), &form.cboName) << name;
+    }
+    EXPECT_FALSE(form.cboName.DroppedDown());
+    EXPECT_FALSE(form.cboUnits.DroppedDown());
+    EXPECT_FALSE(form.chkStatistics.Checked());
+    EXPECT_EQ(form.lstRows.ListIndex(), -1);
+    EXPECT_EQ(GetFocus(), EditOf(Find(window, "cboName")));
   });
 }
 

@@ -18,7 +18,6 @@ namespace {
 
 constexpr UINT_PTR kSubclass = 1;
 constexpr const wchar_t* kViewProperty = L"VardoView";
-constexpr int kItemsInSight = 12;
 
 std::wstring TextOf(HWND window) {
   std::wstring text(static_cast<size_t>(GetWindowTextLengthW(window)), L'\0');
@@ -193,7 +192,7 @@ class ComboView : public TypingView {
   void SetPlace(const RECT& place) override {
     const int wanted = static_cast<int>(place.bottom - place.top);
     RECT box = place;
-    box.bottom += Send(window(), CB_GETITEMHEIGHT, 0) * kItemsInSight + 2;
+    box.bottom += Send(window(), CB_GETITEMHEIGHT, 0) * ComboBox::kItemsInSight + 2;
     TypingView::SetPlace(box);
     SetLineHeight(wanted);
     SetLineHeight(2 * wanted - ClosedHeight());
