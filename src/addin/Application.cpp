@@ -116,6 +116,7 @@ void Application::SetupEventSink(const IVApplicationPtr& application) {
   visApp = application;
   const IVEventListPtr events = application->EventList();
   if (!eventSink) eventSink = std::make_shared<CEventSink>();
+  eventSink->DrawingOpened();
   // Goes on where an earlier call was refused; nothing is registered twice.
   while (eventSink->AdvisedEvents() < std::size(kAdvisedEvents)) {
     const auto& event = kAdvisedEvents[eventSink->AdvisedEvents()];
@@ -126,6 +127,7 @@ void Application::SetupEventSink(const IVApplicationPtr& application) {
 
 void Application::ShowEditor(const IVApplicationPtr& application, const IVShapePtr& shape) {
   visApp = application;
+  if (eventSink) eventSink->MendRegisters();
   OpenModuleDialog(shape);
 }
 

@@ -50,6 +50,26 @@ int PlaceAmong(pugi::xml_node entry) {
 
 }  // namespace
 
+namespace {
+
+// The document's own sheet, which a file may leave out. It stands behind what it refers to: settings, colours, fonts, styles.
+class SheetOfDocument : public Sheet {
+ public:
+  explicit SheetOfDocument(XmlPart& part) : Sheet(part, part.root().child("DocumentSheet").internal_object(), nullptr) {}
+
+ private:
+  void MakeElement(TreeEditor& editor) override {
+    const pugi::xml_node root = part().root();
+    pugi::xml_node before = root.first_child();
+    for (const char* earlier : {"DocumentSettings", "Colors", "FaceNames", "StyleSheets"})
+      if (const pugi::xml_node there = root.child(earlier)) before = there.next_sibling();
+    editor.Insert(part(), root, "DocumentSheet",
+                  {{"NameU", "TheDoc"}, {"LineStyle", "0"}, {"FillStyle", "0"}, {"TextStyle", "0"}}, before);
+  }
+};
+
+}  // namespace
+
 // ---------------------------------------------------------------------------------------------------------- opening
 
 std::unique_ptr<Drawing> Drawing::Open(const std::filesystem::path& file) {
@@ -77,8 +97,7 @@ void Drawing::ReadDocument() {
   pagesPart_ = RelatedPart(document, "/pages");
   mastersPart_ = RelatedPart(document, "/masters");
   if (pagesPart_.empty()) throw FileError::Damaged(package_->displayName(), "it has no list of pages");
-  if (const pugi::xml_node sheet = part.root().child("DocumentSheet"))
-    documentSheet_ = std::make_unique<Sheet>(part, sheet.internal_object(), nullptr);
+  documentSheet_ = std::make_unique<SheetOfDocument>(part);
 }
 
 namespace {
@@ -426,9 +445,11 @@ void Drawing::MasterListed(pugi::xml_node entry) {
 void Drawing::SheetEdited(XmlPart& part, pugi::xml_node node, bool isThere, bool formulas) {
   DrawingPage* const page = part.name() == pagesPart_ ? PageAround(node) : nullptr;
   if (page && IsNamed(node, "PageSheet")) return page->SetPageSheet(isThere ? node.internal_object() : nullptr);
+  const bool ofDocument = &documentSheet_->part() == &part;
+  if (ofDocument && IsNamed(node, "DocumentSheet")) return documentSheet_->SetElement(isThere ? node.internal_object() : nullptr);
   if (!IsNamed(node, "Cell")) ++structure_;
   if (page) return page->PageSheetChanged(!IsNamed(node, "Cell"), formulas);
-  if (!documentSheet_ || &documentSheet_->part() != &part) return;
+  if (!ofDocument) return;
   if (!IsNamed(node, "Cell")) documentSheet_->ForgetRows();
   if (formulas) documentSheet_->ForgetFormulas();
 }

@@ -67,8 +67,8 @@ class Drawing : private EditObserver {
   DrawingMaster* BringMaster(std::string_view name);
   void RemoveMaster(DrawingMaster& master);
 
-  // The document's own sheet; null when the file has none.
-  Sheet* DocumentSheet() { return documentSheet_.get(); }
+  // The document's own sheet, empty when the file has none.
+  Sheet& DocumentSheet() { return *documentSheet_; }
 
   // Counts up whenever pages, shapes, rows or masters go: until then, what has been found is good.
   unsigned structure() const { return structure_; }

@@ -1,6 +1,5 @@
 #include "document/EditLog.h"
 
-#include "base/ScopeExit.h"
 #include "document/EditObserver.h"
 #include "package/Package.h"
 
@@ -86,8 +85,6 @@ EditLog::Replayed EditLog::Redo() {
 }
 
 void EditLog::Replay(Step& step, Direction direction) {
-  replaying_ = true;
-  const AtExit done([this] { replaying_ = false; });
   if (direction == Direction::Undo)
     for (auto edit = step.edits.rbegin(); edit != step.edits.rend(); ++edit) Apply(*edit, direction);
   else

@@ -39,6 +39,9 @@ class EditLog {
 
   bool CanUndo() const { return !done_.empty(); }
   bool CanRedo() const { return !undone_.empty(); }
+  // What that would take back or do again, in the order of doing.
+  const std::vector<Edit>& EditsToUndo() const { return done_.back().edits; }
+  const std::vector<Edit>& EditsToRedo() const { return undone_.back().edits; }
   struct Replayed {
     std::string label;
     int shownBefore;
@@ -46,7 +49,6 @@ class EditLog {
   // The caller has asked whether there is one.
   Replayed Undo();
   Replayed Redo();
-  bool Replaying() const { return replaying_; }
   // Oldest first.
   std::vector<std::string> UndoLabels() const;
   std::vector<std::string> RedoLabels() const;
@@ -91,7 +93,6 @@ class EditLog {
   Step open_;
   std::unordered_set<XmlNode> fresh_, noted_;  // of the open step
   int depth_ = 0;
-  bool replaying_ = false;
   std::uint64_t lastState_ = 0;
   size_t bytes_ = 0;
   Limit limit_;

@@ -166,6 +166,10 @@ void frmProcess::cboDelayType_Click() {
   if (boxes.caption) lblValue.SetCaption(boxes.caption);
 }
 
+std::optional<std::string> frmProcess::WhyNotNamed(const IVShapePtr& shape) {
+  return IsRenamed() ? WhySubmodelPageStays(shape, NewName()) : std::nullopt;
+}
+
 void frmProcess::WriteBeforeName(const IVShapePtr& shape) {
   if (!shape->CellExists(kMenuIdCell, kExistsAnywhere)) shape->AddNamedRow(kSectionUser, kMenuIdRow, kTagDefault);
   shape->Cells(kMenuIdCell)->SetResult(IsStandard() ? 1 : 0);

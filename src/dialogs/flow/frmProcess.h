@@ -21,6 +21,7 @@ class frmProcess : public ModuleDialog {
 
  private:
   void AfterLoad() override;
+  std::optional<std::string> WhyNotNamed(const IVShapePtr& shape) override;
   void WriteBeforeName(const IVShapePtr& shape) override;
   void UnloadRowDialog() override;
   void cboType_Click();
