@@ -235,7 +235,9 @@ void DrawingPage::RemoveShapes(pugi::xml_node element) {
   if (!shape->parent()) ForgetPositions();
   columns_.Forget(shape->slot_);
   freeSlots_.push_back(shape->slot_);
+  const int id = shape->id();
   shapes_.erase(entry);
+  readers_.ReaderGone(id, shapes_.size());
   drawing_.NoteStructure();
 }
 
@@ -407,13 +409,17 @@ void DrawingPage::NoteFormulas(pugi::xml_node node, int by) {
   });
 }
 
+void DrawingPage::NoteReader(pugi::xml_node shape) {
+  if (!readers_.ReaderIsBack(shape.attribute("ID").as_int())) NoteFormulas(shape, +1);
+}
+
 void DrawingPage::Inserted(pugi::xml_node node) {
   if (!shapesKnown_) return;
   Wholly([&] {
     if (IsNamed(node, "Shape")) {
       AddShapes(node, ShapeAround(node.parent()));
-      NoteFormulas(node, +1);
-      for (const pugi::xml_node inner : InnerElements(node)) NoteFormulas(inner, +1);
+      NoteReader(node);
+      for (const pugi::xml_node inner : InnerElements(node)) NoteReader(inner);
     } else if (IsNamed(node, "Connect")) {
       AddConnect(node);
     } else if (IsNamed(node, "Shapes") || IsNamed(node, "Connects")) {
@@ -431,8 +437,6 @@ void DrawingPage::Removing(pugi::xml_node node) {
   if (!shapesKnown_) return;
   Wholly([&] {
     if (IsNamed(node, "Shape")) {
-      NoteFormulas(node, -1);
-      for (const pugi::xml_node inner : InnerElements(node)) NoteFormulas(inner, -1);
       RemoveShapes(node);
     } else if (IsNamed(node, "Connect")) {
       RemoveConnect(node);
