@@ -119,6 +119,9 @@ void Application::InitializePage() {
     EmptyProperties(*page->PageSheet());
     DeleteFromLastToFirst(*page->Shapes());
     DeleteFromLastToFirst(*visApp->ActiveDocument()->Masters());
+  } catch (const std::bad_alloc&) {
+    // Whoever called takes back what has been done so far, if it can.
+    throw;
   } catch (const std::exception&) {
     ThePlatform().ShowMessage("Error in procedure InititalizePage", kProductTitle, kStyleExclamation);
   }

@@ -152,6 +152,9 @@ constexpr OfferedMember<IVApplication> kApplication[] = {
     Get<&IVApplication::CustomMenus>(L"CustomMenus"),
     Get<&IVApplication::BuiltInMenus>(L"BuiltInMenus"),
     Method<&IVApplication::SetCustomMenus>(L"SetCustomMenus", {L"MenusObject"}),
+    Get<&IVApplication::IsUndoingOrRedoing>(L"IsUndoingOrRedoing"),
+    Method<&IVApplication::BeginUndoScope>(L"BeginUndoScope", {L"bstrUndoScopeName"}),
+    Method<&IVApplication::EndUndoScope>(L"EndUndoScope", {L"nScopeID", L"bCommit"}),
 };
 constexpr OfferedMember<IVWindow> kWindow[] = {
     Get<&IVWindow::Selection>(L"Selection"),

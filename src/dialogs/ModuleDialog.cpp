@@ -1,7 +1,7 @@
 #include "dialogs/ModuleDialog.h"
 
 #include "addin/Global_Variables.h"
-#include "addin/host/IVApplication.h"
+#include "addin/host/UndoScope.h"
 #include "catalog/NameCatalogues.h"
 #include "dialogs/Utilities.h"
 #include "platform/Platform.h"
@@ -68,6 +68,8 @@ void ModuleDialog::WriteRows(const IVShapePtr& shape) { rowGroup_.WriteLines(sha
 
 void ModuleDialog::cmdOK_Click() {
   if (!FieldsAreValid()) return;
+  // Looking for the name may give modules the properties that they lack.
+  const UndoScope oneStep(visApp, "Edit " + Caption());
   if (!NameIsFree()) return;
   Write();
   UnloadRowDialog();

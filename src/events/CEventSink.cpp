@@ -5,6 +5,7 @@
 #include "addin/host/IVApplication.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
+#include "addin/host/UndoScope.h"
 #include "base/Errors.h"
 #include "base/ScopeExit.h"
 #include "catalog/NameCatalogues.h"
@@ -19,6 +20,7 @@
 #include <algorithm>
 #include <exception>
 #include <iterator>
+#include <new>
 #include <utility>
 
 namespace vardo {
@@ -51,10 +53,10 @@ ShapeIndexes PositionsFrom(const IVShapePtr& shape) {
   return positions;
 }
 
-bool ReadsRegisters(std::int16_t eventCode) {
+bool ReadsRegisters(std::uint16_t eventCode) {
   static constexpr std::uint16_t kReading[] = {kEventBeforeSelectionDelete, kEventShapeAdded, kEventPageDeleted,
                                                kEventTextChanged};
-  return std::ranges::find(kReading, static_cast<std::uint16_t>(eventCode)) != std::end(kReading);
+  return std::ranges::find(kReading, eventCode) != std::end(kReading);
 }
 
 bool IsUndone(const MendedRegister& mended) try {
@@ -83,6 +85,22 @@ void ShowAgain(const IVPagePtr& page) try { visApp->ActiveWindow()->SetPage(page
   // It has gone, too.
 }
 
+// A host that refuses to tell refuses what would be done, too.
+bool HostIsUndoingOrRedoing() try { return visApp->IsUndoingOrRedoing(); } catch (const std::bad_alloc&) {
+  throw;
+} catch (const std::exception&) {
+  return false;
+}
+
+// The host must not see a failure of its listener. That there is no memory it must, for its own operation is in danger.
+template <class Work>
+void EndSilently(const Work& work) try {
+  work();
+} catch (const std::bad_alloc&) {
+  throw;
+} catch (const std::exception&) {
+}
+
 std::string TakeFirst(std::vector<std::string>& queue) {
   std::string first = std::move(queue.front());
   queue.erase(queue.begin());
@@ -93,36 +111,48 @@ std::string TakeFirst(std::vector<std::string>& queue) {
 
 void CEventSink::VisEventProc(std::int16_t eventCode, const IVApplicationPtr&, std::int32_t, std::int32_t,
                               const EventSubject& subject, std::string_view moreInfo) {
-  // The host must never see a failure of its listener.
+  // What the host takes back holds what was done here, too.
+  if (HostIsUndoingOrRedoing()) return;
+  const UndoScope oneStep(visApp, "Keep Modules");
+  const auto code = static_cast<std::uint16_t>(eventCode);
+  std::vector<std::string> toDelete = PagesToDelete, toInitialise = PagesToInitialise;
   try {
-    if (ReadsRegisters(eventCode)) {
-      const auto* shape = std::get_if<IVShapePtr>(&subject);
-      MendRegisters(shape && static_cast<std::uint16_t>(eventCode) == kEventShapeAdded ? *shape : nullptr);
-    }
-    DrainQueues();
-  } catch (const std::exception&) {
+    EndSilently([&] {
+      if (ReadsRegisters(code)) {
+        const auto* shape = std::get_if<IVShapePtr>(&subject);
+        MendRegisters(shape && code == kEventShapeAdded ? *shape : nullptr);
+      }
+      DrainQueues();
+    });
+    EndSilently([&] { Answer(code, subject, moreInfo); });
+  } catch (const std::bad_alloc&) {
+    // The host takes its operation back, if it can.
+    PagesToDelete.swap(toDelete);
+    PagesToInitialise.swap(toInitialise);
+    registersInDoubt_ = true;
+    throw;
   }
-  try {
-    switch (static_cast<std::uint16_t>(eventCode)) {
-      case kEventBeforeSelectionDelete:
-        return BeforeSelectionDelete(std::get<IVSelectionPtr>(subject));
-      case kEventPageAdded:
-        return PageAdded(std::get<IVPagePtr>(subject));
-      case kEventShapeAdded:
-        return ShapeAdded(std::get<IVShapePtr>(subject));
-      case kEventPageDeleted:
-        return PageDeleted(std::get<IVPagePtr>(subject));
-      case kEventDocumentClosed:
-        registersInDoubt_ = registersUnseen_ = false;
-        mendedRegisters_.clear();
-        return;
-      case kEventTextChanged:
-        if (!puttingText_ && visApp->ActiveWindow()->Selection()->Count() == 0) ShapeTextEdited(moreInfo);
-        return;
-      default:
-        return;
-    }
-  } catch (const std::exception&) {
+}
+
+void CEventSink::Answer(std::uint16_t eventCode, const EventSubject& subject, std::string_view moreInfo) {
+  switch (eventCode) {
+    case kEventBeforeSelectionDelete:
+      return BeforeSelectionDelete(std::get<IVSelectionPtr>(subject));
+    case kEventPageAdded:
+      return PageAdded(std::get<IVPagePtr>(subject));
+    case kEventShapeAdded:
+      return ShapeAdded(std::get<IVShapePtr>(subject));
+    case kEventPageDeleted:
+      return PageDeleted(std::get<IVPagePtr>(subject));
+    case kEventDocumentClosed:
+      registersInDoubt_ = registersUnseen_ = false;
+      mendedRegisters_.clear();
+      return;
+    case kEventTextChanged:
+      if (!puttingText_ && visApp->ActiveWindow()->Selection()->Count() == 0) ShapeTextEdited(moreInfo);
+      return;
+    default:
+      return;
   }
 }
 
@@ -187,7 +217,7 @@ void CEventSink::DeleteQueuedPage(const std::string& name) try {
   const AtExit switchOn([this] {
     try {
       ListenToPageDeleted(true);
-    } catch (const AutomationError&) {
+    } catch (const std::exception&) {
       // The next event begins with it.
     }
   });

@@ -20,7 +20,7 @@ extern std::vector<std::string> PagesToInitialise;
 
 class CEventSink : public IVEventSink {
  public:
-  // The host's entry point. Lets no failure out.
+  // The host's entry point. Lets no failure out but std::bad_alloc; nothing new is put off then.
   void VisEventProc(std::int16_t eventCode, const IVApplicationPtr& source, std::int32_t eventId, std::int32_t eventSeqNum,
                     const EventSubject& subject, std::string_view moreInfo) override;
 
@@ -52,6 +52,7 @@ class CEventSink : public IVEventSink {
   size_t AdvisedEvents() const { return advisedEvents_; }
 
  private:
+  void Answer(std::uint16_t eventCode, const EventSubject& subject, std::string_view moreInfo);
   void DrainQueues();
   void DeleteQueuedPage(const std::string& name);
   // Writes a text without hearing of it: a name that is refused as well would be put back without end.

@@ -440,6 +440,9 @@ class ApplicationObject : public IVApplication {
   IVUIObjectPtr CustomMenus() override { return host_.menus().CustomMenus(); }
   IVUIObjectPtr BuiltInMenus() override { return host_.menus().BuiltInMenus(); }
   void SetCustomMenus(const IVUIObjectPtr& menus) override { host_.menus().SetCustomMenus(menus); }
+  bool IsUndoingOrRedoing() override { return host_.IsUndoingOrRedoing(); }
+  int BeginUndoScope(std::string_view name) override { return host_.BeginUndoScope(name); }
+  void EndUndoScope(int scope, bool keep) override { host_.EndUndoScope(scope, keep); }
 
  private:
   DrawingHost& host_;

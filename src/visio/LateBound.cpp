@@ -38,18 +38,29 @@ HRESULT UntilTaken(const Call& call) {
 
 }  // namespace
 
-DISPID DispidTable::Find(HostClass hostClass, const wchar_t* member, IDispatch& object) {
+HRESULT DispidTable::Ask(HostClass hostClass, const wchar_t* member, IDispatch& object, DISPID& id) {
   auto& known = ids_[static_cast<size_t>(hostClass)];
-  if (const auto found = known.find(member); found != known.end()) return found->second;
-  DISPID id = DISPID_UNKNOWN;
+  if (const auto found = known.find(member); found != known.end()) {
+    id = found->second;
+    return S_OK;
+  }
   auto* name = const_cast<OLECHAR*>(member);
   const HRESULT result = UntilTaken([&] { return object.GetIDsOfNames(GUID{}, &name, 1, LOCALE_USER_DEFAULT, &id); });
-  if (FAILED(result)) {
-    EXCEPINFO none{};
-    ThrowHostError(result, none, FromWide(member));
-  }
-  known.emplace(member, id);
-  return id;
+  if (SUCCEEDED(result)) known.emplace(member, id);
+  return result;
+}
+
+bool DispidTable::Knows(HostClass hostClass, const wchar_t* member, IDispatch& object) {
+  DISPID id = DISPID_UNKNOWN;
+  return SUCCEEDED(Ask(hostClass, member, object, id));
+}
+
+DISPID DispidTable::Find(HostClass hostClass, const wchar_t* member, IDispatch& object) {
+  DISPID id = DISPID_UNKNOWN;
+  const HRESULT result = Ask(hostClass, member, object, id);
+  if (SUCCEEDED(result)) return id;
+  EXCEPINFO none{};
+  ThrowHostError(result, none, FromWide(member));
 }
 
 Variant LateBound::Run(const wchar_t* member, WORD kind, std::initializer_list<Variant> arguments) const {

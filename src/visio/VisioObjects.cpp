@@ -240,6 +240,13 @@ class VisioApplication : public Wrapper<IVApplication, HostClass::Application> {
     if (!own) throw HostError(kHostNotAllowed, "Only menus got from the drawing host can be shown there.");
     host().Call(L"SetCustomMenus", own->host().object());
   }
+  bool IsUndoingOrRedoing() override { return host().Has(L"IsUndoingOrRedoing") && host().Get<bool>(L"IsUndoingOrRedoing"); }
+  int BeginUndoScope(std::string_view name) override {
+    return host().Has(L"BeginUndoScope") ? host().Call<int>(L"BeginUndoScope", name) : 0;
+  }
+  void EndUndoScope(int scope, bool keep) override {
+    if (scope != 0) host().Call(L"EndUndoScope", scope, keep);
+  }
 };
 
 template <class Wrapper>

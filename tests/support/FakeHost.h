@@ -172,6 +172,9 @@ class Application : public IVApplication {
   IVUIObjectPtr CustomMenus() override { Unused(); }
   IVUIObjectPtr BuiltInMenus() override { Unused(); }
   void SetCustomMenus(const IVUIObjectPtr&) override { Unused(); }
+  bool IsUndoingOrRedoing() override { Unused(); }
+  int BeginUndoScope(std::string_view) override { Unused(); }
+  void EndUndoScope(int, bool) override { Unused(); }
 };
 
 // A drawing of one page, the add-in's while it lives.

@@ -246,6 +246,9 @@ class ForwardingEventList : public Forwarding<IVEventList> {
 class ForwardingApplication : public Forwarding<IVApplication> {
  public:
   using Forwarding::Forwarding;
+  bool IsUndoingOrRedoing() override { return Call("Application.IsUndoingOrRedoing").IsUndoingOrRedoing(); }
+  int BeginUndoScope(std::string_view name) override { return Call("Application.BeginUndoScope").BeginUndoScope(name); }
+  void EndUndoScope(int scope, bool keep) override { Call("Application.EndUndoScope").EndUndoScope(scope, keep); }
   IVWindowPtr ActiveWindow() override { return Wrap<ForwardingWindow>(Call("Application.ActiveWindow").ActiveWindow()); }
   IVPagePtr ActivePage() override { return Wrap<ForwardingPage>(Call("Application.ActivePage").ActivePage()); }
   IVDocumentPtr ActiveDocument() override {

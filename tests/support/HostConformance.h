@@ -1300,15 +1300,88 @@ TEST_P(HostConformance, PagesComeBackWithTheirShapes) {
   EXPECT_THAT(PageNames(), ElementsAre("Page-1", "Page-2"));
 }
 
-TEST_P(HostConformance, UndoAndRedoRaiseNoEvent) {
+TEST_P(HostConformance, UndoAndRedoAreToldLikeWhatAPersonDoesAndSayWhatTheyAre) {
   const IVShapePtr shape = Drop();
+  const IVShapePtr other = Drop();
   user().Type(shape, "A");
+  user().Select({shape});
+  user().DeleteSelection();
   Pages()->Add();
   Page()->SetName("Other");
-  const auto sink = Listen(AllCodes());
-  for (int i = 0; i < 4; ++i) user().Undo();
-  for (int i = 0; i < 4; ++i) user().Redo();
-  EXPECT_THAT(sink->events, IsEmpty());
+  int told = 0;
+  const auto sink = Listen(AllCodes(), [&](const RecordingSink::Event&) { told += app()->IsUndoingOrRedoing() ? 1 : 0; });
+  const auto toldBy = [&](void (HostUser::*act)()) {
+    sink->events.clear();
+    (user().*act)();
+    return sink->Codes();
+  };
+  EXPECT_THAT(toldBy(&HostUser::Undo), ElementsAre(kEventPageChanged));
+  EXPECT_THAT(toldBy(&HostUser::Undo), ElementsAre(kEventPageDeleted, kEventWindowChanged));
+  EXPECT_THAT(toldBy(&HostUser::Undo), ElementsAre(kEventShapeAdded));
+  EXPECT_EQ(std::get<IVShapePtr>(sink->events.front().subject)->Text(), "A") << "it is there, with all that it had";
+  EXPECT_THAT(toldBy(&HostUser::Undo), ElementsAre(kEventTextChanged));
+  EXPECT_EQ(sink->events.front().moreInfo, "/doc=1 /page=1 /shape=Sheet." + std::to_string(shape->ID()));
+  EXPECT_THAT(toldBy(&HostUser::Undo), ElementsAre(kEventBeforeSelectionDelete));
+  EXPECT_THAT(toldBy(&HostUser::Redo), ElementsAre(kEventShapeAdded));
+  EXPECT_THAT(toldBy(&HostUser::Redo), ElementsAre(kEventTextChanged));
+  EXPECT_THAT(toldBy(&HostUser::Redo), ElementsAre(kEventBeforeSelectionDelete));
+  EXPECT_THAT(toldBy(&HostUser::Redo), ElementsAre(kEventPageAdded));
+  EXPECT_THAT(toldBy(&HostUser::Redo), ElementsAre(kEventPageChanged));
+  EXPECT_EQ(told, 11) << "each of them says what it comes from";
+  EXPECT_FALSE(app()->IsUndoingOrRedoing());
+  Drop();
+  EXPECT_EQ(told, 11);
+}
+
+TEST_P(HostConformance, WhatGoesByAnUndoIsToldOfWhileItIsStillThere) {
+  Drop()->SetText("A");
+  std::string text;
+  Listen({kEventBeforeSelectionDelete},
+         [&](const RecordingSink::Event& event) { text = std::get<IVSelectionPtr>(event.subject)->Item(1)->Text(); });
+  user().Undo();
+  user().Undo();
+  EXPECT_EQ(text, "Create 1");
+}
+
+TEST_P(HostConformance, AnUndoScopeIsOneStep) {
+  const IVShapePtr shape = Drop();
+  const int scope = app()->BeginUndoScope("Outer");
+  shape->SetText("A");
+  const int inner = app()->BeginUndoScope("Inner");
+  EXPECT_NE(scope, inner);
+  shape->SetText("B");
+  EXPECT_EQ(ErrorOf([&] { app()->EndUndoScope(scope, true); }), kHostNotAllowed) << "the inner one ends first";
+  EXPECT_EQ(ErrorOf([&] { user().Undo(); }), kHostNotAllowed) << "it has not ended";
+  app()->EndUndoScope(inner, true);
+  Write(shape, "Prop.CreateName", "\"B\"");
+  app()->EndUndoScope(scope, true);
+  EXPECT_EQ(ErrorOf([&] { app()->EndUndoScope(scope, true); }), kHostNotAllowed) << "it has ended";
+  app()->EndUndoScope(0, true);
+  user().Undo();
+  EXPECT_EQ(shape->Text(), "Create 1");
+  EXPECT_EQ(Formula(shape, "Prop.CreateName"), "\"Create 1\"");
+}
+
+TEST_P(HostConformance, AnUndoScopeThatIsNotKeptIsTakenBack) {
+  const IVShapePtr shape = Drop();
+  const int scope = app()->BeginUndoScope("Tried");
+  shape->SetText("A");
+  app()->EndUndoScope(scope, false);
+  EXPECT_EQ(shape->Text(), "Create 1");
+  user().RunCommand([&] {
+    const int inside = app()->BeginUndoScope("Inside");
+    shape->SetText("B");
+    EXPECT_EQ(ErrorOf([&] { app()->EndUndoScope(inside, false); }), kHostNotAllowed) << "that is the command's";
+    app()->EndUndoScope(inside, true);
+  });
+  EXPECT_EQ(shape->Text(), "B");
+}
+
+TEST_P(HostConformance, AnUndoScopeThatNobodyEndsEndsWithItsCommand) {
+  Listen({kEventShapeAdded}, [&](const RecordingSink::Event&) { app()->BeginUndoScope("Forgotten"); });
+  Drop();
+  user().Undo();
+  EXPECT_EQ(Shapes()->Count(), 0);
 }
 
 // --- Menus

@@ -890,18 +890,19 @@ TEST_F(SinkDispatch, EachEventHasASubjectOfItsKind) {
   EXPECT_EQ(host.references, 0);
 }
 
-TEST_F(SinkDispatch, LetsNoErrorOut) {
+TEST_F(SinkDispatch, LetsNoErrorOutButThatThereIsNoMemory) {
   const std::function<void()> failures[] = {
       [] { throw HostError(kSomeFailure, "refused"); },
       [] { throw RuntimeError::Overflow(); },
       [] { throw std::runtime_error("other"); },
-      [] { throw std::bad_alloc(); },
       [] { throw 7; },
   };
   for (const auto& failure : failures) {
     sink->then = [&](const EventSubject&) { failure(); };
     EXPECT_EQ(Call(Usual()), S_OK);
   }
+  sink->then = [](const EventSubject&) { throw std::bad_alloc(); };
+  EXPECT_EQ(Call(Usual()), E_OUTOFMEMORY);
   host.failingCall = 1;
   sink->then = [](const EventSubject& subject) { std::get<IVShapePtr>(subject)->Text(); };
   EXPECT_EQ(Call(Usual()), S_OK) << "the host fails while it is listened to";
