@@ -20,11 +20,13 @@ constexpr int kWrongUsage = 2;
 struct CommandLine {
   CLI::App app{"Models business and production processes as flowcharts in Visio drawings.", "vardo"};
   ShowOptions show;
+  CheckOptions check;
   EditOptions edit;
   ScriptOptions script;
   NewOptions create;
   PictureOptions picture;
   CLI::App* showCommand = nullptr;
+  CLI::App* checkCommand = nullptr;
   CLI::App* editCommand = nullptr;
   CLI::App* scriptCommand = nullptr;
   CLI::App* newCommand = nullptr;
@@ -36,12 +38,26 @@ struct CommandLine {
     app.failure_message([](const CLI::App*, const CLI::Error& error) {
       return InWords(error.what()) + "\nRun with --help for more information.\n";
     });
-    app.footer("Examples:\n  vardo new bank.vsdx\n  vardo show bank.vsdx\n  vardo edit bank.vsdx Create CreateUnits=Minutes\n");
+    app.footer(
+        "Examples:\n  vardo new bank.vsdx\n  vardo show bank.vsdx\n  vardo check bank.vsdx\n  vardo edit bank.vsdx Create "
+        "CreateUnits=Minutes\n");
 
     showCommand = app.add_subcommand("show", "Print a drawing's pages, modules and connections");
     showCommand->add_option("FILE", show.file, "The drawing")->required();
     showCommand->add_flag("--json", show.json, "Print JSON");
     showCommand->footer("Examples:\n  vardo show bank.vsdx\n  vardo show --json bank.vsdx\n");
+
+    checkCommand = app.add_subcommand("check", "Say what is wrong with the model that a drawing shows");
+    checkCommand->add_option("FILE", check.file, "The drawing")->required();
+    checkCommand->add_option("--json", check.json, "Write the findings to this file, too; - prints them instead of the lines");
+    checkCommand->add_option("--max-warnings", check.maxWarnings, "End with status 1 when there are more warnings")
+        ->check(CLI::NonNegativeNumber);
+    checkCommand->add_option("--ignore", check.ignore, "A rule not to apply; may be given several times")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    checkCommand->footer(
+        "Examples:\n  vardo check bank.vsdx\n  vardo check --max-warnings 0 --ignore names/text-differs bank.vsdx\n"
+        "  vardo check --json - bank.vsdx\n");
 
     editCommand = app.add_subcommand("edit", "Edit a module in its dialog, on screen or with the fields given");
     editCommand->add_option("FILE", edit.file, "The drawing")->required();
@@ -79,6 +95,7 @@ struct CommandLine {
 
   Outcome Run(std::ostream& output, int argc, char** argv) {
     if (*showCommand) return ShowDrawing(show, output);
+    if (*checkCommand) return CheckDrawing(check, output);
     if (*editCommand) return EditModule(edit, output, argc, argv);
     if (*scriptCommand) return RunScript(script, output, argc, argv);
     if (*pictureCommand) return MakePicture(picture, output);

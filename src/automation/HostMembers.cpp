@@ -152,6 +152,9 @@ constexpr OfferedMember<IVApplication> kApplication[] = {
     Get<&IVApplication::CustomMenus>(L"CustomMenus"),
     Get<&IVApplication::BuiltInMenus>(L"BuiltInMenus"),
     Method<&IVApplication::SetCustomMenus>(L"SetCustomMenus", {L"MenusObject"}),
+    Get<&IVApplication::IsUndoingOrRedoing>(L"IsUndoingOrRedoing"),
+    Method<&IVApplication::BeginUndoScope>(L"BeginUndoScope", {L"bstrUndoScopeName"}),
+    Method<&IVApplication::EndUndoScope>(L"EndUndoScope", {L"nScopeID", L"bCommit"}),
 };
 constexpr OfferedMember<IVWindow> kWindow[] = {
     Get<&IVWindow::Selection>(L"Selection"),
@@ -165,6 +168,8 @@ constexpr OfferedMember<IVSelection> kSelection[] = {
 constexpr OfferedMember<IVDocument> kDocument[] = {
     Get<&IVDocument::Pages>(L"Pages"),
     Get<&IVDocument::Masters>(L"Masters"),
+    Get<&IVDocument::Path>(L"Path"),
+    Get<&IVDocument::DocumentSheet>(L"DocumentSheet"),
 };
 constexpr OfferedMember<IVPages> kPages[] = {
     Get<&IVPages::Count>(L"Count"),
@@ -172,11 +177,9 @@ constexpr OfferedMember<IVPages> kPages[] = {
     Method<&IVPages::Add>(L"Add"),
 };
 constexpr OfferedMember<IVPage> kPage[] = {
-    Get<&IVPage::Name>(L"Name"),
-    Put<&IVPage::SetName>(L"Name"),
-    Get<&IVPage::PageSheet>(L"PageSheet"),
-    Get<&IVPage::Shapes>(L"Shapes"),
-    Method<&IVPage::Delete>(L"Delete", {L"fRenumberPages"}),
+    Get<&IVPage::ID>(L"ID"),         Get<&IVPage::Name>(L"Name"),
+    Put<&IVPage::SetName>(L"Name"),  Get<&IVPage::PageSheet>(L"PageSheet"),
+    Get<&IVPage::Shapes>(L"Shapes"), Method<&IVPage::Delete>(L"Delete", {L"fRenumberPages"}),
 };
 constexpr OfferedMember<IVShapes> kShapes[] = {
     Get<&IVShapes::Count>(L"Count"),
@@ -195,6 +198,7 @@ constexpr OfferedMember<IVShape> kShape[] = {
     Get<&IVShape::Type>(L"Type"),
     Get<&IVShape::Master>(L"Master"),
     Get<&IVShape::ContainingPage>(L"ContainingPage"),
+    Get<&IVShape::Shapes>(L"Shapes"),
     Get<&IVShape::RowCount>(L"RowCount", {L"Section"}),
     Get<&IVShape::RowExists>(L"RowExists", {L"Section", L"Row", L"fExistsLocally"}),
     Method<&IVShape::AddSection>(L"AddSection", {L"Section"}),

@@ -1,13 +1,14 @@
 // The in-memory drawing host: what a person does in the drawing program, and the object model through which the add-in sees it.
 //   One drawing is open at a time. Everything runs on the caller's thread; events are delivered inside the call that raises them.
-//   Each command of a person, with all that its listeners did, is one undo step. While a step is undone or redone no event is
-//   raised.
+//   Each command of a person, with all that its listeners did, is one undo step. An undo or redo raises events for what it
+//   brings, takes and changes, and says all the while that it is one.
 #pragma once
 
 #include "addin/host/HostFwd.h"
 #include "addin/host/IVEventList.h"
 #include "base/Errors.h"
 #include "document/Drawing.h"
+#include "document/ReplayNews.h"
 #include "memoryhost/HeldRows.h"
 #include "memoryhost/HostMenus.h"
 #include "memoryhost/SheetRef.h"
@@ -46,6 +47,8 @@ class DrawingHost {
   // Without a file, where it was opened from or last saved. Returns the file. One that another program has changed meanwhile is
   // refused unless overwriting is allowed.
   std::filesystem::path Save(const std::optional<std::filesystem::path>& file, Overwrite overwrite = Overwrite::Refuse);
+  // Where the drawing was opened from or last saved; empty for a new one.
+  const std::filesystem::path& file() const { return file_; }
   bool IsOpen() const { return drawing_ != nullptr; }
   Drawing& drawing();
 
@@ -83,10 +86,11 @@ class DrawingHost {
   // What a command of the add-in does in one undo step.
   void RunCommand(std::string_view label, const std::function<void()>& command);
 
-  // Throw HostError(kHostNotAllowed) when there is nothing to undo or redo. Return the step's label. Undo shows the page that was
-  // shown before the step.
+  // Throw HostError(kHostNotAllowed) when there is nothing to undo or redo, or a scope is open. Return the step's label. Undo
+  // shows the page that was shown before the step.
   std::string Undo();
   std::string Redo();
+  bool IsUndoingOrRedoing() const { return replaying_; }
 
   // How much of what has been done can be undone, in this drawing and in those opened later.
   void SetUndoLimit(EditLog::Limit limit);
@@ -130,26 +134,37 @@ class DrawingHost {
                      const std::optional<HostError>& missing);
   // The row of a cell that is going to be held; null for one that is known by its name.
   std::shared_ptr<const HeldRow> HoldRow(const SheetRef& ref, const CellAddress& address);
+  // The shape's name, "ThePage" or "TheDoc".
+  std::string SheetName(const SheetRef& ref);
   void WriteText(const SheetRef& ref, std::string_view text);
   void DeleteShape(const SheetRef& ref);
   void DeleteMaster(int masterId);
   IVEventPtr Advise(std::int16_t code, const IVEventSinkPtr& sink, std::string_view targetArgs);
   int AdviseCount() const { return static_cast<int>(advises_.size()); }
   IVEventPtr AdviseAt(int index);
+  int BeginUndoScope(std::string_view label);
+  void EndUndoScope(int scope, bool keep);
 
  private:
   struct AdvisedEvent;
   class Command;
 
+  struct UndoScope {
+    int number, pageBefore;
+  };
+
   void Replace(std::unique_ptr<Drawing> drawing, const std::filesystem::path& file);
+  std::string Replay(ReplayDirection direction);
+  void TellOfGoing(const ReplayNews& news);
+  void TellOfChange(const ReplayNews& news);
   void Raise(std::uint16_t code, const EventSubject& subject, std::string_view moreInfo = {});
+  void RaiseTextChanged(const DrawingPage& page, int shapeId);
   void SelectAndTell(std::vector<int> shapeIds);
   IVShapePtr Announce(const SheetRef& ref);
   void PutFormula(const SheetRef& ref, const CellAddress& address, std::string_view formula);
   void Glue(const SheetRef& connector, const ConnectorEnd& cells, const End& end, Point otherEnd);
   int AddOutlinePoint(const SheetRef& ref, Point towards);
   void MoveRowsUp(const SheetRef& ref, const SectionInfo& section, short position);
-  std::string SheetName(const SheetRef& ref);
   void TellTouched();
   void RefuseLostGlue(const SheetView& view, const CellAddress& address, const Formula& formula);
 
@@ -162,6 +177,9 @@ class DrawingHost {
   std::vector<int> selection_;
   std::vector<std::shared_ptr<AdvisedEvent>> advises_;
   std::int32_t eventSequence_ = 0;
+  bool replaying_ = false;
+  std::vector<UndoScope> undoScopes_;
+  int lastUndoScope_ = 0;
   HostMenus menus_;
   std::optional<std::vector<CellWrite>> writes_;
   StepObserver stepObserver_;

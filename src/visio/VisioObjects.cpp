@@ -79,6 +79,7 @@ class VisioShape : public Wrapper<IVShape, HostClass::Shape> {
   short Type() override { return host().Get<short>(L"Type"); }
   IVMasterPtr Master() override { return Find<VisioMaster>(L"Master"); }
   IVPagePtr ContainingPage() override;
+  IVShapesPtr Shapes() override;
   int RowCount(short section) override { return host().Get<int>(L"RowCount", section); }
   bool RowExists(short section, short row, short localOnly) override {
     return host().Get<bool>(L"RowExists", section, row, localOnly);
@@ -106,9 +107,12 @@ class VisioShapes : public Wrapper<IVShapes, HostClass::Shapes> {
   IVShapePtr ItemFromID(int id) override { return Get<VisioShape>(L"ItemFromID", id); }
 };
 
+IVShapesPtr VisioShape::Shapes() { return Get<VisioShapes>(L"Shapes"); }
+
 class VisioPage : public Wrapper<IVPage, HostClass::Page> {
  public:
   using Wrapper::Wrapper;
+  int ID() override { return host().Get<int>(L"ID"); }
   std::string Name() override { return host().Get<std::string>(L"Name"); }
   void SetName(std::string_view name) override { host().Put(L"Name", name); }
   IVShapePtr PageSheet() override { return Get<VisioShape>(L"PageSheet"); }
@@ -139,6 +143,8 @@ class VisioDocument : public Wrapper<IVDocument, HostClass::Document> {
   using Wrapper::Wrapper;
   IVPagesPtr Pages() override { return Get<VisioPages>(L"Pages"); }
   IVMastersPtr Masters() override { return Get<VisioMasters>(L"Masters"); }
+  std::string Path() override { return host().Get<std::string>(L"Path"); }
+  IVShapePtr DocumentSheet() override { return Get<VisioShape>(L"DocumentSheet"); }
 };
 
 class VisioSelection : public Wrapper<IVSelection, HostClass::Selection> {
@@ -233,6 +239,13 @@ class VisioApplication : public Wrapper<IVApplication, HostClass::Application> {
     const auto* own = dynamic_cast<const VisioUIObject*>(menus.get());
     if (!own) throw HostError(kHostNotAllowed, "Only menus got from the drawing host can be shown there.");
     host().Call(L"SetCustomMenus", own->host().object());
+  }
+  bool IsUndoingOrRedoing() override { return host().Has(L"IsUndoingOrRedoing") && host().Get<bool>(L"IsUndoingOrRedoing"); }
+  int BeginUndoScope(std::string_view name) override {
+    return host().Has(L"BeginUndoScope") ? host().Call<int>(L"BeginUndoScope", name) : 0;
+  }
+  void EndUndoScope(int scope, bool keep) override {
+    if (scope != 0) host().Call(L"EndUndoScope", scope, keep);
   }
 };
 

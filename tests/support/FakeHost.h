@@ -89,6 +89,7 @@ class Shape : public IVShape {
   int ID() override { Unused(); }
   short Type() override { Unused(); }
   IVPagePtr ContainingPage() override { Unused(); }
+  IVShapesPtr Shapes() override { Unused(); }
   int RowCount(short) override { Unused(); }
   bool RowExists(short, short, short) override { Unused(); }
   void AddSection(short) override { Unused(); }
@@ -137,6 +138,7 @@ class Page : public IVPage {
     return sheet;
   }
   IVShapesPtr Shapes() override { return ++hostCalls, shapes; }
+  int ID() override { Unused(); }
   std::string Name() override { Unused(); }
   void SetName(std::string_view) override { Unused(); }
   void Delete(short) override { Unused(); }
@@ -155,7 +157,9 @@ class Document : public IVDocument {
  public:
   std::shared_ptr<fake::Pages> pages = std::make_shared<fake::Pages>();
   IVPagesPtr Pages() override { return ++hostCalls, pages; }
+  std::string Path() override { Unused(); }
   IVMastersPtr Masters() override { Unused(); }
+  IVShapePtr DocumentSheet() override { Unused(); }
 };
 
 class Application : public IVApplication {
@@ -168,6 +172,9 @@ class Application : public IVApplication {
   IVUIObjectPtr CustomMenus() override { Unused(); }
   IVUIObjectPtr BuiltInMenus() override { Unused(); }
   void SetCustomMenus(const IVUIObjectPtr&) override { Unused(); }
+  bool IsUndoingOrRedoing() override { Unused(); }
+  int BeginUndoScope(std::string_view) override { Unused(); }
+  void EndUndoScope(int, bool) override { Unused(); }
 };
 
 // A drawing of one page, the add-in's while it lives.

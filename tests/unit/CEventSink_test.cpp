@@ -51,6 +51,9 @@ class NotedApplication : public IVApplication {
   IVUIObjectPtr CustomMenus() override { return target_->CustomMenus(); }
   IVUIObjectPtr BuiltInMenus() override { return target_->BuiltInMenus(); }
   void SetCustomMenus(const IVUIObjectPtr& menus) override { target_->SetCustomMenus(menus); }
+  bool IsUndoingOrRedoing() override { return target_->IsUndoingOrRedoing(); }
+  int BeginUndoScope(std::string_view name) override { return target_->BeginUndoScope(name); }
+  void EndUndoScope(int scope, bool keep) override { target_->EndUndoScope(scope, keep); }
 
  private:
   IVApplicationPtr target_;
