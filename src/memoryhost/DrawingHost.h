@@ -144,6 +144,7 @@ class DrawingHost {
  private:
   struct AdvisedEvent;
   class Command;
+  class OpenScopesEnd;
 
   struct UndoScope {
     int number, pageBefore;
