@@ -9,7 +9,7 @@ if(WIN32)
   set_target_properties(libdeflate::libdeflate PROPERTIES
     IMPORTED_LOCATION ${VARDO_WINDOWS_DEPENDENCIES}/lib/libdeflate.a
     INTERFACE_INCLUDE_DIRECTORIES ${VARDO_WINDOWS_DEPENDENCIES}/include)
-  foreach(library nlohmann_json::nlohmann_json CLI11::CLI11 fmt::fmt)
+  foreach(library nlohmann_json::nlohmann_json CLI11::CLI11 fmt::fmt Random123::Random123)
     add_library(${library} INTERFACE IMPORTED)
     target_include_directories(${library} INTERFACE ${VARDO_WINDOWS_DEPENDENCIES}/include-links)
   endforeach()
@@ -23,6 +23,9 @@ else()
   find_package(CLI11 REQUIRED)
   find_package(fmt REQUIRED)
   find_package(Qt6 REQUIRED COMPONENTS Widgets Test)
+  find_path(VARDO_RANDOM123 Random123/philox.h REQUIRED)
+  add_library(Random123::Random123 INTERFACE IMPORTED)
+  target_include_directories(Random123::Random123 INTERFACE ${VARDO_RANDOM123})
   # For vardo-bench alone.
   find_package(benchmark QUIET)
   find_package(ZLIB QUIET)

@@ -107,6 +107,9 @@ void Application::InitializePage() {
     EmptyProperties(*page->PageSheet());
     DeleteFromLastToFirst(*page->Shapes());
     DeleteFromLastToFirst(*visApp->ActiveDocument()->Masters());
+  } catch (const std::bad_alloc&) {
+    // Whoever called takes back what has been done so far, if it can.
+    throw;
   } catch (const std::exception&) {
     ThePlatform().ShowMessage("Error in procedure InititalizePage", kProductTitle, kStyleExclamation);
   }
@@ -116,6 +119,7 @@ void Application::SetupEventSink(const IVApplicationPtr& application) {
   visApp = application;
   const IVEventListPtr events = application->EventList();
   if (!eventSink) eventSink = std::make_shared<CEventSink>();
+  eventSink->DrawingOpened();
   // Goes on where an earlier call was refused; nothing is registered twice.
   while (eventSink->AdvisedEvents() < std::size(kAdvisedEvents)) {
     const auto& event = kAdvisedEvents[eventSink->AdvisedEvents()];
@@ -126,6 +130,7 @@ void Application::SetupEventSink(const IVApplicationPtr& application) {
 
 void Application::ShowEditor(const IVApplicationPtr& application, const IVShapePtr& shape) {
   visApp = application;
+  if (eventSink) eventSink->MendRegisters();
   OpenModuleDialog(shape);
 }
 

@@ -17,14 +17,13 @@
 #include "dialogs/flow/frmRecord.h"
 #include "dialogs/flow/frmSeparate.h"
 #include "forms/Forms.h"
+#include "props/ShapeKinds.h"
 #include "props/StringFunctions.h"
 
 #include <string_view>
 
 namespace vardo {
 namespace {
-
-constexpr std::string_view kClassNameCell = "User.ClassName";
 
 constexpr struct {
   std::string_view kind;

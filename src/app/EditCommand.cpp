@@ -94,7 +94,11 @@ class DialogFiller {
   explicit DialogFiller(std::vector<Assignment> assignments) : assignments_(std::move(assignments)) {}
   void Fill(Form& form) {
     auto& dialog = dynamic_cast<ModuleDialog&>(form);
-    for (const Assignment& assignment : assignments_) Type(dialog, assignment);
+    for (const Assignment& assignment : assignments_) {
+      Type(dialog, assignment);
+      // Leaving a box tidies it, and may show or hide the next.
+      form.UserFocus(*form.DefaultButton());
+    }
     form.UserKey("Enter");
     accepted_ = !form.IsShown();
   }

@@ -1,12 +1,13 @@
 #include "app/Modules.h"
 
 #include "props/PropertyCells.h"
+#include "props/ShapeKinds.h"
 #include "props/StringFunctions.h"
 
 namespace vardo {
 
 std::string ModuleKindOf(const Sheet& shape) {
-  const auto address = shape.Find("User.ClassName");
+  const auto address = shape.Find(kClassNameCell);
   return address ? UnquoteFormula(shape.Formula(*address)) : "";
 }
 

@@ -242,6 +242,8 @@ constexpr OfferedMember<IVSelection> kSelection[] = {
 constexpr OfferedMember<IVDocument> kDocument[] = {
     Get<&IVDocument::Pages>(L"Pages"),
     Get<&IVDocument::Masters>(L"Masters"),
+    Get<&IVDocument::Path>(L"Path"),
+    Get<&IVDocument::DocumentSheet>(L"DocumentSheet"),
 };
 constexpr OfferedMember<IVPages> kPages[] = {
     Get<&IVPages::Count>(L"Count"),
@@ -249,6 +251,7 @@ constexpr OfferedMember<IVPages> kPages[] = {
     Method<&IVPages::Add>(L"Add"),
 };
 constexpr OfferedMember<IVPage> kPage[] = {
+    Get<&IVPage::ID>(L"ID"),
     Get<&IVPage::Name>(L"Name"),
     Put<&IVPage::SetName>(L"Name"),
     Get<&IVPage::PageSheet>(L"PageSheet"),
@@ -275,6 +278,7 @@ constexpr OfferedMember<IVShape> kShape[] = {
     Get<&IVShape::Type>(L"Type"),
     Get<&IVShape::Master>(L"Master"),
     Get<&IVShape::ContainingPage>(L"ContainingPage"),
+    Get<&IVShape::Shapes>(L"Shapes"),
     Get<&IVShape::RowCount>(L"RowCount", {L"Section"}),
     Get<&IVShape::RowExists>(L"RowExists", {L"Section", L"Row", L"fExistsLocally"}),
     Method<&IVShape::AddSection>(L"AddSection", {L"Section"}),

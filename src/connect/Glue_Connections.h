@@ -1,7 +1,8 @@
 // What happens to a connector that has been drawn: whether it may leave the module it begins at, and which connection points its
 // ends are glued to.
 //   Ends are numbered 1, where the connector leaves a shape, and 2, where it enters one. Shapes are named as the active page
-//   names them; a shape's kind is its name up to the first ".". Shapes that are no modules are left alone.
+//   names them; a module's kind is its name up to the first ".". Shapes that are no modules are left alone: those
+//   of another name, or without a class name.
 #pragma once
 
 #include <cstdint>

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "catalog/NameCatalogues.h"
+#include "modules/Pictures.h"
 
 #include <string_view>
 
@@ -22,14 +23,6 @@ inline constexpr std::string_view kEntityAttributes[] = {
 };
 inline constexpr std::string_view kAssignableAttributes[] = {
     "Entity.HoldCostRate", "Entity.JobStep", "Entity.Picture", "Entity.Sequence", "Entity.Station", "Entity.Type",
-};
-
-inline constexpr std::string_view kPictures[] = {
-    "Picture.Airplane",    "Picture.Green Ball", "Picture.Blue Page",   "Picture.Telephone",  "Picture.Blue Ball",
-    "Picture.Yellow Page", "Picture.Email",      "Picture.Yellow Ball", "Picture.Bike",       "Picture.Report",
-    "Picture.Van",         "Picture.Widget",     "Picture.Envelope",    "Picture.Fax",        "Picture.Truck",
-    "Picture.Letter",      "Picture.Box",        "Picture.Woman",       "Picture.Package",    "Picture.Man",
-    "Picture.Diskette",    "Picture.Boat",       "Picture.Red Page",    "Picture.Green Page", "Picture.Red Ball",
 };
 
 inline constexpr std::string_view kTimeUnits[] = {"Seconds", "Minutes", "Hours", "Days"};

@@ -70,7 +70,7 @@ void ModuleDialog::cmdOK_Click() {
   if (!FieldsAreValid()) return;
   // Looking for the name may give modules the properties that they lack.
   const UndoScope oneStep(visApp, "Edit " + Caption());
-  if (!NameIsUnique()) return;
+  if (!NameIsFree()) return;
   Write();
   UnloadRowDialog();
   Unload(*this);
@@ -82,9 +82,13 @@ void ModuleDialog::cmdCancel_Click() {
 }
 
 // A new name may not be in use at all; the old one stands in the list once, for the shape itself.
-bool ModuleDialog::NameIsUnique() {
-  if (!NameIsUsed(NameList::AllModules, NewName(), IsRenamed() ? 1 : 2)) return true;
-  ShowFieldError(kDuplicateName);
+bool ModuleDialog::NameIsFree() {
+  if (NameIsUsed(NameList::AllModules, NewName(), IsRenamed() ? 1 : 2))
+    ShowFieldError(kDuplicateName);
+  else if (const auto why = WhyNotNamed(SelectedShape()))
+    ThePlatform().ShowMessage(*why, kProductTitle, kStyleExclamation);
+  else
+    return true;
   name_->SetFocus();
   return false;
 }

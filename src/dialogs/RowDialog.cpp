@@ -37,12 +37,16 @@ std::string RowDialog::Line() {
 
 void RowDialog::cmdOK_Click() {
   if (!FieldsAreValid()) return;
+  if (!LineBoxes().empty()) TakeLine();
+  Hide(*this);
+}
+
+void RowDialog::TakeLine() {
   if (edits_)
     rows_().Replace(Line());
   else
     rows_().Insert(Line());
   AfterOK();
-  Hide(*this);
 }
 
 void RowDialog::cmdCancel_Click() { Hide(*this); }

@@ -24,7 +24,7 @@ class RowDialog : public DialogFrame {
   // Shows the row's fields, or the defaults for kAddRow, until the dialog is closed.
   void Open(std::string_view line);
 
-  // The boxes whose texts make the line, in its order, as the first of them now have it.
+  // The boxes whose texts make the line, in its order, as the first of them now have it. Without any, OK leaves the list alone.
   virtual std::vector<TextControl*> LineBoxes() = 0;
   // Puts a line into the boxes, which hold their defaults.
   virtual void SetLine(std::string_view line);
@@ -36,6 +36,7 @@ class RowDialog : public DialogFrame {
   void cmdOK_Click() override;
   void cmdCancel_Click() override;
   std::string Line();
+  void TakeLine();
 
   RowList& (*rows_)();
   bool edits_ = false;

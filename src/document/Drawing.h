@@ -67,8 +67,8 @@ class Drawing : private EditObserver {
   DrawingMaster* BringMaster(std::string_view name);
   void RemoveMaster(DrawingMaster& master);
 
-  // The document's own sheet; null when the file has none.
-  Sheet* DocumentSheet() { return documentSheet_.get(); }
+  // The document's own sheet, empty when the file has none.
+  Sheet& DocumentSheet() { return *documentSheet_; }
 
   // Counts up whenever pages, shapes, rows or masters go: until then, what has been found is good.
   unsigned structure() const { return structure_; }
@@ -100,6 +100,7 @@ class Drawing : private EditObserver {
   void Changed(XmlPart& part, pugi::xml_node node) override;
   void Shifted(const RowsShifted& rows, bool again) override;
   void PageListed(XmlPart& list, pugi::xml_node entry);
+  void Unlist(const DrawingPage& page);
   void MasterListed(pugi::xml_node entry);
   // formulas: some of them may be other ones now.
   void SheetEdited(XmlPart& part, pugi::xml_node node, bool isThere, bool formulas);

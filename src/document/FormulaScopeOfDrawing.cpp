@@ -8,7 +8,7 @@ namespace vardo {
 const Sheet* FormulaScopeOfDrawing::Find(std::string_view sheet) const {
   if (sheet.empty()) return &sheet_;
   if (sheet == "ThePage") return page_ ? &page_->PageSheet() : nullptr;
-  if (sheet == "TheDoc") return drawing_.DocumentSheet();
+  if (sheet == "TheDoc") return &drawing_.DocumentSheet();
   return page_ ? page_->FindSheet(sheet) : nullptr;
 }
 

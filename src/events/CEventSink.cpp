@@ -5,18 +5,22 @@
 #include "addin/host/IVApplication.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
-#include "addin/host/SecondTry.h"
 #include "addin/host/UndoScope.h"
 #include "base/Errors.h"
 #include "base/ScopeExit.h"
 #include "catalog/NameCatalogues.h"
 #include "connect/Glue_Connections.h"
 #include "events/PageRegisters.h"
+#include "platform/Platform.h"
 #include "props/PropertyCells.h"
+#include "props/ShapeKinds.h"
 #include "props/StringFunctions.h"
 #include "validate/CheckDataType.h"
 
+#include <algorithm>
 #include <exception>
+#include <iterator>
+#include <new>
 #include <utility>
 
 namespace vardo {
@@ -26,11 +30,7 @@ std::vector<std::string> PagesToInitialise;
 
 namespace {
 
-// Of the master; empty for a shape that has none.
-std::string KindOf(const IVShapePtr& shape) {
-  const IVMasterPtr master = shape->Master();
-  return master ? master->Name() : "";
-}
+constexpr std::string_view kProcess = "Process";
 
 // The property that holds the name of a module of that kind.
 std::string_view NameField(std::string_view kind) { return FindModule(kind)->Name().field; }
@@ -42,7 +42,7 @@ void Renumber(const IVShapePtr& shape, const std::string& kind) {
   SetPropList(shape, "Count", number);
   shape->SetText(kind + number);
   SetPropList(shape, NameField(kind), shape->Text());
-  if (kind == "Process" && !SubmodelPageOf(shape).empty()) SetPropList(shape, "VardoSubPage", "");
+  if (kind == kProcess) GiveUpSubmodelPage(shape);
 }
 
 // The positions of the shape and of all that stand behind it on its page.
@@ -51,6 +51,18 @@ ShapeIndexes PositionsFrom(const IVShapePtr& shape) {
   const int count = shape->ContainingPage()->Shapes()->Count();
   for (int i = shape->Index(); i <= count; ++i) positions.insert(i);
   return positions;
+}
+
+bool ReadsRegisters(std::uint16_t eventCode) {
+  static constexpr std::uint16_t kReading[] = {kEventBeforeSelectionDelete, kEventShapeAdded, kEventPageDeleted,
+                                               kEventTextChanged};
+  return std::ranges::find(kReading, eventCode) != std::end(kReading);
+}
+
+bool IsUndone(const MendedRegister& mended) try {
+  return PropText(mended.page->PageSheet(), mended.kind) == mended.text;
+} catch (const AutomationError&) {
+  return false;
 }
 
 struct Going {
@@ -63,15 +75,30 @@ Going WhatGoesWith(const IVSelectionPtr& selection) {
   for (int i = 1; i <= count; ++i) {
     const IVShapePtr shape = selection->Item(i);
     going.shapes.insert(shape->Index());
-    if (KindOf(shape) != "Process") continue;
-    if (std::string page = SubmodelPageOf(shape); !page.empty()) going.submodelPages.push_back(std::move(page));
+    for (const IVShapePtr& process : ProcessesOf(shape))
+      if (std::string page = SubmodelPageOf(process); !page.empty()) going.submodelPages.push_back(std::move(page));
   }
   return going;
 }
 
+void ShowAgain(const IVPagePtr& page) try { visApp->ActiveWindow()->SetPage(page->Name()); } catch (const AutomationError&) {
+  // It has gone, too.
+}
+
 // A host that refuses to tell refuses what would be done, too.
-bool HostIsUndoingOrRedoing() try { return visApp->IsUndoingOrRedoing(); } catch (const std::exception&) {
+bool HostIsUndoingOrRedoing() try { return visApp->IsUndoingOrRedoing(); } catch (const std::bad_alloc&) {
+  throw;
+} catch (const std::exception&) {
   return false;
+}
+
+// The host must not see a failure of its listener. That there is no memory it must, for its own operation is in danger.
+template <class Work>
+void EndSilently(const Work& work) try {
+  work();
+} catch (const std::bad_alloc&) {
+  throw;
+} catch (const std::exception&) {
 }
 
 std::string TakeFirst(std::vector<std::string>& queue) {
@@ -87,33 +114,71 @@ void CEventSink::VisEventProc(std::int16_t eventCode, const IVApplicationPtr&, s
   // What the host takes back holds what was done here, too.
   if (HostIsUndoingOrRedoing()) return;
   const UndoScope oneStep(visApp, "Keep Modules");
-  // The host must never see a failure of its listener.
+  const auto code = static_cast<std::uint16_t>(eventCode);
+  std::vector<std::string> toDelete = PagesToDelete, toInitialise = PagesToInitialise;
   try {
-    DrainQueues();
-  } catch (const std::exception&) {
+    EndSilently([&] {
+      if (ReadsRegisters(code)) {
+        const auto* shape = std::get_if<IVShapePtr>(&subject);
+        MendRegisters(shape && code == kEventShapeAdded ? *shape : nullptr);
+      }
+      DrainQueues();
+    });
+    EndSilently([&] { Answer(code, subject, moreInfo); });
+  } catch (const std::bad_alloc&) {
+    // The host takes its operation back, if it can.
+    PagesToDelete.swap(toDelete);
+    PagesToInitialise.swap(toInitialise);
+    registersInDoubt_ = true;
+    throw;
   }
-  try {
-    switch (static_cast<std::uint16_t>(eventCode)) {
-      case kEventBeforeSelectionDelete:
-        return BeforeSelectionDelete(std::get<IVSelectionPtr>(subject));
-      case kEventPageAdded:
-        return PageAdded(std::get<IVPagePtr>(subject));
-      case kEventShapeAdded:
-        return ShapeAdded(std::get<IVShapePtr>(subject));
-      case kEventPageDeleted:
-        return PageDeleted(std::get<IVPagePtr>(subject));
-      case kEventDocumentClosed:
-        registersInDoubt_ = false;
-        return;
-      case kEventTextChanged:
-        if (!puttingText_ && WithSecondTry([] { return visApp->ActiveWindow()->Selection()->Count(); }) == 0)
-          ShapeTextEdited(moreInfo);
-        return;
-      default:
-        return;
-    }
-  } catch (const std::exception&) {
+}
+
+void CEventSink::Answer(std::uint16_t eventCode, const EventSubject& subject, std::string_view moreInfo) {
+  switch (eventCode) {
+    case kEventBeforeSelectionDelete:
+      return BeforeSelectionDelete(std::get<IVSelectionPtr>(subject));
+    case kEventPageAdded:
+      return PageAdded(std::get<IVPagePtr>(subject));
+    case kEventShapeAdded:
+      return ShapeAdded(std::get<IVShapePtr>(subject));
+    case kEventPageDeleted:
+      return PageDeleted(std::get<IVPagePtr>(subject));
+    case kEventDocumentClosed:
+      registersInDoubt_ = registersUnseen_ = false;
+      mendedRegisters_.clear();
+      return;
+    case kEventTextChanged:
+      if (!puttingText_ && visApp->ActiveWindow()->Selection()->Count() == 0) ShapeTextEdited(moreInfo);
+      return;
+    default:
+      return;
   }
+}
+
+void CEventSink::DrawingOpened() {
+  registersUnseen_ = true;
+  mendedRegisters_.clear();
+}
+
+void CEventSink::MendRegisters(const IVShapePtr& added) try {
+  if (!registersUnseen_ && std::ranges::none_of(mendedRegisters_, IsUndone)) return;
+  registersUnseen_ = true;
+  mendedRegisters_.clear();
+  const IVDocumentPtr drawing = visApp->ActiveDocument();
+  const std::string changing = added ? added->ContainingPage()->Name() : "";
+  const ShapeIndexes coming = added ? PositionsFrom(added) : ShapeIndexes();
+  const IVPagesPtr pages = drawing->Pages();
+  // What a new drawing's registers leave out is not the work of others.
+  const int count = drawing->Path().empty() ? 0 : pages->Count();
+  for (int i = 1; i <= count; ++i) {
+    const IVPagePtr page = pages->Item(i);
+    for (MendedRegister& mended : vardo::MendRegisters(page, page->Name() == changing ? coming : ShapeIndexes()))
+      mendedRegisters_.push_back(std::move(mended));
+  }
+  registersUnseen_ = false;
+} catch (const AutomationError&) {
+  // They stay to be seen.
 }
 
 void CEventSink::Advised(const IVEventPtr& event, bool isPageDeleted) {
@@ -128,24 +193,22 @@ void CEventSink::DrainQueues() {
   if (PagesToDelete.empty() && PagesToInitialise.empty()) return;
   draining_ = true;
   const AtExit done([this] { draining_ = false; });
-  const std::string shownBefore = WithSecondTry([] { return visApp->ActivePage()->Name(); });
+  // As a page: its name may be its number, and pass to another page.
+  const IVPagePtr shownBefore = visApp->ActivePage();
   while (!PagesToDelete.empty()) {
     DeleteQueuedPage(TakeFirst(PagesToDelete));
-    WithSecondTry([&] {
-      if (PageExists(shownBefore)) visApp->ActiveWindow()->SetPage(shownBefore);
-    });
+    ShowAgain(shownBefore);
   }
   while (!PagesToInitialise.empty()) {
     const std::string name = TakeFirst(PagesToInitialise);
-    const IVPagePtr page =
-        WithSecondTry([&] { return PageExists(name) ? visApp->ActiveDocument()->Pages()->Item(name) : nullptr; });
+    const IVPagePtr page = PageExists(name) ? visApp->ActiveDocument()->Pages()->Item(name) : nullptr;
     if (page) PageAdded(page);
   }
 }
 
 void CEventSink::ListenToPageDeleted(bool on) {
   if (!pageDeletedEvent_) return;
-  WithSecondTry([&] { pageDeletedEvent_->SetEnabled(on); });
+  pageDeletedEvent_->SetEnabled(on);
   pageDeletedIsOff_ = !on;
 }
 
@@ -154,80 +217,64 @@ void CEventSink::DeleteQueuedPage(const std::string& name) try {
   const AtExit switchOn([this] {
     try {
       ListenToPageDeleted(true);
-    } catch (const AutomationError&) {
+    } catch (const std::exception&) {
       // The next event begins with it.
     }
   });
-  WithSecondTry([&] {
-    if (!PageExists(name)) return;
-    const IVPagePtr page = visApp->ActiveDocument()->Pages()->Item(name);
-    DeleteSubmodelPages(page);
-    page->Delete(1);
-  });
+  if (!PageExists(name)) return;
+  const IVPagePtr page = visApp->ActiveDocument()->Pages()->Item(name);
+  DeleteSubmodelPages(page);
+  page->Delete(1);
 } catch (const AutomationError&) {
   // The other queued pages still go.
 }
 
 void CEventSink::PageAdded(const IVPagePtr& page) try {
-  const IVShapePtr sheet = WithSecondTry([&] { return page->PageSheet(); });
-  for (const BookkeepingRow& row : kBookkeepingRows)
-    WithSecondTry([&] { sheet->AddNamedRow(kSectionProp, row.name, kTagDefault); });
+  const IVShapePtr sheet = page->PageSheet();
+  for (const BookkeepingRow& row : kBookkeepingRows) sheet->AddNamedRow(kSectionProp, row.name, kTagDefault);
   for (const BookkeepingRow& row : kBookkeepingRows) {
     const std::string formula = row.name == kParentPageRow ? InQuotes(PendingParentPage) : std::string(row.formula);
-    WithSecondTry([&] { sheet->Cells(CellName(row.name))->SetFormula(formula); });
+    sheet->Cells(CellName(row.name))->SetFormula(formula);
   }
   PendingParentPage.clear();
   for (short row = 0; row < static_cast<short>(std::size(kBookkeepingRows)); ++row)
-    WithSecondTry([&] { sheet->CellsSRC(kSectionProp, row, kCellPropInvisible)->SetFormula("1"); });
+    sheet->CellsSRC(kSectionProp, row, kCellPropInvisible)->SetFormula("1");
 } catch (const AutomationError&) {
   // The page stays as it is: its registers read as empty, and the first write makes them.
 }
 
 void CEventSink::ShapeAdded(const IVShapePtr& shape) try {
-  const auto isDrawn = [&] {
-    const short type = shape->Type();
-    return type == kShapeTypeGroup || type == kShapeTypeShape;
-  };
-  if (!WithSecondTry(isDrawn)) return;
-  const std::string kind = WithSecondTry([&] { return KindOf(shape); });
-  IsModuleKind(kind) ? ModuleAdded(shape, kind) : OtherShapeAdded();
+  if (const short type = shape->Type(); type != kShapeTypeGroup && type != kShapeTypeShape) return;
+  const std::string kind = MasterNameOf(shape);
+  if (!IsModuleKind(kind)) return OtherShapeAdded(shape, kind);
+  ModuleAdded(shape, kind);
+  GiveUpPagesOfOthers(shape);
 } catch (const AutomationError&) {
   // A shape that lacks what a module has is left as it is.
   registersInDoubt_ = true;
 }
 
 void CEventSink::ModuleAdded(const IVShapePtr& shape, const std::string& kind) {
-  const auto settle = [&] {
-    if (registersInDoubt_) Recount(shape->ContainingPage(), PositionsFrom(shape));
-  };
-  const bool isTaken = WithSecondTry([&] {
-    settle();
-    const std::string text = shape->Text();
-    return !text.empty() && NameIsUsed(NameList::AllModules, text, 1);
-  });
-  WithSecondTry([&] {
-    settle();
-    registersInDoubt_ = true;
-    if (isTaken) Renumber(shape, kind);
-    IncrementPageCount(shape);
-    registersInDoubt_ = false;
-  });
+  if (registersInDoubt_) Recount(shape->ContainingPage(), PositionsFrom(shape));
+  registersInDoubt_ = true;
+  if (const std::string text = shape->Text(); !text.empty() && NameIsUsed(NameList::AllModules, text, 1)) Renumber(shape, kind);
+  IncrementPageCount(shape);
+  registersInDoubt_ = false;
 }
 
-void CEventSink::OtherShapeAdded() try {
-  const auto isConnector = [] {
-    const IVShapePtr selected = visApp->ActiveWindow()->Selection()->Item(1);
-    return selected->RowExists(kSectionObject, kRowXForm1D, kExistsAnywhere);
-  };
-  if (WithSecondTry(isConnector)) CheckConnector();
+void CEventSink::OtherShapeAdded(const IVShapePtr& shape, const std::string& master) try {
+  const IVShapePtr selected = visApp->ActiveWindow()->Selection()->Item(1);
+  // A line that was made from no master is no connector.
+  if (!master.empty() && selected->RowExists(kSectionObject, kRowXForm1D, kExistsAnywhere)) return CheckConnector();
+  GiveUpPagesOfOthers(shape);
 } catch (const AutomationError&) {
-  // The connector stays as it has been drawn.
+  // The connector stays as it has been drawn, and a Process in a group what its original is.
 }
 
 void CEventSink::BeforeSelectionDelete(const IVSelectionPtr& selection) try {
-  auto [shapes, pages] = WithSecondTry([&] { return WhatGoesWith(selection); });
+  auto [shapes, pages] = WhatGoesWith(selection);
   PagesToDelete.insert(PagesToDelete.end(), pages.begin(), pages.end());
-  WithSecondTry([&] { Recount(visApp->ActivePage(), shapes); });
+  Recount(visApp->ActivePage(), shapes);
 } catch (const AutomationError&) {
   registersInDoubt_ = true;
 }
@@ -244,35 +291,39 @@ void CEventSink::Recount(const IVPagePtr& page, const ShapeIndexes& goingAway) {
 }
 
 void CEventSink::PageDeleted(const IVPagePtr& page) {
-  for (std::string& name : WithSecondTry([&] { return SubmodelPagesOf(page); })) PagesToDelete.push_back(std::move(name));
+  for (std::string& name : SubmodelPagesOf(page)) PagesToDelete.push_back(std::move(name));
 }
 
 void CEventSink::ShapeTextEdited(std::string_view moreInfo) {
   const size_t dot = moreInfo.find('.');
   if (dot == std::string_view::npos) return;
   const int id = LeadingInteger(moreInfo.substr(dot + 1));
-  const IVShapePtr shape = WithSecondTry([&] { return visApp->ActivePage()->Shapes()->ItemFromID(id); });
-  const std::string kind = WithSecondTry([&] { return KindOf(shape); });
+  const IVShapePtr shape = visApp->ActivePage()->Shapes()->ItemFromID(id);
+  const std::string kind = MasterNameOf(shape);
   if (!IsModuleKind(kind)) return;
   const std::string_view nameField = NameField(kind);
-  const std::string stored = WithSecondTry([&] { return SplitList(PropText(shape, nameField), kListDelimiter).front(); });
-  const std::string typed = WithSecondTry([&] { return shape->Text(); });
+  const std::string stored = PropText(shape, nameField);
+  const std::string typed = shape->Text();
   const std::string text(TrimBlanks(typed));
   if (text.empty()) return PutText(shape, stored);
   if (text != typed) PutText(shape, text);
   const int times = text == stored ? 2 : 1;
-  if (WithSecondTry([&] { return NameIsUsed(NameList::AllModules, text, times); })) {
+  if (NameIsUsed(NameList::AllModules, text, times)) {
     ShowFieldError(kDuplicateName);
     return PutText(shape, stored);
   }
-  WithSecondTry([&] { SetPropList(shape, nameField, text); });
-  if (kind == "Process") WithSecondTry([&] { RenameSubmodelPage(shape, text); });
+  if (const auto why = kind == kProcess ? WhySubmodelPageStays(shape, text) : std::nullopt) {
+    ThePlatform().ShowMessage(*why, kProductTitle, kStyleExclamation);
+    return PutText(shape, stored);
+  }
+  SetPropList(shape, nameField, text);
+  if (kind == kProcess) RenameSubmodelPage(shape, text);
 }
 
 void CEventSink::PutText(const IVShapePtr& shape, std::string_view text) {
   puttingText_ = true;
   const AtExit done([this] { puttingText_ = false; });
-  WithSecondTry([&] { shape->SetText(text); });
+  shape->SetText(text);
 }
 
 }  // namespace vardo

@@ -1,6 +1,6 @@
 // The listener for the host's events. It gives new pages their bookkeeping rows, renumbers and registers new module shapes, keeps
 // a module's name in step with the text typed on it, and removes the submodel pages of Process shapes that go.
-//   What the host refuses is tried a second time. What it then refuses still is left, and put right later where that is said.
+//   What the host refuses is left, and put right later where that is said.
 #pragma once
 
 #include "addin/host/IVEventList.h"
@@ -20,7 +20,7 @@ extern std::vector<std::string> PagesToInitialise;
 
 class CEventSink : public IVEventSink {
  public:
-  // The host's entry point. Lets no failure out.
+  // The host's entry point. Lets no failure out but std::bad_alloc; nothing new is put off then.
   void VisEventProc(std::int16_t eventCode, const IVApplicationPtr& source, std::int32_t eventId, std::int32_t eventSeqNum,
                     const EventSubject& subject, std::string_view moreInfo) override;
 
@@ -39,19 +39,27 @@ class CEventSink : public IVEventSink {
   // moreInfo names the shape: "... /shape=Sheet.3".
   void ShapeTextEdited(std::string_view moreInfo);
 
+  // A drawing has been opened or created. One that was edited without the add-in may have registers that do not fit.
+  void DrawingOpened();
+  // Mends what does not fit in the drawing as it was opened from a file, and does it again when that was undone. To be called
+  // before the registers are read; a shape just added, and those that come behind it, are in none yet. What the host refuses is
+  // tried the next time.
+  void MendRegisters(const IVShapePtr& added = nullptr);
+
   // One more event has been registered. The one that tells of deleted pages is switched off while queued pages are deleted, so
   // that their going does not come back here.
   void Advised(const IVEventPtr& event, bool isPageDeleted);
   size_t AdvisedEvents() const { return advisedEvents_; }
 
  private:
+  void Answer(std::uint16_t eventCode, const EventSubject& subject, std::string_view moreInfo);
   void DrainQueues();
   void DeleteQueuedPage(const std::string& name);
   // Writes a text without hearing of it: a name that is refused as well would be put back without end.
   void PutText(const IVShapePtr& shape, std::string_view text);
   void ListenToPageDeleted(bool on);
   void ModuleAdded(const IVShapePtr& shape, const std::string& kind);
-  void OtherShapeAdded();
+  void OtherShapeAdded(const IVShapePtr& shape, const std::string& master);
   // Counts the page's modules without those that go, and those of all other pages when the registers are in doubt.
   void Recount(const IVPagePtr& page, const ShapeIndexes& goingAway);
 
@@ -62,6 +70,8 @@ class CEventSink : public IVEventSink {
   bool puttingText_ = false;
   // A module could not be entered, or one that went not be taken out. The next module that comes or goes brings all in order.
   bool registersInDoubt_ = false;
+  bool registersUnseen_ = false;
+  std::vector<MendedRegister> mendedRegisters_;
 };
 
 }  // namespace vardo

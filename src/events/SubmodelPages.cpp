@@ -5,15 +5,19 @@
 #include "addin/host/IVApplication.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
-#include "addin/host/SecondTry.h"
 #include "base/Characters.h"
 #include "base/Errors.h"
 #include "base/ScopeExit.h"
+#include "base/Text.h"
 #include "events/PageRegisters.h"
 #include "platform/Platform.h"
 #include "props/DrawingLists.h"
 #include "props/PropertyCells.h"
-#include "props/StringFunctions.h"
+#include "props/ShapeKinds.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <set>
 
 namespace vardo {
 
@@ -21,6 +25,7 @@ std::string PendingParentPage;
 
 namespace {
 
+constexpr std::string_view kProcess = "Process";
 constexpr std::string_view kSubPage = "VardoSubPage";
 constexpr std::string_view kSuffix = " (Submodel)";
 constexpr size_t kLongestWholeName = 20;
@@ -47,9 +52,55 @@ void AddCloseAction(const IVShapePtr& pageSheet) {
   pageSheet->CellsSRC(kSectionAction, 0, kCellActionMenu)->SetFormula(kCloseCaption);
 }
 
+void AddProcesses(const IVShapePtr& shape, std::vector<IVShapePtr>& processes) {
+  if (MasterNameOf(shape) == kProcess) processes.push_back(shape);
+  if (shape->Type() != kShapeTypeGroup) return;
+  const IVShapesPtr inside = shape->Shapes();
+  const int count = inside->Count();
+  for (int i = 1; i <= count; ++i) AddProcesses(inside->Item(i), processes);
+}
+
+// What the Processes in the groups of a page name; those inside have no place in its register.
+void AddLinksInGroups(const IVPagePtr& page, std::vector<std::string>& links) {
+  const IVShapesPtr shapes = page->Shapes();
+  const int count = shapes->Count();
+  for (int i = 1; i <= count; ++i) {
+    const IVShapePtr shape = shapes->Item(i);
+    if (shape->Type() != kShapeTypeGroup) continue;
+    for (const IVShapePtr& process : ProcessesOf(shape))
+      if (process->ID() != shape->ID()) links.push_back(SubmodelPageOf(process));
+  }
+}
+
+// Of all Processes on a page; empty for those that have no submodel page.
+std::vector<std::string> LinksOf(const IVPagePtr& page) {
+  std::vector<std::string> links;
+  CollectPageValues(page, kProcess, CellName(kSubPage), links);
+  AddLinksInGroups(page, links);
+  return links;
+}
+
+template <class Visit>
+void ForEachPage(const Visit& visit) {
+  const IVPagesPtr pages = AllPages();
+  const int count = pages->Count();
+  for (int i = 1; i <= count; ++i) visit(pages->Item(i));
+}
+
+// The submodel pages below a page, those further in before those they belong to. A page that is named again is not looked at
+// again: links may lead in circles.
+void AddSubmodelsBelow(const IVPagePtr& page, std::set<std::string>& named, std::vector<IVPagePtr>& submodels) {
+  for (const std::string& name : SubmodelPagesOf(page)) {
+    if (!named.insert(name).second) continue;
+    const IVPagePtr submodel = AllPages()->Item(name);
+    AddSubmodelsBelow(submodel, named, submodels);
+    submodels.push_back(submodel);
+  }
+}
+
 // A page that nobody is linked to would stand in the way of the next attempt.
 void TakeBack(const IVPagePtr& page, const std::string& parent) try {
-  WithSecondTry([&] { page->Delete(1); });
+  page->Delete(1);
   ShowPage(parent);
 } catch (const AutomationError&) {
   // What was refused in the first place is what the caller is told.
@@ -101,46 +152,81 @@ void OpenSubmodelPage(const IVShapePtr& process) {
 
 void ShowParentPage(const IVPagePtr& page) {
   const std::string parent = PropText(page->PageSheet(), kParentPageRow);
-  if (PageExists(parent)) ShowPage(parent);
+  if (PageExists(parent)) return ShowPage(parent);
+  if (parent.empty()) return;
+  // It has been renamed.
+  const std::string name = page->Name();
+  std::string linked;
+  ForEachPage([&](const IVPagePtr& other) {
+    if (!linked.empty()) return;
+    const std::vector<std::string> links = LinksOf(other);
+    if (std::ranges::find(links, name) != links.end()) linked = other->Name();
+  });
+  if (!linked.empty()) ShowPage(linked);
 }
 
 void DeleteSubmodelPages(const IVPagePtr& page) {
-  for (const std::string& name : SubmodelPagesOf(page)) {
-    // A page may be named by two Process shapes, or have gone with the submodel of the one before.
-    if (!PageExists(name)) continue;
-    const IVPagePtr submodel = AllPages()->Item(name);
-    DeleteSubmodelPages(submodel);
-    submodel->Delete(1);
-  }
+  std::set<std::string> named = {page->Name()};
+  // As pages, since those that bear their number as name are renamed when others go.
+  std::vector<IVPagePtr> submodels;
+  AddSubmodelsBelow(page, named, submodels);
+  for (const IVPagePtr& submodel : submodels) submodel->Delete(1);
 }
 
 std::vector<std::string> SubmodelPagesOf(const IVPagePtr& page) {
-  std::string gathered;
-  CollectPageValues(page, "Process", CellName(kSubPage), gathered);
-  if (!gathered.empty()) gathered.erase(0, 1);
-  std::vector<std::string> existing;
-  for (const std::string& name : SplitList(gathered, ";"))
-    if (!name.empty() && PageExists(name)) existing.push_back(name);
-  return existing;
+  std::vector<std::string> links = LinksOf(page);
+  std::erase_if(links, [](const std::string& name) { return name.empty() || !PageExists(name); });
+  return links;
+}
+
+std::vector<IVShapePtr> ProcessesOf(const IVShapePtr& shape) {
+  std::vector<IVShapePtr> processes;
+  AddProcesses(shape, processes);
+  return processes;
+}
+
+void GiveUpSubmodelPage(const IVShapePtr& process) {
+  if (!SubmodelPageOf(process).empty()) SetPropList(process, kSubPage, "");
+}
+
+void GiveUpPagesOfOthers(const IVShapePtr& added) {
+  for (const IVShapePtr& process : ProcessesOf(added)) {
+    const std::string page = SubmodelPageOf(process);
+    if (page.empty()) continue;
+    auto links = std::ptrdiff_t(0);
+    ForEachPage([&](const IVPagePtr& other) { links += std::ranges::count(LinksOf(other), page); });
+    if (links > 1) SetPropList(process, kSubPage, "");
+  }
 }
 
 std::string SubmodelPageOf(const IVShapePtr& process) { return PropText(process, kSubPage); }
+
+std::optional<std::string> WhySubmodelPageStays(const IVShapePtr& process, std::string_view newName) {
+  const std::string oldPage = SubmodelPageOf(process);
+  if (oldPage.empty() || !PageExists(oldPage)) return std::nullopt;
+  const std::string newPage = SubmodelPageName(newName, oldPage);
+  if (newPage == oldPage || !PageExists(newPage)) return std::nullopt;
+  return "The page \"" + InWords(newPage) + "\" is there already: give the Process another name, or rename that page first.";
+}
 
 void RenameSubmodelPage(const IVShapePtr& process, std::string_view newName) {
   const std::string oldPage = SubmodelPageOf(process);
   if (oldPage.empty()) return;
   const std::string newPage = SubmodelPageName(newName, oldPage);
-  const auto link = [&](const std::string& page) { WithSecondTry([&] { SetPropList(process, kSubPage, page); }); };
+  const auto link = [&](const std::string& page) { SetPropList(process, kSubPage, page); };
+  const bool exists = PageExists(oldPage);
   link(newPage);
+  if (!exists) return;
   try {
-    WithSecondTry([&] {
-      if (PageExists(oldPage)) AllPages()->Item(oldPage)->SetName(newPage);
-    });
+    AllPages()->Item(oldPage)->SetName(newPage);
   } catch (const AutomationError&) {
     // The page keeps its name, as when another page has the new one.
     link(oldPage);
     throw;
   }
+  ForEachPage([&](const IVPagePtr& page) {
+    if (PropText(page->PageSheet(), kParentPageRow) == oldPage) SetPagePropList(page, kParentPageRow, newPage);
+  });
 }
 
 }  // namespace vardo

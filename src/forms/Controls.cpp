@@ -8,6 +8,9 @@
 namespace vardo {
 namespace {
 
+// In every toolkit's usual font.
+constexpr double kTwipsALine = 255;
+
 int CheckedIndex(int index, int lowest, const std::vector<std::string>& items) {
   if (index < lowest || index >= static_cast<int>(items.size()))
     throw RuntimeError::InvalidArgument("list index " + std::to_string(index));
@@ -52,7 +55,7 @@ bool Control::TakesFocus() const {
   return kind_ != ControlKind::Label && kind_ != ControlKind::Frame && kind_ != ControlKind::Line;
 }
 
-void Control::MoveFocusHere() { form_.MoveFocus(*this); }
+void Control::MoveFocusHere() { form_.FocusWanted(*this); }
 
 void Control::Changed() { form_.ControlChanged(*this); }
 
@@ -82,7 +85,16 @@ void ComboBox::SetText(std::string_view text) {
 
 void ComboBox::SetDroppedDown(bool droppedDown) {
   droppedDown_ = droppedDown;
+  KeepChoice();
   Changed();
+}
+
+void ComboBox::KeepChoice() { kept_ = {index_, text_}; }
+
+void ComboBox::LeaveList() {
+  const Choice kept = kept_;
+  SetDroppedDown(false);
+  Choose(kept.index, kept.text);
 }
 
 void ComboBox::Choose(int index, std::string_view text) {
@@ -123,6 +135,8 @@ void ListBox::SetItem(int index, std::string_view item) {
   items_[static_cast<size_t>(CheckedIndex(index, 0, items_))] = item;
   Changed();
 }
+
+int ListBox::LinesInSight() const { return static_cast<int>(Place().height / kTwipsALine); }
 
 void ListBox::SetListIndex(int index) {
   index_ = CheckedIndex(index, -1, items_);

@@ -50,7 +50,8 @@ class Control {
   void SetParent(Frame* parent) { parent_ = parent; }
 
   bool TakesFocus() const;
-  // Moves the focus here. A hidden control gets it when it comes to be shown, unless the focus has moved on purpose by then.
+  // Moves the focus here. A hidden control gets it when it comes to be shown, unless another box has been edited, OK been
+  // pressed, or the focus been moved by the program by then.
   void MoveFocusHere();
 
   Signal LostFocus, Click, DblClick;
@@ -134,16 +135,28 @@ class ComboBox : public TextControl, public ItemList {
   void SetListIndex(int index);
   void SetText(std::string_view text) override;
 
+  // How many items an open list shows at once.
+  static constexpr int kItemsInSight = 12;
   bool DroppedDown() const { return droppedDown_; }
   void SetDroppedDown(bool droppedDown);
+  // What the open list is left with unless an item of it is taken: what the box holds now. It is what the box held when the list
+  // was opened until this is called.
+  void KeepChoice();
+  // Closes the list, and puts back what was to be kept.
+  void LeaveList();
 
  private:
+  struct Choice {
+    int index = -1;
+    std::string text;
+  };
   void Choose(int index, std::string_view text);
 
   Style style_;
   std::vector<std::string> items_;
   int index_ = -1;
   bool droppedDown_ = false;
+  Choice kept_;
 };
 
 class CheckBox : public Control {
@@ -169,6 +182,8 @@ class ListBox : public Control {
   void SetItem(int index, std::string_view item);
   int ListIndex() const { return index_; }
   void SetListIndex(int index);
+  // How many lines its place has room for.
+  int LinesInSight() const;
 
  private:
   std::vector<std::string> items_;

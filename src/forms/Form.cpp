@@ -1,6 +1,7 @@
 #include "forms/Form.h"
 
 #include "base/Errors.h"
+#include "base/Text.h"
 #include "platform/Platform.h"
 
 #include <algorithm>
@@ -29,6 +30,12 @@ int ChosenIndex(const Control& control) {
   if (const auto* combo = dynamic_cast<const ComboBox*>(&control)) return combo->ListIndex();
   if (const auto* list = dynamic_cast<const ListBox*>(&control)) return list->ListIndex();
   return -1;
+}
+
+// As far as a page goes in a list, so that one item of the page before stays in sight.
+int PageOf(const Control& control) {
+  const auto* list = dynamic_cast<const ListBox*>(&control);
+  return std::max(1, (list ? list->LinesInSight() : ComboBox::kItemsInSight) - 1);
 }
 
 bool TakesTyping(const Control& control) {
@@ -73,15 +80,19 @@ void Form::SetDefaultButtons(Button& ok, Button& cancel) {
 
 void Form::FocusFirst() {
   wantsFocus_ = nullptr;
-  focus_ = NextShown(nullptr, +1);
-  if (observer_) observer_->FocusMoved(focus_);
+  GiveFocus(NextShown(nullptr, +1));
 }
 
 void Form::UserFocus(Control& control) { FocusGained(control); }
 
+// When leaving a box hides the one that was to be reached, the focus is back where it was.
 bool Form::FocusGained(Control& control) {
   RequireFocusable(control);
-  return Guarded([&] { MoveFocus(control); });
+  Control* const left = focus_;
+  const bool done = Guarded([&] { MoveFocus(control); });
+  if (control.Shown()) return done;
+  GiveFocus(left && left->Shown() ? left : NextShown(left, +1));
+  return false;
 }
 
 void Form::UserType(TextControl& control, std::string_view text) {
@@ -89,24 +100,29 @@ void Form::UserType(TextControl& control, std::string_view text) {
   auto* combo = dynamic_cast<ComboBox*>(&control);
   if (combo && combo->PickOnly()) return UserPick(control, RequireOffered(*combo, text));
   UserFocus(control);
+  if (!control.Shown()) return;
   Guarded([&] { control.SetText(text); });
+  if (combo) combo->KeepChoice();
+  wantsFocus_ = nullptr;
 }
 
 void Form::UserPick(Control& control, int index) {
   RequireItem(control, index);
   UserFocus(control);
+  if (!control.Shown()) return;
   CloseList(&control);
-  Guarded([&] { ChooseItem(control, index); });
+  Choose(control, index);
 }
 
 void Form::UserCheck(CheckBox& control, bool checked) {
   RequireShown(control);
   UserFocus(control);
-  Guarded([&] { control.SetChecked(checked); });
+  if (control.Shown()) Guarded([&] { control.SetChecked(checked); });
 }
 
 // A click that meets a failure in the box it leaves is spent on the message.
 void Form::UserClick(Control& control) {
+  if (&control == ok_) wantsFocus_ = nullptr;
   if (FocusGained(control)) Press(control);
 }
 
@@ -122,6 +138,8 @@ void Form::UserKey(std::string_view key) {
   if (key == "Shift+Tab") return StepFocus(-1);
   if (key == "Down") return StepItem(+1);
   if (key == "Up") return StepItem(-1);
+  if (key == "PageDown" && focus_) return StepItem(+PageOf(*focus_));
+  if (key == "PageUp" && focus_) return StepItem(-PageOf(*focus_));
   if (key == "Home") return ChooseEdge(false);
   if (key == "End") return ChooseEdge(true);
   if (key == "Space") {
@@ -137,7 +155,7 @@ void Form::UserKey(std::string_view key) {
     const char letter = key.back();
     return AccessKeyPressed(static_cast<char32_t>(letter >= 'A' && letter <= 'Z' ? letter - 'A' + 'a' : letter));
   }
-  throw RuntimeError::InvalidArgument("key \"" + std::string(key) + "\"");
+  throw RuntimeError::InvalidArgument("key \"" + InWords(key) + "\"");
 }
 
 void Form::ControlChanged(Control& control) {
@@ -148,24 +166,29 @@ void Form::VisibilityChanged() {
   if (!shown_) return;
   if (wantsFocus_ && wantsFocus_->Shown()) return MoveFocus(*std::exchange(wantsFocus_, nullptr));
   if (focus_ && !focus_->Shown()) {
-    Control* const left = std::exchange(focus_, NextShown(focus_, +1));
-    if (observer_) observer_->FocusMoved(focus_);
+    Control* const left = focus_;
+    GiveFocus(NextShown(left, +1));
     CloseList(left);
   }
 }
 
+void Form::FocusWanted(Control& control) {
+  wantsFocus_ = control.Shown() ? nullptr : &control;
+  if (control.Shown()) MoveFocus(control);
+}
+
 void Form::MoveFocus(Control& control) {
-  if (!control.Shown()) {
-    wantsFocus_ = &control;
-    return;
-  }
-  wantsFocus_ = nullptr;
-  Control* const left = std::exchange(focus_, &control);
-  if (observer_) observer_->FocusMoved(focus_);
+  Control* const left = focus_;
+  GiveFocus(&control);
   if (left && left != &control) {
     CloseList(left);
     Control::Raise(left->LostFocus);
   }
+}
+
+void Form::GiveFocus(Control* control) {
+  focus_ = control;
+  if (observer_) observer_->FocusMoved(focus_);
 }
 
 void Form::RequireShown(const Control& control) const {
@@ -185,7 +208,7 @@ void Form::RequireItem(const Control& control, int index) const {
 int Form::RequireOffered(const ComboBox& control, std::string_view text) const {
   RequireShown(control);
   const auto found = std::find(control.Items().begin(), control.Items().end(), text);
-  if (found == control.Items().end()) throw NotForAPerson(control, "offers no item \"" + std::string(text) + "\"");
+  if (found == control.Items().end()) throw NotForAPerson(control, "offers no item \"" + InWords(text) + "\"");
   return static_cast<int>(found - control.Items().begin());
 }
 
@@ -213,34 +236,52 @@ void Form::Press(Control& control) {
 }
 
 void Form::EnterOrEscape(Button* button, bool enter) {
-  if (auto* combo = dynamic_cast<ComboBox*>(focus_); combo && combo->DroppedDown()) return combo->SetDroppedDown(false);
+  if (auto* combo = dynamic_cast<ComboBox*>(focus_); combo && combo->DroppedDown()) {
+    if (enter) return combo->SetDroppedDown(false);
+    Guarded([&] { combo->LeaveList(); });
+    return;
+  }
   if (enter && focus_ && focus_->kind() == ControlKind::Button) button = static_cast<Button*>(focus_);
   if (button && button->Shown()) UserClick(*button);
 }
 
 void Form::StepFocus(int direction) {
-  if (Control* next = NextShown(focus_, direction)) UserFocus(*next);
+  Control* const left = focus_;
+  Control* const next = NextShown(left, direction);
+  if (!next) return;
+  UserFocus(*next);
+  if (!next->Shown()) GiveFocus(NextShown(left, direction));
 }
 
-void Form::StepItem(int direction) {
+void Form::StepItem(int step) {
   if (!focus_) return;
-  const int index = ChosenIndex(*focus_) + direction;
-  if (index >= 0 && index < ItemCount(*focus_)) Guarded([&] { ChooseItem(*focus_, index); });
+  const int from = ChosenIndex(*focus_), last = ItemCount(*focus_) - 1;
+  if (step > 0 ? from >= last : from <= 0) return;
+  Choose(*focus_, std::clamp(from + step, 0, last));
 }
 
 void Form::ChooseEdge(bool last) {
   if (!focus_ || ItemCount(*focus_) == 0 || TakesTyping(*focus_)) return;
-  Guarded([&] { ChooseItem(*focus_, last ? ItemCount(*focus_) - 1 : 0); });
+  Choose(*focus_, last ? ItemCount(*focus_) - 1 : 0);
 }
 
+// Choosing in a box that takes typing is editing; elsewhere it may be what brings a hidden box back.
+void Form::Choose(Control& control, int index) {
+  Guarded([&] { ChooseItem(control, index); });
+  if (TakesTyping(control)) wantsFocus_ = nullptr;
+}
+
+// A letter that several share only leads to them, one after another.
 void Form::AccessKeyPressed(char32_t key) {
+  const auto has = [key](const Control* control) { return control->Shown() && control->AccessKey() == key; };
+  const bool shared = std::count_if(controls_.begin(), controls_.end(), has) > 1;
   const size_t start = focus_ ? PositionOf(focus_) : controls_.size() - 1;
   for (size_t step = 1; step <= controls_.size(); ++step) {
     Control& control = *controls_[(start + step) % controls_.size()];
-    if (control.AccessKey() != key || !control.Shown()) continue;
-    if (control.TakesFocus()) return UserClick(control);
-    if (Control* led = NextShown(&control, +1)) UserFocus(*led);
-    return;
+    if (!has(&control)) continue;
+    Control* const led = control.TakesFocus() ? &control : NextShown(&control, +1);
+    if (!led) return;
+    return led == &control && !shared ? UserClick(*led) : UserFocus(*led);
   }
 }
 

@@ -68,7 +68,8 @@ class Form {
   void UserCheck(CheckBox& control, bool checked);
   void UserClick(Control& control);
   void UserDblClick(Control& control);
-  // "Enter", "Escape", "Tab", "Shift+Tab", "Space", "Up", "Down", "Home", "End", "F4", "Alt+Down", "Alt+" and a character.
+  // "Enter", "Escape", "Tab", "Shift+Tab", "Space", "Up", "Down", "PageUp", "PageDown", "Home", "End", "F4", "Alt+Down", "Alt+"
+  // and a character.
   // "Space", "Home" and "End" mean nothing in a box that takes typing: there they belong to the caret.
   void UserKey(std::string_view key);
 
@@ -82,17 +83,24 @@ class Form {
   void Register(Control& control) { controls_.push_back(&control); }
   void ControlChanged(Control& control);
   void VisibilityChanged();
+  // The program wants a control to have the focus.
+  void FocusWanted(Control& control);
+  // From one control to another: the one that is left hears of it.
   void MoveFocus(Control& control);
+  // Nobody hears of it but who shows the form.
+  void GiveFocus(Control* control);
 
   void RequireShown(const Control& control) const;
   static void CloseList(Control* control);
   // False when the handler failed; the failure has been shown.
   bool Guarded(const std::function<void()>& handler);
+  // False when the control has not come to be the person's to act on: leaving the other failed, or has hidden it.
   bool FocusGained(Control& control);
   void Press(Control& control);
   void EnterOrEscape(Button* button, bool enter);
   void StepFocus(int direction);
-  void StepItem(int direction);
+  void Choose(Control& control, int index);
+  void StepItem(int step);
   void ChooseEdge(bool last);
   void AccessKeyPressed(char32_t key);
   Control* NextShown(const Control* from, int direction) const;
@@ -102,7 +110,7 @@ class Form {
   TwipsRect place_;
   std::vector<Control*> controls_;
   Control* focus_ = nullptr;
-  Control* wantsFocus_ = nullptr;
+  Control* wantsFocus_ = nullptr;  // once it is shown
   Button* ok_ = nullptr;
   Button* cancel_ = nullptr;
   FormObserver* observer_ = nullptr;

@@ -520,8 +520,8 @@ std::vector<CellWrite> DrawingHost::TakeWriteLog() {
 
 DrawingHost::SheetView DrawingHost::Resolve(const SheetRef& ref) {
   if (ref.kind == SheetKind::Document) {
-    if (!drawing().DocumentSheet()) throw HostError(kHostObjectGone, "The drawing has no document sheet.");
-    return {nullptr, drawing_->DocumentSheet()};
+    if (!drawing_ || ref.drawing != serial_) throw HostError(kHostObjectGone, "The drawing has been closed.");
+    return {nullptr, &drawing_->DocumentSheet()};
   }
   DrawingPage& page = ResolvePage(ref.drawing, ref.page);
   return {&page, ref.kind == SheetKind::Page ? &page.PageSheet() : &ResolveShape(ref)};

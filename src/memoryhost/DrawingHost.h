@@ -8,9 +8,9 @@
 #include "addin/host/IVEventList.h"
 #include "base/Errors.h"
 #include "document/Drawing.h"
+#include "document/ReplayNews.h"
 #include "memoryhost/HeldRows.h"
 #include "memoryhost/HostMenus.h"
-#include "memoryhost/ReplayNews.h"
 #include "memoryhost/SheetRef.h"
 
 #include <filesystem>
@@ -47,6 +47,8 @@ class DrawingHost {
   // Without a file, where it was opened from or last saved. Returns the file. One that another program has changed meanwhile is
   // refused unless overwriting is allowed.
   std::filesystem::path Save(const std::optional<std::filesystem::path>& file, Overwrite overwrite = Overwrite::Refuse);
+  // Where the drawing was opened from or last saved; empty for a new one.
+  const std::filesystem::path& file() const { return file_; }
   bool IsOpen() const { return drawing_ != nullptr; }
   Drawing& drawing();
 
@@ -132,6 +134,8 @@ class DrawingHost {
                      const std::optional<HostError>& missing);
   // The row of a cell that is going to be held; null for one that is known by its name.
   std::shared_ptr<const HeldRow> HoldRow(const SheetRef& ref, const CellAddress& address);
+  // The shape's name, "ThePage" or "TheDoc".
+  std::string SheetName(const SheetRef& ref);
   void WriteText(const SheetRef& ref, std::string_view text);
   void DeleteShape(const SheetRef& ref);
   void DeleteMaster(int masterId);
@@ -162,7 +166,6 @@ class DrawingHost {
   void Glue(const SheetRef& connector, const ConnectorEnd& cells, const End& end, Point otherEnd);
   int AddOutlinePoint(const SheetRef& ref, Point towards);
   void MoveRowsUp(const SheetRef& ref, const SectionInfo& section, short position);
-  std::string SheetName(const SheetRef& ref);
   void TellTouched();
   void RefuseLostGlue(const SheetView& view, const CellAddress& address, const Formula& formula);
 

@@ -95,6 +95,43 @@ class MasterObject : public IVMaster {
   int drawing_, id_;
 };
 
+// Those of a group.
+class InnerShapesObject : public IVShapes {
+ public:
+  InnerShapesObject(DrawingHost& host, const SheetRef& group) : host_(host), group_(group) {}
+  int Count() override { return static_cast<int>(Inner().size()); }
+  IVShapePtr Item(int index) override {
+    const auto inner = Inner();
+    if (index < 1 || static_cast<size_t>(index) > inner.size()) throw BadIndex("shape", std::to_string(index));
+    return Make(*inner[static_cast<size_t>(index) - 1]);
+  }
+  IVShapePtr Item(std::string_view name) override {
+    return Make(One(std::string(name), [&](const DrawingShape& shape) { return Page().NameOf(shape) == name; }));
+  }
+  IVShapePtr ItemFromID(int id) override {
+    return Make(One(std::to_string(id), [&](const DrawingShape& shape) { return shape.id() == id; }));
+  }
+
+ private:
+  DrawingPage& Page() { return host_.ResolvePage(group_.drawing, group_.page); }
+  std::vector<DrawingShape*> Inner() {
+    if (!group_.IsShape()) return {};
+    const DrawingShape& group = host_.ResolveShape(group_);
+    std::vector<DrawingShape*> inner = Page().InnerShapes(group);
+    std::erase_if(inner, [&](const DrawingShape* shape) { return shape->parent() != &group; });
+    return inner;
+  }
+  template <class IsIt>
+  DrawingShape& One(const std::string& index, const IsIt& isIt) {
+    for (DrawingShape* shape : Inner())
+      if (isIt(*shape)) return *shape;
+    throw BadIndex("shape", index);
+  }
+  IVShapePtr Make(const DrawingShape& shape) { return MakeShape(host_, {group_.drawing, group_.page, shape.id()}); }
+  DrawingHost& host_;
+  SheetRef group_;
+};
+
 class ShapeObject : public IVShape {
  public:
   ShapeObject(DrawingHost& host, const SheetRef& ref) : host_(host), ref_(ref), sheet_(host, ref) {}
@@ -119,16 +156,26 @@ class ShapeObject : public IVShape {
 
   std::string Text() override { return host_.ResolveShape(ref_).Text(); }
   void SetText(std::string_view text) override { host_.WriteText(ref_, text); }
-  std::string Name() override { return IsPageSheet() ? std::string("ThePage") : Page().NameOf(host_.ResolveShape(ref_)); }
-  int ID() override { return IsPageSheet() ? 0 : host_.ResolveShape(ref_).id(); }
-  int Index() override { return IsPageSheet() ? 0 : Page().IndexOf(host_.ResolveShape(ref_)); }
-  short Type() override { return IsPageSheet() ? kShapeTypePage : host_.ResolveShape(ref_).Type(); }
+  std::string Name() override { return host_.SheetName(ref_); }
+  int ID() override { return ref_.IsShape() ? host_.ResolveShape(ref_).id() : 0; }
+  int Index() override { return ref_.IsShape() ? Page().IndexOf(host_.ResolveShape(ref_)) : 0; }
+  short Type() override {
+    if (ref_.IsShape()) return host_.ResolveShape(ref_).Type();
+    return IsDocumentSheet() ? kShapeTypeDocument : kShapeTypePage;
+  }
   IVMasterPtr Master() override {
-    if (IsPageSheet()) return nullptr;
+    if (!ref_.IsShape()) return nullptr;
     const int id = host_.ResolveShape(ref_).MasterId();
     return id < 0 || !host_.drawing().FindMaster(id) ? nullptr : std::make_shared<MasterObject>(host_, ref_.drawing, id);
   }
-  IVPagePtr ContainingPage() override { return MakePage(host_, ref_.drawing, Page().id()); }
+  IVPagePtr ContainingPage() override {
+    if (IsDocumentSheet()) throw HostError(kHostNotAllowed, "The drawing's own sheet stands on no page.");
+    return MakePage(host_, ref_.drawing, Page().id());
+  }
+  IVShapesPtr Shapes() override {
+    View();
+    return std::make_shared<InnerShapesObject>(host_, ref_);
+  }
 
   int RowCount(short section) override {
     const SectionInfo* info = FindSection(section);
@@ -164,12 +211,12 @@ class ShapeObject : public IVShape {
     return static_cast<int>(cells.size());
   }
   void Delete() override {
-    if (IsPageSheet()) throw HostError(kHostNotAllowed, "A page's sheet cannot be deleted.");
+    if (!ref_.IsShape()) throw HostError(kHostNotAllowed, "The sheet of a page or of the drawing cannot be deleted.");
     host_.DeleteShape(ref_);
   }
 
  private:
-  bool IsPageSheet() const { return ref_.kind == SheetKind::Page; }
+  bool IsDocumentSheet() const { return ref_.kind == SheetKind::Document; }
   Sheet& View() { return *sheet_.View().sheet; }
   DrawingPage& Page() { return host_.ResolvePage(ref_.drawing, ref_.page); }
   static const SectionInfo& Known(short section) {
@@ -209,6 +256,7 @@ class ShapesObject : public IVShapes {
 class PageObject : public IVPage {
  public:
   PageObject(DrawingHost& host, int drawing, int id) : host_(host), drawing_(drawing), id_(id) {}
+  int ID() override { return Get().id(); }
   std::string Name() override { return Get().Name(); }
   void SetName(std::string_view name) override {
     Get();
@@ -314,6 +362,16 @@ class DocumentObject : public IVDocument, OfDrawing {
   IVMastersPtr Masters() override {
     Get();
     return std::make_shared<MastersObject>(host_, drawing_);
+  }
+  std::string Path() override {
+    Get();
+    if (host_.file().empty()) return "";
+    const std::u8string folder = std::filesystem::absolute(host_.file()).parent_path().u8string();
+    return {folder.begin(), folder.end()};
+  }
+  IVShapePtr DocumentSheet() override {
+    Get();
+    return MakeShape(host_, {drawing_, 0, 0, SheetKind::Document});
   }
 };
 

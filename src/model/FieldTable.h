@@ -54,9 +54,10 @@ struct FieldMeaning {
   int unknownChoice = -1;         // as which the dialog shows a code that is none of them; -1: as none
   Thing thing = Thing::Variable;  // that a reference names; an attribute's may be one that every entity has
   bool mayBeEmpty = false;        // an empty text means something
+  bool mayBeInfinite = false;     // the word Infinite is understood
   bool hasEntity = true;          // while its expression is evaluated
   double least = 0;               // that makes sense for a count
-  std::array<FieldCondition, 3> when = {};
+  std::array<FieldCondition, 4> when = {};
 };
 
 // One for each of the kind's properties, in their order.

@@ -5,6 +5,7 @@
 #include "model/ModelSource.h"
 
 #include <array>
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -21,18 +22,19 @@ struct FlowNode {
   };
   Kind kind = Kind::Module;
   int module = -1;
+  int submodel = -1;  // of a Process that is one, and where it is left; -1 for all others
   int exits = 0;
   std::array<int, kMostExits> next = {-1, -1};       // the node that an exit leads to; -1: none
-  std::array<int, kMostExits> connector = {-1, -1};  // the connector that is the road; -1: none, or out of a submodel's page
-  bool takesPart = false;                            // it is connected, or has been touched since it was dropped
-  bool isReachable = false;                          // from a Create that takes part
+  std::array<int, kMostExits> connector = {-1, -1};  // the connector that begins there; -1: none
+  bool takesPart = false;    // it is connected, or has been touched since it was dropped; data modules always do
+  bool isReachable = false;  // from a Create that takes part
 };
 
 struct Submodel {
-  int process = -1;          // the module
-  int page = -1;             // of the model; -1 when it names none, or one that is not there
-  int leave = -1;            // the node by which entities leave it; -1 when it is not spliced in
-  std::vector<int> entries;  // the modules where entities could begin; exactly one in a good model
+  int process = -1;               // the module
+  int page = -1;                  // the page it names; -1 when it names none, or one that is not there
+  int leave = -1;                 // the node by which entities leave it; -1 when the page is not spliced in, being another's
+  std::vector<int> entries = {};  // the modules where entities could begin; exactly one in a good model
 };
 
 // Nodes below the number of modules are the modules, by their places in the source; behind them come those that leave submodels.
@@ -41,20 +43,18 @@ struct FlowGraph {
   std::vector<Submodel> submodels;  // in drawing order of their Processes
   std::vector<int> submodelOfPage;  // by page: the submodel that it shows, -1 for none
 
-  const Submodel* SubmodelOf(int module) const {
-    for (const Submodel& submodel : submodels)
-      if (submodel.process == module) return &submodel;
-    return nullptr;
-  }
+  bool IsSubmodelPage(int page) const { return submodelOfPage[static_cast<size_t>(page)] >= 0; }
 };
 
 FlowGraph MakeFlowGraph(const ModelSource& source, const std::vector<ModuleFields>& fields);
 
-// The exit that a connector takes of the module it begins at; -1 when it begins at no module or by no exit.
-int ExitOf(const SourceConnector& connector, const ModelSource& source, const std::vector<ModuleFields>& fields);
+// The exit that a connector takes of the module it begins at; -1 when it begins at none that has exits.
+int ExitOf(const SourceConnector& connector, const std::vector<ModuleFields>& fields);
 
-// Kinds of modules, by their places among kModules.
-constexpr bool IsKind(const SourceModule& module, std::string_view kind) { return module.schema->kind == kind; }
+// How many exits a module has.
+int ExitsOf(const ModuleFields& fields);
+
+inline bool IsKind(const SourceModule& module, std::string_view kind) { return module.schema->kind == kind; }
 // Whether entities pass through modules of that kind.
 bool IsFlowKind(const ModuleSchema& schema);
 

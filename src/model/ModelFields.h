@@ -5,14 +5,19 @@
 #include "model/ModelSource.h"
 
 #include <cstdint>
-#include <span>
 #include <string_view>
 #include <vector>
 
 namespace vardo {
 
 struct FieldValue {
-  enum class Origin : std::uint8_t { Given, Missing, Empty };  // the latter two: the text is the default
+  // All but the first: the text is the default.
+  enum class Origin : std::uint8_t {
+    Given,
+    Missing,    // the shape has no such property
+    Empty,      // and an empty text means nothing there
+    ShortList,  // the row is behind the column's last value
+  };
   // How a text was understood: as it is, only after a second look, or not at all.
   enum class Reading : std::uint8_t {
     Plain,
@@ -27,8 +32,8 @@ struct FieldValue {
   Reading reading = Reading::Plain;
   bool counts = false;           // the present choices make it visible
   std::int8_t choice = -1;       // among the choices; -1 when unreadable
-  std::int32_t expression = -1;  // among the model's expressions; of fields that count
-  Reference reference;           // of fields that count; none for a name that nothing has
+  std::int32_t expression = -1;  // among the model's expressions; of fields that count, unless they are Infinite
+  Reference reference = {};      // of fields that count; none for a name that nothing has
   double number = 0;             // of a Real or an Integer
 
   template <class Enumeration>
@@ -41,7 +46,16 @@ struct FieldValue {
   }
 };
 
-// Of one module.
+inline constexpr int kMostRows = 32767;
+
+// The places of a kind's columns among its properties, and of its properties among the columns, -1 for those that are none.
+struct ColumnPlaces {
+  std::vector<std::uint8_t> places;
+  std::vector<std::int8_t> columns;
+};
+const ColumnPlaces& ColumnPlacesOf(const ModuleSchema& schema);
+
+// Of one module. Refers to the texts of its source.
 class ModuleFields {
  public:
   explicit ModuleFields(const SourceModule& module);
@@ -51,34 +65,37 @@ class ModuleFields {
   const FieldValue& operator[](Field field) const { return single_[field.place]; }
   const FieldValue& At(size_t place) const { return single_[place]; }
   // A column's field in a row, both counted from 0.
-  const FieldValue& operator()(Field field, int row) const { return rows_[PlaceOf(field.place, row)]; }
-  const FieldValue& At(size_t place, int row) const { return rows_[PlaceOf(place, row)]; }
+  const FieldValue& operator()(Field field, int row) const { return At(field.place, row); }
+  const FieldValue& At(size_t place, int row) const {
+    return rows_[static_cast<size_t>(row) * columns_->places.size() + static_cast<size_t>(columns_->columns[place])];
+  }
   int rows() const { return rowCount_; }
+  bool IsColumn(size_t place) const { return columns_->columns[place] >= 0; }
 
-  // The place of a column among the kind's columns; -1 for a field of the module itself.
-  int ColumnOf(size_t place) const;
-
-  // For those who complete the fields: each field once, with its place and row (-1 for the module's own).
+  // Each field once, with its place and row (-1 for the module's own).
   template <class Visit>
   void ForEach(const Visit& visit) {
-    for (size_t place = 0; place < single_.size(); ++place)
-      if (ColumnOf(place) < 0) visit(single_[place], place, -1);
-    for (int row = 0; row < rowCount_; ++row)
-      for (size_t column = 0; column < schema_->rows.columns.size(); ++column) {
-        const size_t place = columnPlaces_[column];
-        visit(rows_[PlaceOf(place, row)], place, row);
-      }
+    VisitAll(*this, visit);
   }
   template <class Visit>
   void ForEach(const Visit& visit) const {
-    const_cast<ModuleFields*>(this)->ForEach([&](const FieldValue& value, size_t place, int row) { visit(value, place, row); });
+    VisitAll(*this, visit);
   }
 
  private:
-  size_t PlaceOf(size_t place, int row) const;
+  template <class Fields, class Visit>
+  static void VisitAll(Fields& fields, const Visit& visit) {
+    for (size_t place = 0; place < fields.single_.size(); ++place)
+      if (!fields.IsColumn(place)) visit(fields.single_[place], place, -1);
+    size_t at = 0;
+    for (int row = 0; row < fields.rowCount_; ++row)
+      for (const std::uint8_t place : fields.columns_->places) visit(fields.rows_[at++], place, row);
+  }
+  void ReadRows(const SourceModule& module);
+  bool Counts(const FieldMeaning& meaning, int row) const;
 
   const ModuleSchema* schema_;
-  std::span<const std::uint8_t> columnPlaces_;
+  const ColumnPlaces* columns_;
   std::vector<FieldValue> single_;
   std::vector<FieldValue> rows_;  // row by row
   int rowCount_ = 0;

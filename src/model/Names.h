@@ -60,8 +60,7 @@ bool IsTime(EntityAttribute attribute);
 // "Entity.Number".
 std::string_view NameOf(EntityAttribute attribute);
 
-// One thing of the model. Entity attributes are counted by their enumeration, flow modules by their places in the source, all
-// others by their places in Names; J has no number.
+// One thing of the model, by its place among those of its kind; an entity attribute's is its number in the enumeration.
 struct Reference {
   Thing thing = Thing::Variable;
   int index = -1;
@@ -84,8 +83,10 @@ class Names {
  public:
   Names();
 
-  // Keeps a name for a thing; the same place for the same name. The text must outlive this.
+  // Keeps a name for a thing and gives its place, the same for the same name. The text must outlive this.
   int Add(Thing thing, std::string_view name, int mentionedBy, int module = -1);
+  // A name that stands nowhere as it is.
+  int AddMade(Thing thing, std::string name, int mentionedBy, int module);
   void SetSize(int variable, VariableSize size);
 
   // All of a kind, in the order of their numbers. Entity types and pictures are numbered in expressions from 1.
@@ -102,7 +103,7 @@ class Names {
   };
   const Entry* Find(std::string_view name) const;
   // The longest name that a text begins with, where neither a letter, digit nor any of "@_%?#." follows; its length in bytes, 0
-  // when there is none.
+  // when there is none. A name that reads as a number or as one of the words AND, OR, NOT is none.
   struct Prefix {
     const Entry* entry = nullptr;
     size_t length = 0;
@@ -112,12 +113,18 @@ class Names {
   std::string_view Nearest(std::string_view name) const;
 
  private:
+  struct Spelling {
+    std::string key;
+    std::uint64_t letters;  // which of them it has
+    std::string_view text;
+  };
   Entry& EntryOf(std::string_view name);
 
   std::array<std::vector<Named>, kThingCount> named_;
   std::vector<VariableSize> sizes_;
   std::unordered_map<std::string, Entry> entries_;  // by NameKey
-  std::vector<std::string_view> spellings_;
+  std::vector<Spelling> spellings_;
+  std::deque<std::string> made_;
 };
 
 // Equal for names that are equal: letter case and the number of blanks between words do not count.

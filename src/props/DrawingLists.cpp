@@ -27,22 +27,6 @@ int PositionIn(std::string_view item) {
   return position;
 }
 
-// The positions in a page's register; an item that is no number counts for none.
-std::vector<int> RegisteredPositions(const IVPagePtr& page, std::string_view registerName) {
-  const std::string registered = PropText(page->PageSheet(), registerName);
-  std::vector<int> positions;
-  std::string_view rest = registered;
-  if (rest.substr(0, rest.find(';')).empty()) return positions;
-  positions.reserve(static_cast<size_t>(std::count(rest.begin(), rest.end(), ';')) + 1);
-  for (;;) {
-    const size_t end = rest.find(';');
-    const std::string_view item = rest.substr(0, end);
-    if (const int position = PositionIn(item); position != 0) positions.push_back(position);
-    if (end == std::string_view::npos) return positions;
-    rest.remove_prefix(end + 1);
-  }
-}
-
 void CreateProperties(const IVPagePtr& page, const std::vector<int>& positions, std::string_view field) {
   const auto shapes = page->Shapes();
   for (const int position : positions) SetPropList(shapes->Item(position), field, "");
@@ -106,6 +90,13 @@ StringList FillComboFromDrawing(const StringList& registers, const StringList& f
 }
 
 bool TextOccursAtLeast(const StringList& registers, const StringList& fields, std::string_view text, int times) {
+  if (text.find(kListDelimiter) != std::string_view::npos) {
+    StringList values;
+    ForEachPage([&](const IVPagePtr& page) {
+      for (size_t j = 0; j < registers.size(); ++j) CollectPageValues(page, registers[j], CellName(fields.at(j)), values);
+    });
+    return NameOccursAtLeast(values, text, times);
+  }
   int found = 0;
   bool counted = !text.empty();
   ForEachPage([&](const IVPagePtr& page) {
@@ -121,15 +112,26 @@ bool TextOccursAtLeast(const StringList& registers, const StringList& fields, st
   return NameOccursAtLeast(FillComboFromDrawing(registers, fields, false), text, times);
 }
 
-void CollectPageValues(const IVPagePtr& page, std::string_view registerName, std::string_view cellName,
-                       std::string& accumulator) {
+std::vector<int> RegisteredPositions(const IVPagePtr& page, std::string_view registerName) {
+  const std::string registered = PropText(page->PageSheet(), registerName);
+  std::vector<int> positions;
+  std::string_view rest = registered;
+  if (rest.substr(0, rest.find(';')).empty()) return positions;
+  positions.reserve(static_cast<size_t>(std::count(rest.begin(), rest.end(), ';')) + 1);
+  for (;;) {
+    const size_t end = rest.find(';');
+    const std::string_view item = rest.substr(0, end);
+    if (const int position = PositionIn(item); position != 0) positions.push_back(position);
+    if (end == std::string_view::npos) return positions;
+    rest.remove_prefix(end + 1);
+  }
+}
+
+void CollectPageValues(const IVPagePtr& page, std::string_view registerName, std::string_view cellName, StringList& values) {
   const std::vector<int> positions = RegisteredPositions(page, registerName);
   if (positions.empty()) return;
   const BulkTexts formulas = ReadField(page, positions, cellName.substr(kPropPrefix.size()));
-  for (const auto& formula : formulas.texts()) {
-    accumulator += kListDelimiter;
-    accumulator += ViewBetweenQuotes(formula.value_or(""));
-  }
+  for (const auto& formula : formulas.texts()) values.emplace_back(ViewBetweenQuotes(formula.value_or("")));
 }
 
 StringList SplitToUniqueList(std::string_view text, std::string_view delimiter, bool unique) {

@@ -8,6 +8,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vardo {
 
@@ -16,12 +17,17 @@ namespace vardo {
 // length.
 StringList FillComboFromDrawing(const StringList& registers, const StringList& fields, bool unique);
 
-// True when at least `times` items of that gathering, repeats and all, equal the text, case apart; never for fewer than one.
+// True when at least `times` items of that gathering, repeats and all, equal the text, case apart; never for fewer than one. A
+// text with the list's delimiter in it is no item: it is compared with whole values.
 bool TextOccursAtLeast(const StringList& registers, const StringList& fields, std::string_view text, int times);
 
-// Appends ";" and the text of the cell, "Prop." and all, for each shape of the page's register. A shape without that property
-// gets it, empty and hidden. A registered number that is no shape's throws HostError.
-void CollectPageValues(const IVPagePtr& page, std::string_view registerName, std::string_view cellName, std::string& accumulator);
+// The positions in a page's register, in its order; an item that is no number counts for none. Throws HostError.
+std::vector<int> RegisteredPositions(const IVPagePtr& page, std::string_view registerName);
+
+// Appends the text of the cell, "Prop." and all, of each shape of the page's register, as a whole: it may have the list's
+// delimiter in it. A shape without that property gets it, empty and hidden. A registered number that is no shape's throws
+// HostError.
+void CollectPageValues(const IVPagePtr& page, std::string_view registerName, std::string_view cellName, StringList& values);
 
 // The items of the text; with `unique` without those that repeat an earlier one, case apart. The last item alone is left out only
 // when an item that was kept is exactly equal to it.

@@ -53,7 +53,7 @@ class DispidTable {
 using DispidTablePtr = std::shared_ptr<DispidTable>;
 
 // Member names are literals. Every call throws HostError when the host refuses it or returns something else than the type asked
-// for.
+// for. A busy host is asked again for a second, while the thread's messages are let through.
 class LateBound {
  public:
   LateBound(HostClass hostClass, ComPtr<IDispatch> object, DispidTablePtr dispids)

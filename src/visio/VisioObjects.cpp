@@ -84,6 +84,7 @@ class VisioShape : public Wrapper<IVShape, HostClass::Shape> {
   short Type() override { return host().Get<short>(L"Type"); }
   IVMasterPtr Master() override { return Find<VisioMaster>(L"Master"); }
   IVPagePtr ContainingPage() override;
+  IVShapesPtr Shapes() override;
   int RowCount(short section) override { return host().Get<int>(L"RowCount", section); }
   bool RowExists(short section, short row, short localOnly) override {
     return host().Get<bool>(L"RowExists", section, row, localOnly);
@@ -111,9 +112,12 @@ class VisioShapes : public Wrapper<IVShapes, HostClass::Shapes> {
   IVShapePtr ItemFromID(int id) override { return Get<VisioShape>(L"ItemFromID", id); }
 };
 
+IVShapesPtr VisioShape::Shapes() { return Get<VisioShapes>(L"Shapes"); }
+
 class VisioPage : public Wrapper<IVPage, HostClass::Page> {
  public:
   using Wrapper::Wrapper;
+  int ID() override { return host().Get<int>(L"ID"); }
   std::string Name() override { return host().Get<std::string>(L"Name"); }
   void SetName(std::string_view name) override { host().Put(L"Name", name); }
   IVShapePtr PageSheet() override { return Get<VisioShape>(L"PageSheet"); }
@@ -182,6 +186,8 @@ class VisioDocument : public Wrapper<IVDocument, HostClass::Document> {
   using Wrapper::Wrapper;
   IVPagesPtr Pages() override { return Get<VisioPages>(L"Pages"); }
   IVMastersPtr Masters() override { return Get<VisioMasters>(L"Masters"); }
+  std::string Path() override { return host().Get<std::string>(L"Path"); }
+  IVShapePtr DocumentSheet() override { return Get<VisioShape>(L"DocumentSheet"); }
 };
 
 class VisioSelection : public Wrapper<IVSelection, HostClass::Selection> {

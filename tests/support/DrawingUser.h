@@ -22,10 +22,10 @@ class DrawingUser : public HostUser {
     host_.Open(file);
     std::filesystem::remove(file);
   }
-  void OpenDrawingOfABarePage() override {
+  void OpenDrawingOf(const std::string& shapes) override {
     const test::TempFolder folder;
-    test::WriteFile(folder / "bare.vsdx", test::ZipOf({.shapes = "", .pageSheet = ""}));
-    host_.Open(folder / "bare.vsdx");
+    test::WriteFile(folder / "drawing.vsdx", test::ZipOf({.shapes = shapes, .pageSheet = "", .documentSheet = ""}));
+    host_.Open(folder / "drawing.vsdx");
   }
   IVShapePtr Drop(std::string_view master) override {
     host_.Drop(master, host_.ActivePage().id(), 1, 1, std::nullopt);

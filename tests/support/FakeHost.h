@@ -90,6 +90,7 @@ class Shape : public IVShape {
   int ID() override { Unused(); }
   short Type() override { Unused(); }
   IVPagePtr ContainingPage() override { Unused(); }
+  IVShapesPtr Shapes() override { Unused(); }
   int RowCount(short) override { Unused(); }
   bool RowExists(short, short, short) override { Unused(); }
   void AddSection(short) override { Unused(); }
@@ -138,6 +139,7 @@ class Page : public IVPage {
     return sheet;
   }
   IVShapesPtr Shapes() override { return ++hostCalls, shapes; }
+  int ID() override { Unused(); }
   std::string Name() override { Unused(); }
   void SetName(std::string_view) override { Unused(); }
   void Delete(short) override { Unused(); }
@@ -156,7 +158,9 @@ class Document : public IVDocument {
  public:
   std::shared_ptr<fake::Pages> pages = std::make_shared<fake::Pages>();
   IVPagesPtr Pages() override { return ++hostCalls, pages; }
+  std::string Path() override { Unused(); }
   IVMastersPtr Masters() override { Unused(); }
+  IVShapePtr DocumentSheet() override { Unused(); }
 };
 
 class Application : public IVApplication {

@@ -71,6 +71,7 @@ class ForwardingShape : public Forwarding<IVShape> {
   short Type() override { return Call("Shape.Type").Type(); }
   IVMasterPtr Master() override { return Wrap<ForwardingMaster>(Call("Shape.Master").Master()); }
   IVPagePtr ContainingPage() override;
+  IVShapesPtr Shapes() override;
   int RowCount(short section) override { return Call("Shape.RowCount").RowCount(section); }
   bool RowExists(short section, short row, short localOnly) override {
     return Call("Shape.RowExists").RowExists(section, row, localOnly);
@@ -96,9 +97,12 @@ class ForwardingShapes : public Forwarding<IVShapes> {
   IVShapePtr ItemFromID(int id) override { return Wrap<ForwardingShape>(Call("Shapes.ItemFromID").ItemFromID(id)); }
 };
 
+IVShapesPtr ForwardingShape::Shapes() { return Wrap<ForwardingShapes>(Call("Shape.Shapes").Shapes()); }
+
 class ForwardingPage : public Forwarding<IVPage> {
  public:
   using Forwarding::Forwarding;
+  int ID() override { return Call("Page.ID").ID(); }
   std::string Name() override { return Call("Page.Name").Name(); }
   void SetName(std::string_view name) override { Call("Page.SetName").SetName(name); }
   IVShapePtr PageSheet() override { return Wrap<ForwardingShape>(Call("Page.PageSheet").PageSheet()); }
@@ -137,6 +141,8 @@ class ForwardingDocument : public Forwarding<IVDocument> {
   using Forwarding::Forwarding;
   IVPagesPtr Pages() override { return Wrap<ForwardingPages>(Call("Document.Pages").Pages()); }
   IVMastersPtr Masters() override { return Wrap<ForwardingMasters>(Call("Document.Masters").Masters()); }
+  std::string Path() override { return Call("Document.Path").Path(); }
+  IVShapePtr DocumentSheet() override { return Wrap<ForwardingShape>(Call("Document.DocumentSheet").DocumentSheet()); }
 };
 
 class ForwardingSelection : public Forwarding<IVSelection> {

@@ -20,6 +20,7 @@
 #include <functional>
 #include <memory>
 #include <ostream>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -37,8 +38,8 @@ class HostUser {
   // hand.
   virtual void NewDrawing() = 0;
   virtual void SaveAndReopen() = 0;
-  // Closes the drawing that is open and opens a file of one page of which it says nothing but the name "Page-1".
-  virtual void OpenDrawingOfABarePage() = 0;
+  // Closes the drawing that is open and opens a file of one page "Page-1", of which it says nothing but these Shape elements.
+  virtual void OpenDrawingOf(const std::string& shapes) = 0;
   // On the page shown; null when a listener has taken the shape away again.
   virtual IVShapePtr Drop(std::string_view master) = 0;
   virtual void Select(const std::vector<IVShapePtr>& shapes) = 0;
@@ -257,6 +258,35 @@ TEST_P(HostConformance, AShapeKnowsItsTypeMasterAndPage) {
   EXPECT_EQ(shape->ContainingPage()->Name(), "Page-1");
 }
 
+TEST_P(HostConformance, ADrawingKnowsTheFolderOfItsFile) {
+  const auto path = [&] { return app()->ActiveDocument()->Path(); };
+  EXPECT_EQ(path(), "");
+  user().SaveAndReopen();
+  EXPECT_NE(path(), "");
+  user().NewDrawing();
+  EXPECT_EQ(path(), "");
+}
+
+TEST_P(HostConformance, AGroupHasItsShapesByPositionNameAndID) {
+  user().OpenDrawingOf(
+      "<Shape ID='1' Type='Group'><Shapes><Shape ID='2' Type='Shape'/>"
+      "<Shape ID='3' Type='Group'><Shapes><Shape ID='4' Type='Shape'/></Shapes></Shape></Shapes></Shape>"
+      "<Shape ID='5' Type='Shape'/>");
+  ASSERT_EQ(Shapes()->Count(), 2);
+  const IVShapePtr group = Shapes()->Item(1);
+  EXPECT_EQ(group->Type(), kShapeTypeGroup);
+  const IVShapesPtr inside = group->Shapes();
+  ASSERT_EQ(inside->Count(), 2) << "those in the group within count there";
+  EXPECT_EQ(inside->Item(1)->ID(), 2);
+  EXPECT_EQ(inside->Item("Sheet.3")->ID(), 3);
+  EXPECT_EQ(inside->Item(2)->Shapes()->ItemFromID(4)->Type(), kShapeTypeShape);
+  for (const int index : {0, 3}) EXPECT_EQ(ErrorOf([&] { inside->Item(index); }), kHostBadIndex) << index;
+  EXPECT_EQ(ErrorOf([&] { inside->Item("Sheet.4"); }), kHostBadIndex);
+  EXPECT_EQ(ErrorOf([&] { inside->ItemFromID(5); }), kHostBadIndex);
+  EXPECT_EQ(Shapes()->Item(2)->Shapes()->Count(), 0);
+  EXPECT_EQ(Page()->PageSheet()->Shapes()->Count(), 0);
+}
+
 TEST_P(HostConformance, APageSheetIsReadAndWrittenLikeAShape) {
   const IVShapePtr sheet = Page()->PageSheet();
   EXPECT_EQ(sheet->Type(), kShapeTypePage);
@@ -279,7 +309,7 @@ TEST_P(HostConformance, APageSheetThatTheFileDoesNotHaveIsMadeByTheFirstWrite) {
   };
   for (const auto& [what, write] : writes) {
     SCOPED_TRACE(what);
-    user().OpenDrawingOfABarePage();
+    user().OpenDrawingOf("");
     const IVShapePtr sheet = Page()->PageSheet();
     EXPECT_EQ(sheet->RowCount(kSectionProp), 0);
     EXPECT_EQ(ErrorOf([&] { sheet->Cells("Prop.Probe"); }), kHostNoSuchCell);
@@ -298,6 +328,62 @@ TEST_P(HostConformance, APageSheetThatTheFileDoesNotHaveIsMadeByTheFirstWrite) {
     EXPECT_EQ(Formula(Page()->PageSheet(), "User.Mine"), "\"kept\"") << "after saving and opening";
     EXPECT_EQ(PageNames(), std::vector<std::string>{"Page-1"});
   }
+}
+
+TEST_P(HostConformance, TheDrawingHasASheetOfItsOwn) {
+  const IVShapePtr sheet = app()->ActiveDocument()->DocumentSheet();
+  EXPECT_EQ(sheet->Type(), kShapeTypeDocument);
+  EXPECT_EQ(sheet->Name(), "TheDoc");
+  EXPECT_EQ(sheet->Index(), 0);
+  EXPECT_FALSE(sheet->Master());
+  EXPECT_EQ(ErrorOf([&] { sheet->ContainingPage(); }), kHostNotAllowed);
+  EXPECT_EQ(ErrorOf([&] { sheet->Delete(); }), kHostNotAllowed);
+  EXPECT_EQ(ErrorOf([&] { sheet->Cells("User.Mine"); }), kHostNoSuchCell);
+  user().RunCommand([&] {
+    sheet->AddNamedRow(kSectionUser, "Mine", kTagDefault);
+    Write(sheet, "User.Mine", "\"kept\"");
+  });
+  EXPECT_EQ(Formula(app()->ActiveDocument()->DocumentSheet(), "User.Mine"), "\"kept\"");
+  user().Undo();
+  EXPECT_FALSE(sheet->CellExists("User.Mine", kExistsAnywhere)) << "undone";
+  user().Redo();
+  user().SaveAndReopen();
+  EXPECT_EQ(Formula(app()->ActiveDocument()->DocumentSheet(), "User.Mine"), "\"kept\"") << "after saving and opening";
+}
+
+TEST_P(HostConformance, ADrawingsSheetThatTheFileDoesNotHaveIsMadeByTheFirstWrite) {
+  user().OpenDrawingOf("");
+  const IVShapePtr sheet = app()->ActiveDocument()->DocumentSheet();
+  EXPECT_EQ(sheet->RowCount(kSectionUser), 0);
+  for (int round = 0; round < 2; ++round) {
+    user().RunCommand([&] {
+      sheet->AddNamedRow(kSectionUser, "Mine", kTagDefault);
+      Write(sheet, "User.Mine", "\"kept\"");
+    });
+    EXPECT_EQ(Formula(sheet, "User.Mine"), "\"kept\"");
+    if (round == 1) break;
+    user().Undo();
+    EXPECT_FALSE(sheet->CellExists("User.Mine", kExistsAnywhere)) << "undone";
+  }
+  user().SaveAndReopen();
+  EXPECT_EQ(Formula(app()->ActiveDocument()->DocumentSheet(), "User.Mine"), "\"kept\"") << "after saving and opening";
+}
+
+TEST_P(HostConformance, PagesHaveNumbersThatTheFileKeeps) {
+  Pages()->Add();
+  Pages()->Add();
+  const auto numbers = [&] {
+    std::vector<int> ids;
+    for (int i = 1; i <= Pages()->Count(); ++i) ids.push_back(Pages()->Item(i)->ID());
+    return ids;
+  };
+  const std::vector<int> before = numbers();
+  EXPECT_EQ(before.size(), 3u);
+  EXPECT_EQ(std::set<int>(before.begin(), before.end()).size(), 3u);
+  Pages()->Item(2)->Delete(1);
+  EXPECT_THAT(numbers(), ElementsAre(before[0], before[2])) << "another page has gone";
+  user().SaveAndReopen();
+  EXPECT_THAT(numbers(), ElementsAre(before[0], before[2])) << "after saving and opening";
 }
 
 TEST_P(HostConformance, AnInstanceInheritsItsMastersText) { EXPECT_EQ(Drop()->Text(), "Create 1"); }

@@ -76,6 +76,10 @@ class TestForm : public Form {
     txtValue.LostFocus = [this] {
       trace.push_back("txtValue LostFocus");
       if (txtValue.Text().empty()) txtValue.SetText("1");
+      if (txtValue.Text() == "hide")
+        for (Control* control :
+             std::initializer_list<Control*>{&cboName, &cboType, &cboUnits, &chkStatistics, &lstRows, &cmdFail})
+          control->SetVisible(false);
     };
     cboType.Click = [this] {
       trace.push_back("cboType Click");
@@ -304,6 +308,35 @@ inline const std::vector<Script> kScripts = {
     Script{"a form over the form",
            {FocusOn("txtValue"), ClickOn("cmdAdd"), TypeIn("txtText", "abc"), Press("Enter"), Press("Alt+N"), Press("Alt+A"),
             Press("Alt+T"), Press("Escape"), Press("Tab"), ClickOn("cmdCancel")}},
+    Script{"a letter of several presses and ticks nothing",
+           {FocusOn("cboName"), Press("Alt+R"), Press("Alt+R"), Press("Alt+R"), CheckOn("chkStatistics", true), Press("Alt+R")}},
+    Script{"a list left with Escape keeps its old item",
+           {FocusOn("cboUnits"), Press("F4"), Press("Down"), Press("Down"), Press("Escape"), Press("F4"), Press("End"),
+            Press("Enter"), FocusOn("cboName"), Press("F4"), Press("Down"), Press("Down"), Press("Escape")}},
+    Script{
+        "an open list is typed over",
+        {TypeIn("cboName", "mine"), Press("F4"), Press("Down"), TypeIn("cboName", "mine too"), Press("Down"), Press("Escape")}},
+    Script{"pages of lists",
+           {FocusOn("cboUnits"), Press("PageDown"), Press("PageUp"), Press("F4"), Press("PageDown"), Press("Enter"),
+            FocusOn("cboName"), Press("PageDown"), Press("PageUp"), PickIn("lstRows", 0), Press("PageDown"), Press("PageDown"),
+            Press("PageUp"), FocusOn("txtValue"), Press("PageDown")}},
+    Script{"what leaving a box hides takes no click", {TypeIn("txtValue", "hide"), ClickOn("chkStatistics"), Press("Tab")}},
+    Script{"nor a tick", {TypeIn("txtValue", "hide"), CheckOn("chkStatistics", true), Press("Space")}},
+    Script{"nor a button's click", {TypeIn("txtValue", "hide"), ClickOn("cmdFail"), Press("Shift+Tab")}},
+    Script{"nor its letter", {TypeIn("txtValue", "hide"), Press("Alt+F")}},
+    Script{"nor text", {TypeIn("txtValue", "hide"), TypeIn("cboName", "Entity 2")}},
+    Script{"nor an item typed", {TypeIn("txtValue", "hide"), TypeIn("cboUnits", "Days")}},
+    Script{"nor an item picked", {TypeIn("txtValue", "hide"), PickIn("cboName", 1)}},
+    Script{"nor one of a list to choose from alone", {TypeIn("txtValue", "hide"), PickIn("cboType", 1)}},
+    Script{"nor a line", {TypeIn("txtValue", "hide"), PickIn("lstRows", 1)}},
+    Script{"nor a double click", {TypeIn("txtValue", "hide"), DblClickOn("lstRows")}},
+    Script{"nor the focus", {TypeIn("txtValue", "hide"), FocusOn("lstRows")}},
+    Script{"Tab goes on past what leaving a box hides", {TypeIn("txtValue", "hide"), Press("Tab"), Press("Tab")}},
+    Script{"so does Shift+Tab", {TypeIn("txtValue", "hide"), Press("Shift+Tab"), Press("Shift+Tab")}},
+    Script{"a hidden refused box gets the focus when it is shown",
+           {TypeIn("txtValue", "bad"), PickIn("cboType", 2), Press("Enter"), FocusOn("lstRows"), PickIn("cboType", 0)}},
+    Script{"not when another box was edited meanwhile",
+           {TypeIn("txtValue", "bad"), PickIn("cboType", 2), Press("Enter"), TypeIn("txtExpression", "x"), PickIn("cboType", 0)}},
     Script{"a key that is none", {Press("Hyper"), Press("Alt+"), Press("Alt+ab"), Press("")}},
     Script{"a script that ends early", {FocusOn("cmdFail")}}};
 

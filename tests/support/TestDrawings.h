@@ -23,6 +23,7 @@ struct DrawingText {
   std::vector<Master> masters{};   // none: a drawing without a list of masters
   std::string pageSheet = "<PageSheet LineStyle='0' FillStyle='0' TextStyle='0'><Cell N='PageWidth' V='11' U='IN'/></PageSheet>";
   bool pageHasPart = true;  // false: as the page of a stencil
+  std::string documentSheet = "<DocumentSheet NameU='TheDoc'/>";
 };
 
 inline constexpr std::string_view kDeclaration = "<?xml version='1.0' encoding='utf-8' ?>\r\n";
@@ -42,7 +43,7 @@ class PackageText {
  public:
   explicit PackageText(const DrawingText& text) {
     const bool masters = !text.masters.empty();
-    Add("visio/document.xml", "drawing.main", VisioPart("VisioDocument", "<DocumentSheet NameU='TheDoc'/>"));
+    Add("visio/document.xml", "drawing.main", VisioPart("VisioDocument", text.documentSheet));
     Relate("", {{"document", "visio/document.xml"}});
     if (masters)
       Relate("visio/document.xml", {{"pages", "pages/pages.xml"}, {"masters", "masters/masters.xml"}});

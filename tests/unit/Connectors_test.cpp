@@ -102,6 +102,19 @@ TEST_F(Connectors, ValuesFollowWhatTheyDependOnInOrder) {
   EXPECT_EQ(Number(a, "TxtWidth"), 3);
 }
 
+TEST_F(Connectors, AFormulaThatComesBackFollowsAgain) {
+  const SheetRef a = Drop("Process", 2, 5);
+  host_.SetCell(a, "User.a", "1");
+  host_.SetCell(a, "User.b", "User.a*2");
+  const auto row = static_cast<short>(host_.Resolve(a).sheet->PositionOf(*host_.Resolve(a).sheet->Find("User.b")).value());
+  host_.DeleteRow(a, kSectionUser, row);
+  host_.SetCell(a, "User.a", "3");
+  host_.Undo();
+  host_.Undo();
+  host_.SetCell(a, "User.a", "5");
+  EXPECT_EQ(Number(a, "User.b"), 10);
+}
+
 TEST_F(Connectors, CirclesEndAndKeepAValue) {
   const SheetRef a = Drop("Process", 2, 5);
   host_.SetCell(a, "User.a", "1");

@@ -17,9 +17,11 @@ using testing::ElementsAre;
 class DrawingLists : public testing::Test {
  protected:
   std::string Collect(const std::string& field = "CreateName") {
-    std::string values;
+    StringList values;
     CollectPageValues(drawing.pagePtr(), "Create", "Prop." + field, values);
-    return values;
+    std::string joined;
+    for (const std::string& value : values) joined += "|" + value;
+    return joined;
   }
 
   TestPlatform platform;
@@ -65,13 +67,13 @@ TEST_F(DrawingLists, CollectPageValuesVisitsTheRegisteredShapes) {
     const char* why;
   } cases[] = {
       {"", "", "nothing registered"},
-      {"2", ";B", "one shape"},
-      {"3;1", ";C;A", "in the register's order"},
-      {"1;0;x;3", ";A;C", "what is no number or 0 is passed over"},
-      {"1;;3", ";A;C", "so is an empty entry"},
+      {"2", "|B", "one shape"},
+      {"3;1", "|C|A", "in the register's order"},
+      {"1;0;x;3", "|A|C", "what is no number or 0 is passed over"},
+      {"1;;3", "|A|C", "so is an empty entry"},
       {";1", "", "an empty first entry ends it"},
-      {"2 shapes", ";B", "the number it begins with"},
-      {"1.6", ";B", "rounded"},
+      {"2 shapes", "|B", "the number it begins with"},
+      {"1.6", "|B", "rounded"},
   };
   for (const auto& c : cases) {
     drawing.page().Register("Create", std::string(c.registered));
@@ -82,9 +84,9 @@ TEST_F(DrawingLists, CollectPageValuesVisitsTheRegisteredShapes) {
 TEST_F(DrawingLists, CollectPageValuesAppends) {
   drawing.page().Drop("Create", {{"CreateName", "A"}});
   drawing.page().Register("Create", "1");
-  std::string values = ";before";
+  StringList values = {"before"};
   CollectPageValues(drawing.pagePtr(), "Create", "Prop.CreateName", values);
-  EXPECT_EQ(values, ";before;A");
+  EXPECT_THAT(values, ElementsAre("before", "A"));
 }
 
 TEST_F(DrawingLists, APageWithoutTheRegisterHasNoShapes) {
@@ -96,10 +98,10 @@ TEST_F(DrawingLists, APageWithoutTheRegisterHasNoShapes) {
 TEST_F(DrawingLists, AMissingPropertyIsCreatedEmptyAndHidden) {
   const auto shape = drawing.page().Drop("Create");
   drawing.page().Register("Create", "1");
-  EXPECT_EQ(Collect(), ";");
+  EXPECT_EQ(Collect(), "|");
   EXPECT_EQ(shape->Find("Prop.CreateName"), R"("")");
   EXPECT_EQ(shape->Find("Prop.CreateName.Invisible"), "1");
-  EXPECT_EQ(Collect(), ";");
+  EXPECT_EQ(Collect(), "|");
   EXPECT_THAT(shape->rowsAdded, ElementsAre("CreateName")) << "once";
 }
 
@@ -108,7 +110,7 @@ TEST_F(DrawingLists, AFormulaTooShortForQuotesCountsAsEmptyAndStays) {
   drawing.page().Register("Create", "1");
   for (const char* formula : {"", "0"}) {
     shape->Put("Prop.CreateName", formula);
-    EXPECT_EQ(Collect(), ";");
+    EXPECT_EQ(Collect(), "|");
     EXPECT_EQ(shape->Find("Prop.CreateName"), formula);
   }
 }

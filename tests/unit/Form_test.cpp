@@ -120,11 +120,116 @@ TEST_F(FormTest, AHiddenControlRemembersThatItIsToHaveTheFocus) {
   form.txtSize.SetVisible(true);
   EXPECT_EQ(form.FocusName(), "txtSize");
 
+  const struct {
+    std::function<void()> act;
+    std::string_view focus;
+    const char* why;
+  } cases[] = {
+      {[&] { form.UserFocus(form.lstRows); }, "txtSize", "a person only looks elsewhere"},
+      {[&] { form.UserKey("Tab"); }, "txtSize", "by keys too"},
+      {[&] { form.UserPick(form.cboKind, 1); }, "txtSize", "a choice may be what shows the box"},
+      {[&] { form.UserCheck(form.chkUrgent, true); }, "txtSize", "so may a tick"},
+      {[&] { form.UserType(form.cboName, "mine"); }, "cboName", "another box is edited"},
+      {[&] { form.UserPick(form.cboName, 1); }, "cboName", "as by an item in place of typing"},
+      {[&] { form.UserKey("Down"); }, "cboName", "also by keys"},
+      {[&] { form.UserClick(form.cmdOK); }, "cmdOK", "OK is pressed again"},
+      {[&] { form.UserKey("Enter"); }, "cmdOK", "or by its key"},
+      {[&] { form.lstRows.MoveFocusHere(); }, "lstRows", "the program wants another one to have it"},
+  };
+  for (const auto& c : cases) {
+    form.UserFocus(form.cboName);
+    form.txtSize.SetVisible(false);
+    form.txtSize.SetFocus();
+    c.act();
+    form.txtSize.SetVisible(true);
+    EXPECT_EQ(form.FocusName(), c.focus) << c.why;
+  }
+}
+
+TEST_F(FormTest, WhatAnEditShowsGetsTheFocusItAskedFor) {
   form.txtSize.SetVisible(false);
+  form.cboName.Click = [&] { form.txtSize.SetVisible(true); };
   form.txtSize.SetFocus();
-  form.UserFocus(form.lstRows);
-  form.txtSize.SetVisible(true);
-  EXPECT_EQ(form.FocusName(), "lstRows") << "the focus has moved on purpose by then";
+  form.UserType(form.cboName, "Two");
+  EXPECT_EQ(form.FocusName(), "txtSize");
+}
+
+TEST_F(FormTest, TabGoesToWhatComesInTheNextBoxesPlace) {
+  form.cboKind.SetVisible(false);
+  form.cboName.LostFocus = [&] {
+    form.cboKind.SetVisible(true);
+    form.txtSize.SetVisible(false);
+  };
+  form.UserKey("Tab");
+  EXPECT_EQ(form.FocusName(), "cboKind");
+}
+
+// Leaving the box for the size hides others.
+class LeavingHides : public FormTest {
+ protected:
+  LeavingHides() {
+    form.UserFocus(form.txtSize);
+    form.txtSize.LostFocus = [this] {
+      form.log.push_back("left txtSize");
+      for (Control* hidden : std::initializer_list<Control*>{&form.chkUrgent, &form.lstRows, &form.cboName, &form.cboKind})
+        hidden->SetVisible(false);
+    };
+    form.cboKind.SetText("Two");
+    form.TakeLog();
+  }
+};
+
+TEST_F(LeavingHides, WhatIsHiddenTakesNeitherClickTextNorKey) {
+  const struct {
+    std::function<void()> act;
+    const char* why;
+  } cases[] = {
+      {[&] { form.UserClick(form.chkUrgent); }, "a click"},
+      {[&] { form.UserCheck(form.chkUrgent, true); }, "a tick"},
+      {[&] { form.UserKey("Alt+U"); }, "its letter"},
+      {[&] { form.UserPick(form.lstRows, 1); }, "a line"},
+      {[&] { form.UserDblClick(form.lstRows); }, "a double click"},
+      {[&] { form.UserType(form.cboName, "mine"); }, "typing"},
+      {[&] { form.UserType(form.cboKind, "Three"); }, "typing an item"},
+      {[&] { form.UserPick(form.cboKind, 0); }, "an item"},
+      {[&] { form.UserFocus(form.chkUrgent); }, "the focus"},
+  };
+  for (const auto& c : cases) {
+    for (Control* control : form.Controls()) control->SetVisible(true);
+    c.act();
+    EXPECT_THAT(form.TakeLog(), ElementsAre("left txtSize")) << c.why;
+    EXPECT_EQ(form.FocusName(), "txtSize") << c.why;
+    EXPECT_FALSE(form.chkUrgent.Checked()) << c.why;
+    EXPECT_EQ(form.cboName.Text(), "") << c.why;
+    EXPECT_EQ(form.cboKind.Text(), "Two") << c.why;
+    EXPECT_EQ(form.lstRows.ListIndex(), -1) << c.why;
+  }
+}
+
+TEST_F(LeavingHides, TabGoesOnFromTheBoxThatWasLeft) {
+  form.UserKey("Tab");
+  EXPECT_EQ(form.FocusName(), "cmdOK") << "past what has been hidden";
+  EXPECT_THAT(form.TakeLog(), ElementsAre("left txtSize")) << "which it is left but once";
+
+  for (Control* control : form.Controls()) control->SetVisible(true);
+  form.UserFocus(form.txtSize);
+  form.UserKey("Shift+Tab");
+  EXPECT_EQ(form.FocusName(), "cmdNote") << "backwards past what has been hidden";
+
+  for (Control* control : form.Controls()) control->SetVisible(true);
+  form.UserFocus(form.txtSize);
+  form.UserClick(form.chkUrgent);
+  form.UserKey("Tab");
+  EXPECT_EQ(form.FocusName(), "cmdOK") << "after a click that went nowhere too";
+}
+
+TEST_F(LeavingHides, WithTheBoxThatIsLeftTheFocusGoesToTheNext) {
+  form.txtSize.LostFocus = [&] {
+    form.frame.SetVisible(false);
+    form.chkUrgent.SetVisible(false);
+  };
+  form.UserClick(form.chkUrgent);
+  EXPECT_EQ(form.FocusName(), "lstRows");
 }
 
 TEST_F(FormTest, TabFollowsTheOrderOfTheControls) {
@@ -234,11 +339,111 @@ TEST_F(FormTest, AccessKeysLeadPressAndToggle) {
   form.UserKey("Alt+N");
   EXPECT_EQ(form.FocusName(), "cboName") << "round again";
   form.UserKey("Alt+N");
-  EXPECT_THAT(form.TakeLog(), ElementsAre("left cmdNote", "left cboName", "click cmdNote")) << "a button is pressed";
+  EXPECT_THAT(form.TakeLog(), ElementsAre("left cmdNote", "left cboName")) << "nothing is pressed by a letter of several";
+  form.lblName.SetVisible(false);
+  form.UserKey("Alt+N");
+  EXPECT_THAT(form.TakeLog(), ElementsAre("click cmdNote")) << "a button is, by a letter that it alone shows";
   form.frame.SetVisible(false);
   form.UserKey("Alt+S");
   form.UserKey("Alt+Z");
   EXPECT_THAT(form.TakeLog(), IsEmpty()) << "not shown, or nobody's";
+}
+
+TEST_F(FormTest, NothingIsToggledByALetterOfSeveral) {
+  form.cmdNote.SetCaption("Q&uit");
+  form.UserKey("Alt+U");
+  EXPECT_EQ(form.FocusName(), "chkUrgent");
+  EXPECT_FALSE(form.chkUrgent.Checked());
+  form.UserKey("Alt+U");
+  EXPECT_EQ(form.FocusName(), "cmdNote");
+  EXPECT_THAT(form.TakeLog(), ElementsAre("left cboName", "left chkUrgent"));
+}
+
+TEST_F(FormTest, EscapeGivesTheItemBackThatAListWasOpenedOn) {
+  form.UserFocus(form.cboKind);
+  form.cboKind.SetText("stored long ago");
+  form.UserKey("F4");
+  form.UserKey("Down");
+  form.UserKey("Down");
+  form.TakeLog();
+  form.UserKey("Escape");
+  EXPECT_EQ(form.cboKind.Text(), "stored long ago");
+  EXPECT_EQ(form.cboKind.ListIndex(), -1);
+  EXPECT_THAT(form.TakeLog(), ElementsAre("click cboKind")) << "the item changes";
+  EXPECT_EQ(form.FocusName(), "cboKind");
+
+  form.UserKey("F4");
+  form.UserKey("Down");
+  form.UserKey("Enter");
+  EXPECT_EQ(form.cboKind.Text(), "One") << "Enter keeps the new one";
+  form.UserKey("F4");
+  form.UserKey("End");
+  form.UserKey("F4");
+  EXPECT_EQ(form.cboKind.Text(), "Three") << "so does closing the list otherwise";
+
+  form.UserType(form.cboName, "mine");
+  form.UserKey("F4");
+  form.UserKey("Down");
+  form.UserType(form.cboName, "mine too");
+  form.UserKey("Down");
+  form.UserKey("Escape");
+  EXPECT_EQ(form.cboName.Text(), "mine too") << "what was typed is not taken back";
+}
+
+TEST_F(FormTest, AFailureWhileAListIsLeftIsShown) {
+  form.UserFocus(form.cboKind);
+  form.UserKey("F4");
+  form.UserKey("Down");
+  form.cboKind.Click = [] { throw RuntimeError::Overflow(); };
+  form.UserKey("Escape");
+  EXPECT_EQ(platform->messages.size(), 1u);
+  EXPECT_FALSE(form.cboKind.DroppedDown());
+}
+
+TEST_F(FormTest, PagesOfLists) {
+  for (int i = 4; i <= 40; ++i) {
+    form.cboKind.AddItem(std::to_string(i));
+    form.cboName.AddItem(std::to_string(i));
+    form.lstRows.AddItem(std::to_string(i));
+  }
+  form.lstRows.SetPlace({0, 0, 2000, 1600});
+  const struct {
+    Control& control;
+    std::function<int()> index;
+    int page;
+    const char* why;
+  } cases[] = {
+      {form.cboKind, [&] { return form.cboKind.ListIndex(); }, 11, "a list that drops down shows twelve items"},
+      {form.cboName, [&] { return form.cboName.ListIndex(); }, 11, "one beside a box for typing too"},
+      {form.lstRows, [&] { return form.lstRows.ListIndex(); }, 5, "six lines have room"},
+  };
+  for (const auto& c : cases) {
+    form.UserFocus(c.control);
+    form.UserKey("Down");
+    form.UserKey("PageDown");
+    EXPECT_EQ(c.index(), c.page) << c.why;
+    form.UserKey("PageDown");
+    form.UserKey("PageUp");
+    EXPECT_EQ(c.index(), c.page) << c.why;
+    for (int i = 0; i < 10; ++i) form.UserKey("PageDown");
+    EXPECT_EQ(c.index(), 39) << "the last item is the end";
+    form.TakeLog();
+    form.UserKey("PageDown");
+    EXPECT_THAT(form.TakeLog(), IsEmpty());
+    for (int i = 0; i < 10; ++i) form.UserKey("PageUp");
+    EXPECT_EQ(c.index(), 0) << "the first item, too";
+    form.TakeLog();
+    form.UserKey("PageUp");
+    EXPECT_THAT(form.TakeLog(), IsEmpty());
+  }
+  form.UserFocus(form.txtSize);
+  form.TakeLog();
+  form.UserKey("PageDown");
+  EXPECT_THAT(form.TakeLog(), IsEmpty()) << "a box without a list";
+  form.cboKind.SetListIndex(-1);
+  form.UserFocus(form.cboKind);
+  form.UserKey("PageUp");
+  EXPECT_EQ(form.cboKind.ListIndex(), -1) << "nothing comes before no item";
 }
 
 TEST_F(FormTest, AccessKeysAreReadFromCaptions) {
@@ -306,6 +511,20 @@ TEST_F(FormTest, AHandlersFailureIsShownAndTheFormStaysOpen) {
     EXPECT_THAT(platform->messages, ElementsAre(RecordingPlatform::Message{std::string(c.message), "Quellis", 48}));
     platform->messages.clear();
     EXPECT_TRUE(form.IsShown());
+  }
+}
+
+TEST_F(FormTest, ARefusalQuotesShortly) {
+  const std::string text = "bell\a" + std::string(1000, 'x');
+  const std::function<void()> refused[] = {[&] { form.UserKey(text); }, [&] { form.UserType(form.cboKind, text); }};
+  for (const auto& act : refused) {
+    try {
+      act();
+      ADD_FAILURE() << "it was not refused";
+    } catch (const RuntimeError& error) {
+      EXPECT_THAT(error.description(), testing::HasSubstr("\"bell?xxx"));
+      EXPECT_LT(error.description().size(), 300u);
+    }
   }
 }
 

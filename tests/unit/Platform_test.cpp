@@ -199,11 +199,33 @@ TEST(Utf16, WhatIsNoUtf8BecomesTheReplacementCharacter) {
 }
 
 #ifndef _WIN32
-TEST(PosixPlatform, TakesTheSeparatorOfTheUsersLocale) {
-  EXPECT_EQ(ParseRealWith(",", "1,5e1"), 15);
-  EXPECT_EQ(ParseRealWith(",", "1.5"), std::nullopt);
-  EXPECT_EQ(ParseRealWith("٫", "1٫5"), 1.5);
-  EXPECT_EQ(ParseRealWith("", "15"), 15);
+TEST(PosixPlatform, TakesTheMarksOfTheUsersLocale) {
+  const NumberMarks plain = {".", ""}, german = {",", "."}, french = {",", "\u202F"}, arabic = {"٫", "٬"};
+  const struct {
+    const NumberMarks& marks;
+    std::string_view text;
+    std::optional<double> want;
+    const char* why;
+  } cases[] = {
+      {german, "1,5e1", 15, "a decimal comma"},
+      {german, "1.234.567,5", 1234567.5, "groups of thousands"},
+      {german, "12.34", 1234, "groups are not measured"},
+      {german, "1..2", 12, "nor counted"},
+      {german, "-1.000", -1000, "groups behind a sign"},
+      {german, "1.", 1, "a mark with nothing behind it"},
+      {german, ".5", {}, "no group begins with its mark"},
+      {german, "1,5.0", {}, "fractions have no groups"},
+      {german, "1e1.0", {}, "exponents neither"},
+      {german, "1,5,0", {}, "two decimal commas"},
+      {german, "1 000", {}, "blanks are not this locale's marks"},
+      {french, "1\u202F000,5", 1000.5, "a narrow blank between groups"},
+      {french, "1 000,5", 1000.5, "as it is typed"},
+      {french, " 1 000 ", 1000, "not those around the number"},
+      {arabic, "1٬000٫5", 1000.5, "marks of several bytes"},
+      {plain, "1,000", {}, "no groups in this locale"},
+      {{"", ""}, "15", 15, "no marks at all"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(ParseRealWith(c.marks, c.text), c.want) << c.text << ": " << c.why;
 }
 
 TEST(PosixPlatform, ReadsTheRegistryFile) {

@@ -151,14 +151,16 @@ class Hand {
     return "";
   }
 
-  // Any sheet, and a width for it.
-  struct Width {
-    int page, shape;
-    std::string width;
+  // A number for a cell that others may read.
+  struct Change {
+    SheetRef sheet;
+    const char* cell;
+    std::string number;
   };
-  Width AnyWidth() {
-    const SheetRef ref = AnyShape();
-    return {ref.page, ref.shape, NumberText(1 + Below(40) / 8.0)};
+  Change AnyChange() {
+    const SheetRef ref = Below(3) ? AnyShape() : host_.RefTo(AnyPage(), SheetKind::Page);
+    const char* const size = ref.IsShape() ? "Width" : "PageWidth";
+    return {ref, Below(3) ? size : "User.a", NumberText(1 + Below(40) / 8.0)};
   }
 
  private:
@@ -241,6 +243,7 @@ class Hand {
                                     "ThePage!PageWidth/2+" + other + "!PinX",
                                     "ThePage!User.a",
                                     "User.b&\"x\"",
+                                    "User.a*2",
                                     "Width+" + other + "!PinX-" + other + "!PinX",
                                     "\"" + other + "!PinX\"",
                                     "Nobody!PinX",
@@ -390,14 +393,16 @@ TEST_P(Views, EqualAPlainReadingAfterAnyEdits) {
     read.Open(folder / "now.vsdx");
     ASSERT_NO_FATAL_FAILURE(expectEqual("saved and opened"));
     // Whoever is recalculated is so in both.
-    const Hand::Width change = hand.AnyWidth();
-    for (DrawingHost* host : {&kept, &read}) {
-      try {
-        host->SetCell({host->serial(), change.page, change.shape}, change.shape < 0 ? "PageWidth" : "Width", change.width);
-      } catch (const HostError&) {
-      }
-    }
-    done.push_back("width of " + std::to_string(change.page) + "/" + std::to_string(change.shape));
+    std::vector<Hand::Change> changes;
+    for (int i = 0; i < 12; ++i) changes.push_back(hand.AnyChange());
+    for (DrawingHost* host : {&kept, &read})
+      host->RunCommand("Widths", [&] {
+        for (auto [sheet, cell, number] : changes) {
+          sheet.drawing = host->serial();
+          host->SetCell(sheet, cell, number);
+        }
+      });
+    done.push_back("and numbers set");
     ASSERT_NO_FATAL_FAILURE(expectEqual("recalculated"));
   }
   while (kept.drawing().log().CanUndo()) kept.Undo();

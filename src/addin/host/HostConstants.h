@@ -52,6 +52,7 @@ inline constexpr short kShapeTypeGroup = 2;
 inline constexpr short kShapeTypeShape = 3;
 inline constexpr short kShapeTypeForeign = 4;
 inline constexpr short kShapeTypeGuide = 5;
+inline constexpr short kShapeTypeDocument = 6;
 
 // CellExists and RowExists: 0 finds local and inherited, 1 local only.
 inline constexpr short kExistsAnywhere = 0;

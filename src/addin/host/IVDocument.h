@@ -18,6 +18,10 @@ class IVDocument {
   virtual ~IVDocument() = default;
   virtual IVPagesPtr Pages() = 0;
   virtual IVMastersPtr Masters() = 0;
+  // The folder of the file that it was opened from or saved in; empty while it is in none.
+  virtual std::string Path() = 0;
+  // The drawing's own sheet, read and written like a shape. Of a file that has none it is empty, and made by the first write.
+  virtual IVShapePtr DocumentSheet() = 0;
 };
 
 class IVPages {
@@ -39,6 +43,8 @@ struct ListedTexts {
 class IVPage {
  public:
   virtual ~IVPage() = default;
+  // Unique in the drawing and kept in its file.
+  virtual int ID() = 0;
   virtual std::string Name() = 0;
   // Throws HostError(kHostNotAllowed) when the name is empty or another page has it.
   virtual void SetName(std::string_view name) = 0;

@@ -23,7 +23,7 @@ class IVShapes {
   virtual IVShapePtr ItemFromID(int id) = 0;
 };
 
-// One shape of a page, or a page's own sheet.
+// One shape of a page, or a page's or the drawing's own sheet.
 class IVShape {
  public:
   virtual ~IVShape() = default;
@@ -44,14 +44,16 @@ class IVShape {
   virtual std::string Name() = 0;
   // Unique on its page and never given to another shape while the drawing is open.
   virtual int ID() = 0;
-  // The 1-based position among the page's shapes; it drops by one when an earlier shape goes. 0 for a page sheet.
+  // The 1-based position among the page's shapes; it drops by one when an earlier shape goes. 0 for a sheet that is no shape.
   virtual int Index() = 0;
   // kShapeType...
   virtual short Type() = 0;
   // The master the shape was made from, or null.
   virtual IVMasterPtr Master() = 0;
-  // The page the shape stands on.
+  // The page the shape stands on. The drawing's sheet stands on none: throws HostError(kHostNotAllowed).
   virtual IVPagePtr ContainingPage() = 0;
+  // The shapes that stand in a group itself, not in groups within it; none in any other shape.
+  virtual IVShapesPtr Shapes() = 0;
 
   // Rows of a section, inherited ones included; 0 for a section that is not there.
   virtual int RowCount(short section) = 0;
@@ -72,7 +74,7 @@ class IVShape {
   // then, outside nothing is.
   virtual int SetFormulas(const std::vector<std::int16_t>& stream, const std::vector<std::string>& formulas, short flags) = 0;
 
-  // Takes the shape off its page. On a page sheet throws HostError(kHostNotAllowed).
+  // Takes the shape off its page. On a sheet that is no shape throws HostError(kHostNotAllowed).
   virtual void Delete() = 0;
 };
 

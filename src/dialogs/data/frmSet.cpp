@@ -26,10 +26,10 @@ constexpr struct MemberList {
 // Copies of the members, whatever their type, for those who read the shape.
 constexpr std::string_view kCopies[] = {"SetMembers", "SetMembers2", "SetMembers3", "SetMembers4", "SetMembers5"};
 
-// A type that is none of the five has the resources' list on reading, and none on writing.
-const MemberList* FindMemberList(std::string_view type) {
+// A type that is none of the five shares the resources' list.
+const MemberList& MemberListOf(std::string_view type) {
   const auto* const found = std::ranges::find(kMemberLists, type, &MemberList::type);
-  return found == std::end(kMemberLists) ? nullptr : found;
+  return found == std::end(kMemberLists) ? kMemberLists[0] : *found;
 }
 
 }  // namespace
@@ -60,8 +60,7 @@ void frmSet::cboType_Click() {
 
 StringList frmSet::ReadRows(const IVShapePtr& shape) {
   const ModuleProperty& type = kSetModule.Property("SetType");
-  const MemberList* found = FindMemberList(GetPropList(shape, type.field, type.defaultValue).front());
-  const MemberList& list = found ? *found : kMemberLists[0];
+  const MemberList& list = MemberListOf(GetPropList(shape, type.field, type.defaultValue).front());
   return RepeatGroup(kSetModule, kRows.columns.subspan(list.column, 1)).ReadLines(shape);
 }
 
@@ -71,7 +70,7 @@ void frmSet::WriteRows(const IVShapePtr& shape) {
   const StringList members = rows.Rows();
   if (members.empty()) return;
   for (const std::string_view copy : kCopies) SetPropList(shape, copy, members);
-  if (const MemberList* list = FindMemberList(cboType.Text())) SetPropList(shape, kRows.columns[list->column].field, members);
+  SetPropList(shape, kRows.columns[MemberListOf(cboType.Text()).column].field, members);
   SetPropList(shape, kRows.count, std::to_string(members.size()));
 }
 

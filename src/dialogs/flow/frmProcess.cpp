@@ -91,18 +91,18 @@ frmProcess::frmProcess() : ModuleDialog(kProcessModule, "frmProcess", "Process",
       .BeginChoice()
       .BeginFrame(Frame1)
       .Row(lblAction, cboAction)
-      .Row(lblPriority, cboPriority)
-      .List(rows.label, rows.list, rows.Buttons(), 5)
       .Separator(DelayLine1)
       .Row(lblDelayType, cboDelayType)
       .Row(lblUnits, cboUnits)
       .Row(lblAllocation, cboAllocation)
       .Separator(DelayLine2)
-      .Row(lblMin, txtMin)
-      .InPlace(lblExpression, cboExpression)
       .Row(lblValue, txtValue)
-      .Row(lblMax, txtMax)
+      .InPlace(lblExpression, cboExpression)
+      .Row(lblMin, txtMin)
       .InPlace(lblStdDev, txtStdDev)
+      .Row(lblMax, txtMax)
+      .Row(lblPriority, cboPriority)
+      .List(rows.label, rows.list, rows.Buttons(), 5)
       .EndFrame()
       .Or()
       .Separator(SubmodelLine)
@@ -164,6 +164,10 @@ void frmProcess::cboDelayType_Click() {
   Show({&lblStdDev, &txtStdDev}, boxes.deviation);
   Show({&lblExpression, &cboExpression}, boxes.expression);
   if (boxes.caption) lblValue.SetCaption(boxes.caption);
+}
+
+std::optional<std::string> frmProcess::WhyNotNamed(const IVShapePtr& shape) {
+  return IsRenamed() ? WhySubmodelPageStays(shape, NewName()) : std::nullopt;
 }
 
 void frmProcess::WriteBeforeName(const IVShapePtr& shape) {

@@ -34,7 +34,7 @@ frmProcess_Resource::frmProcess_Resource()
   cboType.Click = [this] { cboType_Click(); };
   cboSelectionRule.Click = [this] { cboSelectionRule_Click(); };
 
-  FormLayout(*this, 1900, 3000)
+  FormLayout(*this, 1900, 3600)
       .Row(lblType, cboType)
       .Row(lblResourceName, cboResourceName)
       .InPlace(lblSetName, cboSetName)

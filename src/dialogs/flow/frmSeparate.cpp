@@ -59,7 +59,7 @@ frmSeparate::frmSeparate() : ModuleDialog(kSeparateModule, "frmSeparate", "Separ
   cboType.Click = [this] { cboType_Click(); };
   cboMemberAttributes.Click = [this] { cboMemberAttributes_Click(); };
 
-  FormLayout(*this, 3600, 3900)
+  FormLayout(*this, 4000, 3900)
       .Row(lblName, cboName)
       .Row(lblType, cboType)
       .BeginChoice()

@@ -13,6 +13,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMouseEvent>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QScrollBar>
@@ -26,10 +27,10 @@ namespace {
 
 QString ToQt(const std::string& text) { return QString::fromStdString(text); }
 
-void SendKey(QWidget& widget, int key, const QString& text = {}) {
-  QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
+void SendKey(QWidget& widget, int key) {
+  QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
   QCoreApplication::sendEvent(&widget, &press);
-  QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier, text);
+  QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier);
   QCoreApplication::sendEvent(&widget, &release);
 }
 
@@ -40,10 +41,9 @@ void SendMouse(QWidget& widget, QEvent::Type type, QPoint at) {
   QCoreApplication::sendEvent(&widget, &event);
 }
 
-// A character as its key brings it; what no key brings comes as an input method commits it.
-void SendCharacter(QWidget& widget, char32_t character) {
-  const QString text = QString::fromUcs4(&character, 1);
-  if (QChar::isPrint(character)) return SendKey(widget, 0, text);
+// Puts a text in place of what is selected, all at once, as an input method does: by keys, a long one would be read anew for
+// each.
+void SendText(QWidget& widget, const QString& text) {
   QInputMethodEvent commit;
   commit.setCommitString(text);
   QCoreApplication::sendEvent(&widget, &commit);
@@ -62,9 +62,30 @@ class LabelView : public ControlView {
   QLabel& label_;
 };
 
+// A style that puts a frame's title over the labels in it.
+class TitleOverLabels : public QProxyStyle {
+ public:
+  QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                       const QWidget* widget) const override {
+    QRect place = QProxyStyle::subControlRect(control, option, part, widget);
+    if (control == CC_GroupBox && part == SC_GroupBoxLabel) place.moveLeft(LabelColumn(*widget));
+    return place;
+  }
+
+ private:
+  static int LabelColumn(const QWidget& frame) {
+    const auto labels = frame.findChildren<QLabel*>(Qt::FindDirectChildrenOnly);
+    return labels.isEmpty() ? 0 : labels.front()->x();
+  }
+};
+
 class FrameView : public ControlView {
  public:
-  FrameView(Control& control, QGroupBox& box, bool& mirroring) : ControlView(control, box, mirroring), box_(box) {}
+  FrameView(Control& control, QGroupBox& box, bool& mirroring) : ControlView(control, box, mirroring), box_(box) {
+    auto* const style = new TitleOverLabels;
+    style->setParent(&box);
+    box.setStyle(style);
+  }
 
  private:
   void Update() override { box_.setTitle(ToQt(control().Caption())); }
@@ -120,11 +141,10 @@ class CheckView : public ButtonView {
 class TypingView : public ControlView {
  public:
   void Type(const QString& text) override {
-    GoTo();
+    if (!GoTo()) return;
     edit_.selectAll();
-    if (text.isEmpty()) SendKey(widget(), Qt::Key_Delete);
-    for (const char32_t character : text.toUcs4())
-      if (control().Shown()) SendCharacter(widget(), character);
+    if (text.isEmpty()) return SendKey(widget(), Qt::Key_Delete);
+    SendText(widget(), text);
   }
 
  protected:
@@ -177,7 +197,7 @@ class ListAskingCombo : public QComboBox {
 class ComboList : public QObject {
  public:
   ComboList(ControlView& view, ComboBox& control, ListAskingCombo& combo) : QObject(&view), control_(control), combo_(combo) {
-    combo_.setMaxVisibleItems(12);
+    combo_.setMaxVisibleItems(ComboBox::kItemsInSight);
     combo_.asked = [this] { Asked(); };
     combo_.installEventFilter(this);
     connect(&combo_, &QComboBox::activated, this, [this](int index) {
@@ -214,7 +234,7 @@ class ComboList : public QObject {
   void Asked() {
     if (!form().IsShown() || !control_.Shown()) return;
     form().UserFocus(control_);
-    if (!control_.DroppedDown()) form().UserKey("F4");
+    if (form().Focus() == &control_ && !control_.DroppedDown()) form().UserKey("F4");
   }
 
   // The combo watches its list too; who comes last is heard first, so this is done at each opening.
@@ -254,8 +274,7 @@ class TypedComboView : public TypingView {
   TypedComboView(ComboBox& control, ListAskingCombo& combo, bool& mirroring)
       : TypingView(control, combo, Editable(combo), mirroring), list_(*new ComboList(*this, control, combo)) {}
   void Pick(int index) override {
-    GoTo();
-    list_.Pick(index);
+    if (GoTo()) list_.Pick(index);
   }
 
  private:
@@ -289,8 +308,7 @@ class PickOnlyComboView : public ControlView {
     combo.setPalette(palette);
   }
   void Pick(int index) override {
-    GoTo();
-    list_.Pick(index);
+    if (GoTo()) list_.Pick(index);
   }
 
  private:
@@ -321,7 +339,7 @@ class ListView : public ControlView {
   }
 
   void Pick(int index) override {
-    GoTo();
+    if (!GoTo()) return;
     list_.scrollToItem(list_.item(index));
     const QPoint at = list_.visualItemRect(list_.item(index)).center();
     SendMouse(viewport_, QEvent::MouseButtonPress, at);
@@ -438,9 +456,10 @@ void ControlView::Mirror() {
   widget_.setVisible(control_.IsVisible());
 }
 
-void ControlView::GoTo() {
+bool ControlView::GoTo() {
   QFocusEvent event(QEvent::FocusIn, Qt::OtherFocusReason);
   QCoreApplication::sendEvent(&widget_, &event);
+  return control_.Shown();
 }
 
 void ControlView::DblClick() { form().UserDblClick(control_); }

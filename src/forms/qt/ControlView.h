@@ -25,7 +25,8 @@ class ControlView : public QObject {
   void Mirror();
 
   // --- A person's acts, as events of the toolkit. They are only for a control that the form says can take them.
-  void GoTo();
+  // False when leaving another control has hidden this one.
+  bool GoTo();
   virtual void Type(const QString&) {}
   virtual void Pick(int) {}
   virtual void Click() { GoTo(); }

@@ -22,6 +22,8 @@ constexpr NamedKey kNamedKeys[] = {
     {"Space", Qt::Key_Space},
     {"Up", Qt::Key_Up},
     {"Down", Qt::Key_Down},
+    {"PageUp", Qt::Key_PageUp},
+    {"PageDown", Qt::Key_PageDown},
     {"Home", Qt::Key_Home},
     {"End", Qt::Key_End},
     {"F4", Qt::Key_F4},

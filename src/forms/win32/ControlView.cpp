@@ -18,7 +18,6 @@ namespace {
 
 constexpr UINT_PTR kSubclass = 1;
 constexpr const wchar_t* kViewProperty = L"VardoView";
-constexpr int kItemsInSight = 12;
 
 std::wstring TextOf(HWND window) {
   std::wstring text(static_cast<size_t>(GetWindowTextLengthW(window)), L'\0');
@@ -70,6 +69,17 @@ int WidestOf(HWND window, const std::vector<std::string>& texts) {
 struct Parts {
   HWND window, edit, list;
 };
+
+// The part of a box's place that one line of text fills, edges included: Windows writes at the top of a box, whatever its height.
+RECT LineWithin(const RECT& place, HWND box) {
+  const TextMeasure measure(box, reinterpret_cast<HFONT>(SendMessageW(box, WM_GETFONT, 0, 0)));
+  TEXTMETRICW text = {};
+  GetTextMetricsW(measure.dc(), &text);
+  constexpr LONG kMargin = 1;  // within the edge
+  const LONG needed = text.tmHeight + 2 * (GetSystemMetrics(SM_CYEDGE) + kMargin);
+  const LONG spare = std::max(0L, place.bottom - place.top - needed);
+  return {place.left, place.top + spare / 2, place.right, place.bottom - (spare - spare / 2)};
+}
 
 // What shows a caption and no more: a label, a frame, a line.
 class CaptionView : public ControlView {
@@ -174,6 +184,8 @@ class TextView : public TypingView {
  public:
   TextView(TextBox& control, HWND parent, bool& mirroring) : TypingView(control, MakeEdit(parent), mirroring) {}
 
+  void SetPlace(const RECT& place) override { TypingView::SetPlace(LineWithin(place, window())); }
+
   void Notified(WORD code) override {
     if (code == EN_CHANGE) Typed();
   }
@@ -191,9 +203,9 @@ class ComboView : public TypingView {
 
   // The list hangs under the place, which the closed box fills. What it adds to its line's height is its own affair.
   void SetPlace(const RECT& place) override {
-    const int wanted = static_cast<int>(place.bottom - place.top);
-    RECT box = place;
-    box.bottom += Send(window(), CB_GETITEMHEIGHT, 0) * kItemsInSight + 2;
+    RECT box = LineWithin(place, window());
+    const int wanted = static_cast<int>(box.bottom - box.top);
+    box.bottom += Send(window(), CB_GETITEMHEIGHT, 0) * ComboBox::kItemsInSight + 2;
     TypingView::SetPlace(box);
     SetLineHeight(wanted);
     SetLineHeight(2 * wanted - ClosedHeight());
@@ -427,6 +439,9 @@ class ListView : public ControlView {
   ListBox& items_;
 };
 
+// A label stands beside its box, in the middle as the box's text does.
+DWORD LabelStyle(const Label& label) { return label.Wraps() ? SS_LEFT : SS_LEFT | SS_CENTERIMAGE; }
+
 DWORD LineStyle(const Control& line) { return line.Place().width >= line.Place().height ? SS_ETCHEDHORZ : SS_ETCHEDVERT; }
 
 std::unique_ptr<ControlView> MakeCombo(ComboBox& control, HWND parent, bool& mirroring) {
@@ -461,7 +476,8 @@ Answer AnswerAsParent(UINT message, WPARAM wParam, LPARAM lParam) {
 std::unique_ptr<ControlView> ControlView::Make(Control& control, HWND parent, bool& mirroring) {
   switch (control.kind()) {
     case ControlKind::Label:
-      return std::make_unique<CaptionView>(control, MakeWindow(parent, WC_STATICW, SS_LEFT), mirroring);
+      return std::make_unique<CaptionView>(control, MakeWindow(parent, WC_STATICW, LabelStyle(static_cast<Label&>(control))),
+                                           mirroring);
     case ControlKind::Frame:
       return std::make_unique<FrameView>(control, parent, mirroring);
     case ControlKind::Line:

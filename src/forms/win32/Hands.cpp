@@ -120,6 +120,7 @@ void GoTo(HWND window) { SetFocus(KeyboardWindow(window)); }
 
 void TypeInto(HWND window, const std::wstring& text) {
   GoTo(window);
+  if (!IsWindowVisible(window)) return;
   const HWND edit = KeyboardWindow(window);
   Send(edit, EM_SETSEL, 0, -1);
   if (text.empty()) SendPlainKey(edit, VK_DELETE);
@@ -129,6 +130,7 @@ void TypeInto(HWND window, const std::wstring& text) {
 
 void PickItem(HWND window, int index) {
   GoTo(window);
+  if (!IsWindowVisible(window)) return;
   HWND list = window;
   if (KindOf(window) == ControlKind::Combo) {
     if (!Send(window, CB_GETDROPPEDSTATE)) SendPlainKey(KeyboardWindow(window), VK_F4);
@@ -145,6 +147,7 @@ void ClickOn(HWND window) {
 
 void DoubleClickOn(HWND window) {
   GoTo(window);
+  if (!IsWindowVisible(window)) return;
   const POINT at = KindOf(window) == ControlKind::List ? MiddleOfLine(window, ChosenItem(window)) : LeftOf(window);
   Mouse(KeyboardWindow(window), WM_LBUTTONDBLCLK, at);
 }

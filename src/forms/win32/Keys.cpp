@@ -22,6 +22,8 @@ constexpr NamedKey kNamedKeys[] = {
     {"Space", VK_SPACE},
     {"Up", VK_UP},
     {"Down", VK_DOWN},
+    {"PageUp", VK_PRIOR},
+    {"PageDown", VK_NEXT},
     {"Home", VK_HOME},
     {"End", VK_END},
     {"F4", VK_F4},

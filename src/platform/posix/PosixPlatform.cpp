@@ -72,10 +72,25 @@ bool ConsumeDigits(std::string_view& rest, std::string& number) {
   return count > 0;
 }
 
-// The user's decimal separator; the point when the environment names a locale that is not installed.
-std::string UserDecimalSeparator() {
+// A keyboard has one blank for all that locales set between groups.
+bool ConsumeMark(std::string_view& rest, std::string_view mark) {
+  constexpr std::string_view kBlanks[] = {" ", "\u00A0", "\u2009", "\u202F"};
+  if (std::find(std::begin(kBlanks), std::end(kBlanks), mark) == std::end(kBlanks)) return ConsumePrefix(rest, mark);
+  return std::any_of(std::begin(kBlanks), std::end(kBlanks), [&](std::string_view blank) { return ConsumePrefix(rest, blank); });
+}
+
+// Moves the digits before a fraction over, without the marks between them.
+bool ConsumeGroups(std::string_view& rest, std::string_view mark, std::string& number) {
+  if (!ConsumeDigits(rest, number)) return false;
+  while (ConsumeMark(rest, mark)) ConsumeDigits(rest, number);
+  return true;
+}
+
+// How the user writes numbers; with a point alone when the environment names a locale that is not installed.
+NumberMarks UserNumberMarks() {
   const auto locale = MakeLocale(LC_NUMERIC_MASK, "");
-  return locale ? nl_langinfo_l(RADIXCHAR, locale.get()) : ".";
+  if (!locale) return {".", ""};
+  return {nl_langinfo_l(RADIXCHAR, locale.get()), nl_langinfo_l(THOUSEP, locale.get())};
 }
 
 // The letters, and the digits beyond 0 to 9, that Windows-1252 has above ASCII.
@@ -123,12 +138,12 @@ void StartDetached(std::string program, std::string argument) {
 
 }  // namespace
 
-std::optional<double> ParseRealWith(std::string_view decimalSeparator, std::string_view text) {
+std::optional<double> ParseRealWith(const NumberMarks& marks, std::string_view text) {
   std::string number;
   auto rest = TrimWhiteSpace(text);
   ConsumeSign(rest, number);
-  bool hasDigits = ConsumeDigits(rest, number);
-  if (ConsumePrefix(rest, decimalSeparator)) {
+  bool hasDigits = ConsumeGroups(rest, marks.grouping, number);
+  if (ConsumePrefix(rest, marks.decimal)) {
     number += '.';
     hasDigits |= ConsumeDigits(rest, number);
   }
@@ -240,9 +255,9 @@ bool PosixPlatform::IsAnsiAlphaNumeric(std::string_view character) {
 }
 
 std::optional<double> PosixPlatform::ParseReal(std::string_view text) {
-  static const std::string separator = UserDecimalSeparator();
-  const auto value = ParseRealWith(separator, text);
-  return value ? value : ParseRealWith(".", text);
+  static const NumberMarks marks = UserNumberMarks();
+  const auto value = ParseRealWith(marks, text);
+  return value ? value : ParseRealWith({".", ""}, text);
 }
 
 bool RunProgramOf(const fs::path& folder, std::string_view name) {

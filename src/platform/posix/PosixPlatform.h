@@ -32,7 +32,7 @@ class PosixPlatform : public Platform {
   std::string CaseFoldKey(std::string_view text) override;
   bool IsAnsiAlpha(std::string_view character) override;
   bool IsAnsiAlphaNumeric(std::string_view character) override;
-  // With the locale's decimal separator, else with a point, as the defaults of the fields have it.
+  // As the locale writes numbers, else with a point, as the defaults of the fields have it.
   std::optional<double> ParseReal(std::string_view text) override;
 
  private:
@@ -44,8 +44,14 @@ class PosixPlatform : public Platform {
   std::unordered_map<int, char> asciiByWeight_;
 };
 
-// The number that a text stands for when fractions are set off by this separator; none when it is no number or too large.
-std::optional<double> ParseRealWith(std::string_view decimalSeparator, std::string_view text);
+// What sets off fractions, and groups of digits before them. Either may be empty.
+struct NumberMarks {
+  std::string decimal, grouping;
+};
+
+// The number that a text stands for where numbers have these marks; none when it is no number or too large. Groups may be of any
+// length, and a blank between them may be any blank.
+std::optional<double> ParseRealWith(const NumberMarks& marks, std::string_view text);
 
 // Starts an executable file of that folder, named without a path. False when there is none.
 bool RunProgramOf(const std::filesystem::path& folder, std::string_view name);

@@ -1,4 +1,4 @@
-#include "memoryhost/ReplayNews.h"
+#include "document/ReplayNews.h"
 
 #include <pugixml.hpp>
 
