@@ -148,6 +148,7 @@ class DrawingHost {
  private:
   struct AdvisedEvent;
   class Command;
+  class OpenScopesEnd;
 
   struct UndoScope {
     int number, pageBefore;

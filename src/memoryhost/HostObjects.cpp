@@ -16,6 +16,10 @@ HostError BadIndex(std::string_view what, const std::string& index) {
   return HostError(kHostBadIndex, "There is no " + std::string(what) + " " + InWords(index) + ".");
 }
 
+HostError NoSuchCell(std::string_view name) {
+  return HostError(kHostNoSuchCell, "The cell " + InWords(name) + " does not exist.");
+}
+
 HostError NoSuchCell(short section, short row, short column) {
   return HostError(kHostNoSuchCell, "There is no cell " + std::to_string(column) + " in row " + std::to_string(row) +
                                         " of section " + std::to_string(section) + ".");
@@ -138,7 +142,7 @@ class ShapeObject : public IVShape {
 
   IVCellPtr Cells(std::string_view name) override {
     if (auto address = View().Find(name)) return std::make_shared<CellObject>(sheet_, *address);
-    throw HostError(kHostNoSuchCell, "The cell " + InWords(name) + " does not exist.");
+    throw NoSuchCell(name);
   }
   bool CellExists(std::string_view name, short localOnly) override {
     return View().Find(name, localOnly != kExistsAnywhere).has_value();
@@ -146,6 +150,12 @@ class ShapeObject : public IVShape {
   IVCellPtr CellsSRC(short section, short row, short column) override {
     if (auto address = View().Find(section, row, column)) return std::make_shared<CellObject>(sheet_, *address);
     throw NoSuchCell(section, row, column);
+  }
+  short CellsRowIndex(std::string_view name) override {
+    const auto address = View().Find(name);
+    if (!address) throw NoSuchCell(name);
+    if (!address->section) return FindObjectCell(address->cell.text())->row;
+    return static_cast<short>(View().PositionOf(*address).value());
   }
 
   std::string Text() override { return host_.ResolveShape(ref_).Text(); }

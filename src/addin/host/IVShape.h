@@ -6,6 +6,7 @@
 #include "addin/host/HostFwd.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,6 +34,8 @@ class IVShape {
   // True when Cells(name) would succeed; with kExistsLocally only when the cell is the shape's own.
   virtual bool CellExists(std::string_view name, short localOnly) = 0;
   virtual IVCellPtr CellsSRC(short section, short row, short column) = 0;
+  // The number, in its section, of the row that the cell of that name stands in. Throws HostError(kHostNoSuchCell).
+  virtual short CellsRowIndex(std::string_view name) = 0;
 
   // The text shown, without the text block's closing line end. SetText raises the text-changed event.
   virtual std::string Text() = 0;
@@ -74,6 +77,10 @@ class IVShape {
   // Takes the shape off its page. On a sheet that is no shape throws HostError(kHostNotAllowed).
   virtual void Delete() = 0;
 };
+
+// The formula of a shape's cell; none when the shape has no such cell. Throws HostError when the host refuses to tell, so that
+// what is there is not taken for nothing.
+std::optional<std::string> FormulaIfThere(IVShape& shape, const std::string& cell);
 
 class IVCell {
  public:
