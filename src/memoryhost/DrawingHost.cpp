@@ -597,10 +597,10 @@ void DrawingHost::WriteFormula(const SheetRef& ref, const CellAddress& address, 
 }
 
 void DrawingHost::WriteFormulas(const SheetRef& ref, const std::vector<CellAddress>& cells,
-                                const std::vector<std::string>& formulas, const std::optional<HostError>& missing) {
+                                const std::vector<std::string>& formulas, const std::optional<HostError>& refused) {
   const Command command(*this, "Edit");
   for (size_t i = 0; i < cells.size(); ++i) WriteFormula(ref, cells[i], formulas[std::min(i, formulas.size() - 1)]);
-  if (missing) throw *missing;
+  if (refused) throw *refused;
 }
 
 void DrawingHost::WriteText(const SheetRef& ref, std::string_view text) {

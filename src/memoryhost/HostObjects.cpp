@@ -25,6 +25,10 @@ HostError NoSuchCell(short section, short row, short column) {
                                         " of section " + std::to_string(section) + ".");
 }
 
+HostError Guarded(const CellAddress& address) {
+  return HostError(kHostGuarded, "The cell " + InWords(address.cell.text()) + " is guarded: its formula stays.");
+}
+
 std::string PropertyCell(std::string_view field) { return "Prop." + std::string(field); }
 
 // The sheet that an object stands for, looked up again only when something has gone meanwhile.
@@ -59,7 +63,7 @@ class CellObject : public IVCell {
     return sheet_.host().FormulaOf(view, address_);
   }
   void SetFormula(std::string_view formula) override {
-    Existing();
+    if (IsGuarded(Existing().sheet->Formula(address_))) throw Guarded(address_);
     sheet_.host().WriteFormula(sheet_.ref(), address_, formula);
   }
   void SetResult(double value) override { SetFormula(NumberText(value)); }
@@ -196,18 +200,21 @@ class ShapeObject : public IVShape {
   }
   void DeleteRow(short section, short row) override { host_.DeleteRow(ref_, section, row); }
 
-  int SetFormulas(const std::vector<std::int16_t>& stream, const std::vector<std::string>& formulas, short) override {
+  int SetFormulas(const std::vector<std::int16_t>& stream, const std::vector<std::string>& formulas, short flags) override {
     if (formulas.empty() || stream.size() % 3 != 0)
       throw HostError(kHostNotAllowed, "A list of cells needs three numbers for each cell and a formula.");
     std::vector<CellAddress> cells;
-    std::optional<HostError> missing;
-    for (size_t i = 0; i + 2 < stream.size() && !missing; i += 3) {
-      if (const auto address = View().Find(stream[i], stream[i + 1], stream[i + 2]))
-        cells.push_back(*address);
+    std::optional<HostError> refused;
+    for (size_t i = 0; i + 2 < stream.size() && !refused; i += 3) {
+      const auto address = View().Find(stream[i], stream[i + 1], stream[i + 2]);
+      if (!address)
+        refused = NoSuchCell(stream[i], stream[i + 1], stream[i + 2]);
+      else if (!(flags & kSetBlastGuards) && IsGuarded(View().Formula(*address)))
+        refused = Guarded(*address);
       else
-        missing = NoSuchCell(stream[i], stream[i + 1], stream[i + 2]);
+        cells.push_back(*address);
     }
-    host_.WriteFormulas(ref_, cells, formulas, missing);
+    host_.WriteFormulas(ref_, cells, formulas, refused);
     return static_cast<int>(cells.size());
   }
   void Delete() override {

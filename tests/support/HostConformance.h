@@ -888,6 +888,30 @@ TEST_P(HostConformance, WritingManyFormulasEndsAtTheFirstThatFails) {
 
 // --- Pages
 
+TEST_P(HostConformance, AGuardedFormulaStaysUnlessGuardsAreBlasted) {
+  const IVShapePtr shape = Drop();
+  for (const std::string guarded : {"GUARD(\"a\")", " guard( (1+2)*3 ) ", "GUARD(\"a)\")"}) {
+    SCOPED_TRACE(guarded);
+    shape->SetFormulas({243, 0, 0}, {guarded}, kSetBlastGuards);
+    const IVCellPtr cell = shape->CellsSRC(kSectionProp, 0, kCellPropValue);
+    const std::string before = cell->Formula();
+    EXPECT_EQ(ErrorOf([&] { cell->SetFormula("1"); }), kHostGuarded);
+    EXPECT_EQ(ErrorOf([&] { cell->SetResult(1); }), kHostGuarded);
+    EXPECT_EQ(ErrorOf([&] { shape->SetFormulas({243, 0, 0}, {"1"}, 0); }), kHostGuarded);
+    EXPECT_EQ(cell->Formula(), before);
+    EXPECT_EQ(shape->SetFormulas({243, 0, 0}, {"1"}, kSetBlastGuards), 1);
+    EXPECT_EQ(cell->Formula(), "1");
+  }
+  for (const std::string free : {"GUARD(1)+GUARD(2)", "1+GUARD(2)", "GUARDED(1)", "\"GUARD(1)\""}) {
+    SCOPED_TRACE(free);
+    const IVCellPtr cell = shape->CellsSRC(kSectionProp, 0, kCellPropValue);
+    cell->SetFormula(free);
+    EXPECT_EQ(cell->Formula(), free);
+    cell->SetFormula("1");
+    EXPECT_EQ(cell->Formula(), "1");
+  }
+}
+
 TEST_P(HostConformance, ANewPageComesLastNamedByItsNumberAndIsShown) {
   EXPECT_EQ(Pages()->Add()->Name(), "Page-2");
   EXPECT_EQ(Page()->Name(), "Page-2");

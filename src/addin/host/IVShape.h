@@ -70,8 +70,8 @@ class IVShape {
   virtual void DeleteRow(short section, short row) = 0;
 
   // Writes formulas[i] to the cell (stream[3i], stream[3i+1], stream[3i+2]); the last formula serves for all further cells.
-  // Returns how many were written; throws at the first that fails. Inside a command of the user the earlier ones are written
-  // then, outside nothing is.
+  // Returns how many were written; throws at the first that fails, which a guarded one does unless flags have kSetBlastGuards.
+  // Inside a command of the user the earlier ones are written then, outside nothing is.
   virtual int SetFormulas(const std::vector<std::int16_t>& stream, const std::vector<std::string>& formulas, short flags) = 0;
 
   // Takes the shape off its page. On a sheet that is no shape throws HostError(kHostNotAllowed).
@@ -87,9 +87,10 @@ class IVCell {
   virtual ~IVCell() = default;
   // The formula as written, a string with its quotes; empty for a cell that has none.
   virtual std::string Formula() = 0;
-  // Makes an inherited cell local. Kept as written, also when the host cannot evaluate it.
+  // Makes an inherited cell local. Kept as written, also when the host cannot evaluate it. Throws HostError(kHostGuarded) when the
+  // formula that is there is guarded.
   virtual void SetFormula(std::string_view formula) = 0;
-  // Sets the value as a number in the cell's own units.
+  // Sets the value as a number in the cell's own units; throws as SetFormula does.
   virtual void SetResult(double value) = 0;
 };
 
