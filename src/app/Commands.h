@@ -56,4 +56,13 @@ struct NewOptions {
 };
 Outcome NewDrawing(const NewOptions& options, std::ostream& output);
 
+struct PictureOptions {
+  std::filesystem::path file, output;  // the output's ending says what is made: .svg, .png or .pdf
+  std::string page;                    // empty: the first, or all
+  bool allPages = false;
+  double scale = 1;
+};
+// What could not be painted as it is meant goes to standard error, a line each.
+Outcome MakePicture(const PictureOptions& options, std::ostream& output);
+
 }  // namespace vardo

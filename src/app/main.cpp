@@ -24,11 +24,13 @@ struct CommandLine {
   EditOptions edit;
   ScriptOptions script;
   NewOptions create;
+  PictureOptions picture;
   CLI::App* showCommand = nullptr;
   CLI::App* checkCommand = nullptr;
   CLI::App* editCommand = nullptr;
   CLI::App* scriptCommand = nullptr;
   CLI::App* newCommand = nullptr;
+  CLI::App* pictureCommand = nullptr;
 
   CommandLine() {
     app.require_subcommand(1);
@@ -79,6 +81,16 @@ struct CommandLine {
     newCommand->add_option("FILE", create.file, "The drawing to make")->required();
     newCommand->add_flag("--replace", create.replace, "Replace a file of that name");
     newCommand->footer("Examples:\n  vardo new bank.vsdx\n");
+
+    pictureCommand = app.add_subcommand("picture", "Make pictures of a drawing's pages: SVG, PNG or PDF");
+    pictureCommand->add_option("FILE", picture.file, "The drawing")->required();
+    pictureCommand->add_option("-o,--output", picture.output, "The picture: OUT.svg, OUT.png or OUT.pdf")->required();
+    auto* const page = pictureCommand->add_option("-p,--page", picture.page, "The page, instead of the first");
+    pictureCommand->add_flag("--all-pages", picture.allPages, "All pages: OUT.svg, OUT-2.svg, ..., or one PDF")->excludes(page);
+    pictureCommand->add_option("--scale", picture.scale, "How large; at 1 an inch is 96 pixels")->check(CLI::Range(0.01, 100.0));
+    pictureCommand->footer(
+        "Examples:\n  vardo picture bank.vsdx -o bank.svg\n  vardo picture bank.vsdx --all-pages -o bank.pdf\n"
+        "  vardo picture bank.vsdx --page Bank -o bank.png --scale 2\n");
   }
 
   Outcome Run(std::ostream& output, int argc, char** argv) {
@@ -86,6 +98,7 @@ struct CommandLine {
     if (*checkCommand) return CheckDrawing(check, output);
     if (*editCommand) return EditModule(edit, output, argc, argv);
     if (*scriptCommand) return RunScript(script, output, argc, argv);
+    if (*pictureCommand) return MakePicture(picture, output);
     return NewDrawing(create, output);
   }
 };

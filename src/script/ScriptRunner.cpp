@@ -496,7 +496,9 @@ Json ScriptRunner::AddVardoMenu(const Json&) {
 }
 
 Json ScriptRunner::InitializePage(const Json&) {
-  session_.host().RunCommand("Initialize Page", [this] { session_.addin().InitializePage(); });
+  const auto initialize = [this] { session_.addin().InitializePage(); };
+  // Without a drawing there is nothing to undo; the add-in says what it makes of that.
+  session_.host().IsOpen() ? session_.host().RunCommand("Initialize Page", initialize) : initialize();
   return nullptr;
 }
 
