@@ -1,7 +1,7 @@
 // What fields mean in a run against what the dialogs offer for them.
+#include "model/FieldTable.h"
 #include "DialogTables.h"
 #include "base/Text.h"
-#include "model/FieldTable.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -63,7 +63,8 @@ TEST(FieldTable, UnknownCodesAreTakenAsTheDialogsShowThem) {
       const FieldMeaning* meaning = MeaningOf(table, odd.control);
       if (!meaning || meaning->meaning != Meaning::Choice || odd.shown == odd.stored) continue;
       SCOPED_TRACE(table.form + "." + odd.control + " " + odd.stored);
-      const std::string taken = meaning->unknownChoice < 0 ? "" : Shown(meaning->choices[static_cast<size_t>(meaning->unknownChoice)]);
+      const std::string taken =
+          meaning->unknownChoice < 0 ? "" : Shown(meaning->choices[static_cast<size_t>(meaning->unknownChoice)]);
       EXPECT_EQ(taken, odd.shown);
     }
 }
