@@ -16,6 +16,23 @@ if(WIN32)
   target_link_options(vardo_options INTERFACE -static)
 endif()
 
+# vardo_headers(NAME LIBRARIES lib... HEADERS header...): headers that the compiler reads once for all targets that reuse them, with
+# target_precompile_headers(TARGET REUSE_FROM NAME).
+function(vardo_headers name)
+  cmake_parse_arguments(arg "" "" "LIBRARIES;HEADERS" ${ARGN})
+  file(CONFIGURE OUTPUT ${name}.cpp CONTENT "")
+  add_library(${name} OBJECT ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp)
+  target_link_libraries(${name} PRIVATE vardo_options ${arg_LIBRARIES})
+  target_precompile_headers(${name} PRIVATE ${arg_HEADERS})
+endfunction()
+
+vardo_headers(vardo_standard_headers HEADERS
+  <algorithm> <array> <charconv> <cmath> <cstdint> <deque> <filesystem> <functional> <map> <memory> <optional> <set> <span>
+  <sstream> <string> <string_view> <unordered_map> <unordered_set> <utility> <variant> <vector>)
+if(BUILD_SHARED_LIBS)  # as they are compiled
+  set_target_properties(vardo_standard_headers PROPERTIES POSITION_INDEPENDENT_CODE ON)
+endif()
+
 # vardo_library(NAME [DEPENDS lib...] [DIRECTORY dir] [FILES file...]): the sources of this folder (or FILES) as the library vardo_NAME.
 function(vardo_library name)
   cmake_parse_arguments(arg "" "" "DEPENDS;FILES" ${ARGN})
@@ -24,8 +41,9 @@ function(vardo_library name)
   endif()
   list(TRANSFORM arg_DEPENDS REPLACE "^([a-z_]+)$" "vardo_\\1")
   if(arg_FILES)
-    add_library(vardo_${name} STATIC ${arg_FILES})
+    add_library(vardo_${name} ${arg_FILES})
     target_link_libraries(vardo_${name} PUBLIC vardo_options ${arg_DEPENDS})
+    target_precompile_headers(vardo_${name} REUSE_FROM vardo_standard_headers)
   else()
     add_library(vardo_${name} INTERFACE)
     target_link_libraries(vardo_${name} INTERFACE vardo_options ${arg_DEPENDS})

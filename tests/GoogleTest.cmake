@@ -1,8 +1,5 @@
 # GoogleTest's headers are most of what the compiler reads of a test; it reads them once.
-file(CONFIGURE OUTPUT gtest_headers.cpp CONTENT "")
-add_library(vardo_gtest_headers OBJECT ${CMAKE_CURRENT_BINARY_DIR}/gtest_headers.cpp)
-target_link_libraries(vardo_gtest_headers PRIVATE vardo_options GTest::gmock)
-target_precompile_headers(vardo_gtest_headers PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+vardo_headers(vardo_gtest_headers LIBRARIES GTest::gmock HEADERS <gmock/gmock.h> <gtest/gtest.h>)
 
 # vardo_uses_gtest(TARGET lib...): links a program or library of tests with GoogleTest and those libraries.
 function(vardo_uses_gtest target)

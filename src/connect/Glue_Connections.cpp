@@ -6,6 +6,7 @@
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
 #include "base/Errors.h"
+#include "base/Text.h"
 #include "connect/EndFormulas.h"
 #include "modules/ModuleKinds.h"
 #include "platform/Platform.h"
@@ -123,7 +124,7 @@ void Refuse(const std::string& message) {
 }
 
 void RefuseAs(std::string_view connectorName, std::string_view forWhat, std::string_view instead) {
-  Refuse("The " + std::string(BeforeDot(connectorName)) + " is an invalid connector for this " + std::string(forWhat) +
+  Refuse("The " + InWords(BeforeDot(connectorName)) + " is an invalid connector for this " + std::string(forWhat) +
          ".  Try using the " + std::string(instead) + " instead.");
 }
 

@@ -6,6 +6,7 @@
 #include "base/Text.h"
 #include "document/CellText.h"
 #include "document/DrawingCheck.h"
+#include "document/Elements.h"
 #include "document/PackageEdits.h"
 #include "document/VisioXml.h"
 #include "package/Limits.h"
@@ -38,8 +39,6 @@ XmlPart& ExpectRoot(Package& package, const std::string& part, std::string_view 
                                                             std::string(root) + ">)");
   return xml;
 }
-
-bool IsNamed(pugi::xml_node node, std::string_view name) { return name == node.name(); }
 
 int PlaceAmong(pugi::xml_node entry) {
   int place = 0;
@@ -305,7 +304,7 @@ DrawingMaster* Drawing::BringMaster(std::string_view name) {
   // The stencil's styles have other numbers here, if they are here at all.
   const auto plainStyles = [](pugi::xml_node sheet) {
     for (const char* style : {"LineStyle", "FillStyle", "TextStyle"})
-      if (pugi::xml_attribute attribute = sheet.attribute(style)) attribute.set_value("0");
+      if (sheet.attribute(style)) SetAttribute(sheet, style, "0");
   };
   XmlPart& list = EnsureMastersPart();
   PackageEdits parts(*package_, editor_);

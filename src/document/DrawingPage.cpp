@@ -6,6 +6,7 @@
 #include "base/Text.h"
 #include "document/CellText.h"
 #include "document/Drawing.h"
+#include "document/Elements.h"
 #include "document/FormulaScopeOfDrawing.h"
 #include "document/Glue.h"
 #include "document/Inheritance.h"
@@ -24,8 +25,6 @@ namespace vardo {
 namespace {
 
 constexpr std::string_view kById = "Sheet.";
-
-bool IsNamed(pugi::xml_node node, std::string_view name) { return name == node.name(); }
 
 // The number in "Sheet.12"; none in any other name.
 std::optional<int> NumberInName(std::string_view name) {
@@ -55,16 +54,10 @@ bool HasOwnFormulas(pugi::xml_node node) {
   return found;
 }
 
-void Set(pugi::xml_node element, const char* name, std::string_view value) {
-  pugi::xml_attribute attribute = element.attribute(name);
-  if (!attribute) attribute = element.append_attribute(name);
-  attribute.set_value(std::string(value).c_str());
-}
-
 void AppendCell(pugi::xml_node parent, pugi::xml_node before, const char* name, double value) {
   pugi::xml_node cell = before ? parent.insert_child_before("Cell", before) : parent.append_child("Cell");
-  Set(cell, "N", name);
-  Set(cell, "V", NumberText(value));
+  SetAttribute(cell, "N", name);
+  SetAttribute(cell, "V", NumberText(value));
 }
 
 // A master's formulas number the shapes inside the master. One that also refers to a shape without a number here keeps only its
@@ -83,7 +76,7 @@ void RenumberMasterFormulas(pugi::xml_node element, const std::unordered_map<int
       return found != numbers.end();
     });
     if (known)
-      Set(cell, "F", renumbered);
+      SetAttribute(cell, "F", renumbered);
     else
       cell.remove_attribute("F");
   });
@@ -92,7 +85,7 @@ void RenumberMasterFormulas(pugi::xml_node element, const std::unordered_map<int
 // The shapes inside a group, at any depth.
 void AddInnerElements(pugi::xml_node group, std::vector<pugi::xml_node>& found) {
   for (const pugi::xml_node shape : group.child("Shapes").children("Shape")) {
-    if (!IsDeletedShape(shape)) found.push_back(shape);
+    if (!IsDeleted(shape)) found.push_back(shape);
     AddInnerElements(shape, found);
   }
 }
@@ -132,8 +125,8 @@ std::string DrawingPage::Name() const {
 
 void DrawingPage::SetName(std::string_view name) {
   drawing_.editor().ChangeAttributes(sheet_.part(), pugi::xml_node(entry_), [&](pugi::xml_node entry) {
-    for (const char* attribute : {"NameU", "Name"}) Set(entry, attribute, name);
-    for (const char* attribute : {"IsCustomNameU", "IsCustomName"}) Set(entry, attribute, "1");
+    for (const char* attribute : {"NameU", "Name"}) SetAttribute(entry, attribute, name);
+    for (const char* attribute : {"IsCustomNameU", "IsCustomName"}) SetAttribute(entry, attribute, "1");
   });
 }
 
@@ -206,7 +199,7 @@ void DrawingPage::EnsureShapes() {
 }
 
 void DrawingPage::AddShapes(pugi::xml_node element, DrawingShape* parent) {
-  if (IsDeletedShape(element)) return;
+  if (IsDeleted(element)) return;
   auto view = std::make_unique<DrawingShape>(*contents_, element, BaseOf(element, parent), parent);
   DrawingShape* const shape = view.get();
   drawing_.NoteShapeId(id_, shape->id());
@@ -227,7 +220,7 @@ void DrawingPage::AddShapes(pugi::xml_node element, DrawingShape* parent) {
 }
 
 void DrawingPage::RemoveShapes(pugi::xml_node element) {
-  if (IsDeletedShape(element)) return;
+  if (IsDeleted(element)) return;
   for (const pugi::xml_node inner : element.child("Shapes").children("Shape")) RemoveShapes(inner);
   const auto entry = shapes_.find(element.attribute("ID").as_int());
   if (entry == shapes_.end()) return;
@@ -242,7 +235,9 @@ void DrawingPage::RemoveShapes(pugi::xml_node element) {
   if (!shape->parent()) ForgetPositions();
   columns_.Forget(shape->slot_);
   freeSlots_.push_back(shape->slot_);
+  const int id = shape->id();
   shapes_.erase(entry);
+  readers_.ReaderGone(id, shapes_.size());
   drawing_.NoteStructure();
 }
 
@@ -257,7 +252,7 @@ void DrawingPage::EnsureOrder() {
     } else {
       topLevel_.clear();
       for (const pugi::xml_node element : contents_->root().child("Shapes").children("Shape"))
-        if (!IsDeletedShape(element)) topLevel_.push_back(shapes_.at(element.attribute("ID").as_int()).get());
+        if (!IsDeleted(element)) topLevel_.push_back(shapes_.at(element.attribute("ID").as_int()).get());
       indexesKnown_ = false;
     }
     orderKnown_ = true;
@@ -414,13 +409,17 @@ void DrawingPage::NoteFormulas(pugi::xml_node node, int by) {
   });
 }
 
+void DrawingPage::NoteReader(pugi::xml_node shape) {
+  if (!readers_.ReaderIsBack(shape.attribute("ID").as_int())) NoteFormulas(shape, +1);
+}
+
 void DrawingPage::Inserted(pugi::xml_node node) {
   if (!shapesKnown_) return;
   Wholly([&] {
     if (IsNamed(node, "Shape")) {
       AddShapes(node, ShapeAround(node.parent()));
-      NoteFormulas(node, +1);
-      for (const pugi::xml_node inner : InnerElements(node)) NoteFormulas(inner, +1);
+      NoteReader(node);
+      for (const pugi::xml_node inner : InnerElements(node)) NoteReader(inner);
     } else if (IsNamed(node, "Connect")) {
       AddConnect(node);
     } else if (IsNamed(node, "Shapes") || IsNamed(node, "Connects")) {
@@ -438,8 +437,6 @@ void DrawingPage::Removing(pugi::xml_node node) {
   if (!shapesKnown_) return;
   Wholly([&] {
     if (IsNamed(node, "Shape")) {
-      NoteFormulas(node, -1);
-      for (const pugi::xml_node inner : InnerElements(node)) NoteFormulas(inner, -1);
       RemoveShapes(node);
     } else if (IsNamed(node, "Connect")) {
       RemoveConnect(node);
@@ -554,7 +551,7 @@ void DrawingPage::KeepConnect(const DrawingShape& connector, const ConnectorEnd&
       {"FromSheet", std::to_string(connector.id())}, {"FromCell", end.x},      {"FromPart", std::to_string(end.fromPart)},
       {"ToSheet", std::to_string(target->shape)},    {"ToCell", target->cell}, {"ToPart", std::to_string(target->part)}};
   const auto put = [&](pugi::xml_node element) {
-    for (const auto& [name, value] : attributes) Set(element, name, value);
+    for (const auto& [name, value] : attributes) SetAttribute(element, name, value);
   };
   const auto holds = [&](const auto& attribute) { return attribute.second == connect.attribute(attribute.first).value(); };
   if (!connect)
@@ -658,9 +655,9 @@ void AppendInnerShapes(pugi::xml_node instance, pugi::xml_node original, const T
   pugi::xml_node shapes = instance.append_child("Shapes");
   for (const pugi::xml_node shape : inner.children("Shape")) {
     pugi::xml_node added = shapes.append_child("Shape");
-    Set(added, "ID", std::to_string(takeId()));
-    Set(added, "Type", shape.attribute("Type").as_string("Shape"));
-    Set(added, "MasterShape", shape.attribute("ID").value());
+    SetAttribute(added, "ID", std::to_string(takeId()));
+    SetAttribute(added, "Type", shape.attribute("Type").as_string("Shape"));
+    SetAttribute(added, "MasterShape", shape.attribute("ID").value());
     AppendInnerShapes(added, shape, takeId);
   }
 }
@@ -748,12 +745,12 @@ void DrawingPage::AddCopy(const DrawingShape& original, DrawingPage& from, const
   const int id = newIds.at(original.id());
   const std::string name = names_.FreeName(master ? master->Name() : "Sheet", id);
   const auto renumber = [&](pugi::xml_node shape) {
-    Set(shape, "ID", std::to_string(newIds.at(shape.attribute("ID").as_int())));
+    SetAttribute(shape, "ID", std::to_string(newIds.at(shape.attribute("ID").as_int())));
     VisitCells(shape, [&](pugi::xml_node cell) {
       const std::string_view formula = OwnFormulaOf(cell);
       if (!NamesSheet(formula)) return;
       if (const auto renumbered = from.Renumbered(formula, newIds))
-        Set(cell, "F", *renumbered);
+        SetAttribute(cell, "F", *renumbered);
       else
         cell.remove_attribute("F");
     });
@@ -764,7 +761,7 @@ void DrawingPage::AddCopy(const DrawingShape& original, DrawingPage& from, const
     copy.remove_attribute("UniqueID");
     for (const char* attribute : {"NameU", "Name"}) {
       if (master)
-        Set(copy, attribute, name);
+        SetAttribute(copy, attribute, name);
       else
         copy.remove_attribute(attribute);
     }
@@ -799,7 +796,7 @@ void DrawingPage::CopyGlue(DrawingPage& from, const NewIds& newIds) {
       const pugi::xml_node connect(known);
       if (NumberOr(connect, "FromSheet") != connector || !newIds.contains(NumberOr(connect, "ToSheet"))) continue;
       drawing_.editor().InsertCopy(*contents_, ConnectsElement(), connect, {}, [&](pugi::xml_node copy) {
-        for (const char* end : {"FromSheet", "ToSheet"}) Set(copy, end, std::to_string(newIds.at(NumberOr(copy, end))));
+        for (const char* end : {"FromSheet", "ToSheet"}) SetAttribute(copy, end, std::to_string(newIds.at(NumberOr(copy, end))));
       });
     }
   }
@@ -841,7 +838,7 @@ void DrawingPage::KeepNames(const std::vector<std::pair<int, std::string>>& name
     DrawingShape* shape = FindShape(id);
     if (!shape || NameOf(*shape) == name) continue;
     drawing_.editor().ChangeAttributes(*contents_, pugi::xml_node(shape->element()), [&name = name](pugi::xml_node element) {
-      for (const char* attribute : {"NameU", "Name"}) Set(element, attribute, name);
+      for (const char* attribute : {"NameU", "Name"}) SetAttribute(element, attribute, name);
     });
   }
 }
@@ -904,7 +901,7 @@ void DrawingPage::LetGoOf(const DrawingMaster& master) {
     CopyInherited(editor, *contents_, element, inherited);
     editor.ChangeAttributes(*contents_, element, [&](pugi::xml_node changed) {
       if (!shape.name.empty())
-        for (const char* attribute : {"NameU", "Name"}) Set(changed, attribute, shape.name);
+        for (const char* attribute : {"NameU", "Name"}) SetAttribute(changed, attribute, shape.name);
       for (const char* attribute : {"Master", "MasterShape"}) changed.remove_attribute(attribute);
     });
   }

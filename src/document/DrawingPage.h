@@ -138,6 +138,7 @@ class DrawingPage {
   const Sheet* BaseOf(pugi::xml_node element, const DrawingShape* parent) const;
   DrawingShape* ShapeAround(pugi::xml_node node);
   void NoteFormulas(pugi::xml_node node, int by);
+  void NoteReader(pugi::xml_node shape);
   void ForgetProperties(const DrawingShape& shape, pugi::xml_node node);
   void ForgetPositions();
   void ForgetAll();

@@ -70,18 +70,12 @@ void SetAttributesFromText(pugi::xml_node element, const std::string& wanted) {
   }
 }
 
-size_t SizeOf(pugi::xml_node top) {
-  struct Walker : pugi::xml_tree_walker {
-    size_t size = 0;
-    bool for_each(pugi::xml_node& node) override {
-      size += kNodeSize + std::strlen(node.value());
-      for (const pugi::xml_attribute attribute : node.attributes()) size += kAttributeSize + std::strlen(attribute.value());
-      return true;
-    }
-  } walker;
-  walker.for_each(top);
-  top.traverse(walker);
-  return walker.size;
+size_t SizeOf(pugi::xml_node node) {
+  size_t size = kNodeSize + std::strlen(node.value());
+  for (pugi::xml_attribute attribute = node.first_attribute(); attribute; attribute = attribute.next_attribute())
+    size += kAttributeSize + std::strlen(attribute.value());
+  for (pugi::xml_node child = node.first_child(); child; child = child.next_sibling()) size += SizeOf(child);
+  return size;
 }
 
 void MakeRoomAside(pugi::xml_node node) {

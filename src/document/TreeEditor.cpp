@@ -1,6 +1,7 @@
 #include "document/TreeEditor.h"
 
 #include "document/EditObserver.h"
+#include "document/Elements.h"
 #include "document/UndoStep.h"
 #include "package/Package.h"
 #include "package/TreeMemory.h"
@@ -12,15 +13,13 @@ namespace {
 
 constexpr std::string_view kLabelOfLoneEdit = "Edit";
 
-void SetValue(pugi::xml_attribute attribute, std::string_view value) { attribute.set_value(std::string(value).c_str()); }
-
 }  // namespace
 
 pugi::xml_node TreeEditor::Insert(XmlPart& part, pugi::xml_node parent, const char* name, Attributes attributes,
                                   pugi::xml_node before, const Change& fill) {
   const pugi::xml_node node = before ? parent.insert_child_before(name, before) : parent.append_child(name);
   NoteInsertion(part, node, [&](pugi::xml_node added) {
-    for (const auto& [attribute, value] : attributes) SetValue(added.append_attribute(attribute), value);
+    for (const auto& [attribute, value] : attributes) vardo::SetAttribute(added, attribute, value);
     if (fill) fill(added);
   });
   return node;
@@ -101,10 +100,7 @@ void TreeEditor::NoteContent(XmlPart& part, pugi::xml_node node, const std::func
 
 void TreeEditor::SetAttribute(XmlPart& part, pugi::xml_node element, const char* name, std::string_view value) {
   if (const pugi::xml_attribute there = element.attribute(name); there && value == there.value()) return;
-  ChangeAttributes(part, element, [&](pugi::xml_node changed) {
-    const pugi::xml_attribute there = changed.attribute(name);
-    SetValue(there ? there : changed.append_attribute(name), value);
-  });
+  ChangeAttributes(part, element, [&](pugi::xml_node changed) { vardo::SetAttribute(changed, name, value); });
 }
 
 void TreeEditor::RemoveAttribute(XmlPart& part, pugi::xml_node element, const char* name) {

@@ -165,7 +165,7 @@ class Builder {
       if (path.isInfinite) path.outline = Endless(path.outline);
       if (shape_.format.rounding > 0) path.outline = WithRoundedCorners(path.outline, shape_.format.rounding);
       for (const Outline& subpath : Subpaths(path.outline)) {
-        if (path.filled && IsClosed(subpath)) filled_.Append(subpath);
+        if (path.filled) filled_.Append(subpath);
         if (path.stroked) stroked_.push_back(subpath);
       }
     }

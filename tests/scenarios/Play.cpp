@@ -1,5 +1,6 @@
 #include "Play.h"
 
+#include <exception>
 #include <iostream>
 #include <random>
 #include <system_error>
@@ -45,6 +46,29 @@ void Play::CheckPrevious() {
 void Play::Complain(const std::string& wrong) {
   failed_ = true;
   std::cerr << wrong << '\n';
+}
+
+namespace {
+
+bool PlayFile(const std::filesystem::path& file, const std::filesystem::path& data,
+              const std::function<bool(const Scenario&)>& succeeds) try {
+  const TemporaryFolder temporary;
+  return succeeds(ReadScenario(file, {{"${TMP}", temporary.path().generic_string()}, {"${DATA}", data.generic_string()}}));
+} catch (const std::exception& error) {
+  std::cerr << error.what() << '\n';
+  return false;
+}
+
+}  // namespace
+
+int PlayAll(const std::vector<std::filesystem::path>& files, const std::filesystem::path& data,
+            const std::function<bool(const Scenario&)>& succeeds) {
+  int status = 0;
+  for (const std::filesystem::path& file : files) {
+    std::cerr << file.filename().string() << std::endl;  // for who reads of a crash
+    if (!PlayFile(file, data, succeeds)) status = 1;
+  }
+  return status;
 }
 
 }  // namespace vardo

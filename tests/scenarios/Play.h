@@ -1,12 +1,14 @@
-// A scenario being played: hands out its requests, and compares what comes of each with what is expected.
+// Scenarios being played: a play hands out the requests of one, and compares what comes of each with what is expected.
 #pragma once
 
 #include "Scenario.h"
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace vardo {
 
@@ -46,5 +48,10 @@ class Play {
   size_t next_ = 0;
   bool failed_ = false;
 };
+
+// Plays the scenarios of the files one after the other, each with a temporary folder of its own. Returns the exit status: 0 when
+// all succeed, 1 otherwise; one that throws is told on standard error, and the next follows.
+int PlayAll(const std::vector<std::filesystem::path>& files, const std::filesystem::path& data,
+            const std::function<bool(const Scenario&)>& succeeds);
 
 }  // namespace vardo

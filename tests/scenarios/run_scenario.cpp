@@ -1,4 +1,4 @@
-// run_scenario DATA-FOLDER FILE: runs one scenario against the script runner in this process, and says what came otherwise than
+// run_scenario DATA-FOLDER FILE...: runs scenarios against the script runner in this process, and says what came otherwise than
 // expected. Exit status 0 when nothing did. Built once for every forms toolkit.
 #include "Play.h"
 #include "platform/NativePlatform.h"
@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <iostream>
 #include <optional>
+#include <stdexcept>
 
 #ifdef VARDO_SCENARIO_QT
 #include "forms/qt/QtPresenter.h"
@@ -82,12 +83,9 @@ bool Succeeds(const Scenario& scenario) {
 }  // namespace vardo
 
 int main(int argc, char** argv) try {
-  if (argc != 3) throw std::runtime_error("usage: run_scenario DATA-FOLDER FILE");
+  if (argc < 3) throw std::runtime_error("usage: run_scenario DATA-FOLDER FILE...");
   const vardo::Session session(argc, argv);
-  const vardo::TemporaryFolder temporary;
-  const vardo::Scenario scenario =
-      vardo::ReadScenario(argv[2], {{"${TMP}", temporary.path().generic_string()}, {"${DATA}", argv[1]}});
-  return vardo::Succeeds(scenario) ? 0 : 1;
+  return vardo::PlayAll({argv + 2, argv + argc}, argv[1], vardo::Succeeds);
 } catch (const std::exception& error) {
   std::cerr << error.what() << '\n';
   return 2;

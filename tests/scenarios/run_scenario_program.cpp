@@ -1,13 +1,15 @@
-// run_scenario_program DATA-FOLDER FILE PROGRAM ARGS...: runs one scenario with a program that speaks the script language, over
-// pipes, and says what came otherwise than expected. Exit status 0 when nothing did.
+// run_scenario_program DATA-FOLDER FILE... -- PROGRAM ARGS...: runs each scenario with a program that speaks the script language,
+// over pipes, and says what came otherwise than expected. Exit status 0 when nothing did.
 //   All requests are written at once, each with a question behind it whose answer tells that nothing more comes of it: the
 //   program must keep lines in order however fast they come.
 #include "Play.h"
 
 #include <windows.h>
 
+#include <algorithm>
 #include <array>
 #include <iostream>
+#include <stdexcept>
 #include <thread>
 #include <vector>
 
@@ -155,29 +157,34 @@ std::wstring Quoted(const std::wstring& word) {
   return quoted + L"\"";
 }
 
-std::wstring CommandLine(int count, wchar_t** words, const Scenario& scenario) {
+std::wstring CommandLine(const std::vector<std::wstring>& command, const Scenario& scenario) {
   std::wstring line;
-  for (int i = 0; i < count; ++i) line += Quoted(words[i]);
+  for (const std::wstring& word : command) line += Quoted(word);
   if (!scenario.withAddin) line += L" --no-addin";
   for (const std::string& addOn : scenario.addOns) line += L" --addon" + Quoted(std::filesystem::u8path(addOn).wstring());
   return line.substr(1);
+}
+
+bool Succeeds(const std::vector<std::wstring>& command, const Scenario& scenario) {
+  const RegistryValues registry(scenario);
+  Program program(CommandLine(command, scenario));
+  program.Write(InputOf(scenario));
+  Play play(scenario);
+  PlayWith(program, play);
+  return !play.Failed();
 }
 
 }  // namespace
 }  // namespace vardo
 
 int wmain(int argc, wchar_t** argv) try {
-  using namespace vardo;
-  if (argc < 4) throw std::runtime_error("usage: run_scenario_program DATA-FOLDER FILE PROGRAM ARGS...");
-  const TemporaryFolder temporary;
-  const Scenario scenario = ReadScenario(
-      argv[2], {{"${TMP}", temporary.path().generic_string()}, {"${DATA}", std::filesystem::path(argv[1]).generic_string()}});
-  const RegistryValues registry(scenario);
-  Program program(CommandLine(argc - 3, argv + 3, scenario));
-  program.Write(InputOf(scenario));
-  Play play(scenario);
-  PlayWith(program, play);
-  return play.Failed() ? 1 : 0;
+  const std::vector<std::wstring> words(argv + 1, argv + argc);
+  const auto end = std::find(words.begin(), words.end(), L"--");
+  if (end - words.begin() < 2 || words.end() - end < 2)
+    throw std::runtime_error("usage: run_scenario_program DATA-FOLDER FILE... -- PROGRAM ARGS...");
+  const std::vector<std::wstring> command(end + 1, words.end());
+  return vardo::PlayAll({words.begin() + 1, end}, words[0],
+                        [&command](const vardo::Scenario& scenario) { return vardo::Succeeds(command, scenario); });
 } catch (const std::exception& error) {
   std::cerr << error.what() << '\n';
   return 2;
