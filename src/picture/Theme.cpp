@@ -153,7 +153,8 @@ Theme ReadTheme(pugi::xml_node root) {
   if (const pugi::xml_node background = Below(colours, "bkgnd"))
     theme.colours.emplace_back("bkgnd", theme.Resolve(ReadColour(background), {255, 255, 255}));
   EachElement(Below(colours, "variationClrSchemeLst"), [&](pugi::xml_node scheme) {
-    auto& variant = theme.variantColours.emplace_back();
+    auto& [isOfOneTone, variant] = theme.variantColours.emplace_back();
+    isOfOneTone = scheme.attribute("monotone").as_bool();
     size_t at = 0;
     EachElement(scheme, [&](pugi::xml_node node) {
       if (at < variant.size()) variant[at++] = theme.Resolve(ReadColour(node), {});

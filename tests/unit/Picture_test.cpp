@@ -586,7 +586,9 @@ TEST(PictureTheme, ThemedCellsAreTheThemes) {
       "val='ffffff'/></a:lt1><a:accent1><a:srgbClr val='0000ff'/></a:accent1><a:extLst><a:ext><vt:schemeID "
       "schemeEnum='33'/></a:ext><a:ext>"
       "<vt:variationClrSchemeLst><vt:variationClrScheme><vt:varColor1><a:srgbClr "
-      "val='ff0000'/></vt:varColor1></vt:variationClrScheme>"
+      "val='ff0000'/></vt:varColor1><vt:varColor2><a:srgbClr "
+      "val='00ff00'/></vt:varColor2></vt:variationClrScheme><vt:variationClrScheme monotone='1'><vt:varColor1><a:srgbClr "
+      "val='aa0000'/></vt:varColor1><vt:varColor2><a:srgbClr val='00aa00'/></vt:varColor2></vt:variationClrScheme>"
       "</vt:variationClrSchemeLst></a:ext></a:extLst></a:clrScheme><a:fmtScheme><a:fillStyleLst><a:solidFill><a:schemeClr "
       "val='phClr'/>"
       "</a:solidFill><a:solidFill><a:schemeClr val='phClr'><a:shade "
@@ -614,6 +616,13 @@ TEST(PictureTheme, ThemedCellsAreTheThemes) {
   };
   const std::string matrices = Cell("QuickStyleFillMatrix", "1") + Cell("QuickStyleLineMatrix", "1");
   EXPECT_THAT(painted(matrices + Cell("QuickStyleFillColor", "100"), sheet("33")), ElementsAre("fill ff0000", "line ffffff 50"));
+  for (const auto& [colour, variant, fill] : {std::tuple("101", "0", "fill 00ff00"),
+                                              {"201", "0", "fill 00ff00"},
+                                              {"101", "1", "fill aa0000"},
+                                              {"201", "1", "fill 00aa00"}})
+    EXPECT_THAT(painted(matrices + Cell("QuickStyleFillColor", colour) + Cell("VariationColorIndex", variant), sheet("33")),
+                Contains(fill))
+        << "a variant of one tone gives its first colour, unless another is fixed";
   EXPECT_THAT(painted(matrices + Cell("QuickStyleFillColor", "2"), sheet("33")), ElementsAre("fill 0000ff", "line ffffff 50"));
   EXPECT_THAT(painted(Cell("QuickStyleFillMatrix", "2") + Cell("QuickStyleLineMatrix", "1") + Cell("QuickStyleFillColor", "2"),
                       sheet("33")),
