@@ -17,6 +17,7 @@
 #include <iterator>
 #include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace vardo {
@@ -79,6 +80,17 @@ void DeleteFromLastToFirst(Collection& collection) {
   for (int i = collection.Count(); i >= 1; --i) collection.Item(i)->Delete();
 }
 
+class HostForThisCall {
+ public:
+  explicit HostForThisCall(const IVApplicationPtr& application) : before_(std::exchange(visApp, application)) {}
+  ~HostForThisCall() { visApp = before_; }
+  HostForThisCall(const HostForThisCall&) = delete;
+  HostForThisCall& operator=(const HostForThisCall&) = delete;
+
+ private:
+  IVApplicationPtr before_;
+};
+
 }  // namespace
 
 void Application::AddVardoMenu() {
@@ -135,12 +147,12 @@ void Application::ShowEditor(const IVApplicationPtr& application, const IVShapeP
 }
 
 void Application::Submodel(const IVApplicationPtr& application, const IVShapePtr& shape) {
-  if (!visApp) visApp = application;
+  const HostForThisCall host(application);
   OpenSubmodelPage(shape);
 }
 
 void Application::CloseSubmodel(const IVApplicationPtr& application, const IVPagePtr& page) {
-  if (!visApp) visApp = application;
+  const HostForThisCall host(application);
   ShowParentPage(page);
 }
 

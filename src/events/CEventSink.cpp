@@ -8,7 +8,6 @@
 #include "addin/host/UndoScope.h"
 #include "base/Errors.h"
 #include "base/ScopeExit.h"
-#include "catalog/NameCatalogues.h"
 #include "connect/Glue_Connections.h"
 #include "events/PageRegisters.h"
 #include "platform/Platform.h"
@@ -57,6 +56,11 @@ bool ReadsRegisters(std::uint16_t eventCode) {
   static constexpr std::uint16_t kReading[] = {kEventBeforeSelectionDelete, kEventShapeAdded, kEventPageDeleted,
                                                kEventTextChanged};
   return std::ranges::find(kReading, eventCode) != std::end(kReading);
+}
+
+// What comes between the shapes of a paste: each is selected, and the texts of those that are numbered change.
+bool GoesOnWithABurst(std::uint16_t eventCode) {
+  return eventCode == kEventShapeAdded || eventCode == kEventWindowChanged || eventCode == kEventTextChanged;
 }
 
 bool IsUndone(const MendedRegister& mended) try {
@@ -112,9 +116,12 @@ std::string TakeFirst(std::vector<std::string>& queue) {
 void CEventSink::VisEventProc(std::int16_t eventCode, const IVApplicationPtr&, std::int32_t, std::int32_t,
                               const EventSubject& subject, std::string_view moreInfo) {
   // What the host takes back holds what was done here, too.
-  if (HostIsUndoingOrRedoing()) return;
-  const UndoScope oneStep(visApp, "Keep Modules");
   const auto code = static_cast<std::uint16_t>(eventCode);
+  const bool isUndone = HostIsUndoingOrRedoing();
+  if (isUndone || !GoesOnWithABurst(code)) burst_ = {};
+  // Taken back is also the deletion, just before, of a Process whose page was put off to this event.
+  if (isUndone) return PagesToDelete.clear();
+  const UndoScope oneStep(visApp, "Keep Modules");
   std::vector<std::string> toDelete = PagesToDelete, toInitialise = PagesToInitialise;
   try {
     EndSilently([&] {
@@ -165,6 +172,7 @@ void CEventSink::MendRegisters(const IVShapePtr& added) try {
   if (!registersUnseen_ && std::ranges::none_of(mendedRegisters_, IsUndone)) return;
   registersUnseen_ = true;
   mendedRegisters_.clear();
+  burst_ = {};
   const IVDocumentPtr drawing = visApp->ActiveDocument();
   const std::string changing = added ? added->ContainingPage()->Name() : "";
   const ShapeIndexes coming = added ? PositionsFrom(added) : ShapeIndexes();
@@ -243,7 +251,15 @@ void CEventSink::PageAdded(const IVPagePtr& page) try {
   // The page stays as it is: its registers read as empty, and the first write makes them.
 }
 
+void CEventSink::FollowBurst(const IVShapePtr& added) {
+  const IVPagePtr page = added->ContainingPage();
+  const int id = page->ID(), shapes = page->Shapes()->Count(), position = added->Index();
+  if (id != burst_.page || shapes != burst_.shapes || position <= burst_.last) burst_ = {id, shapes, 0, {}};
+  burst_.last = position;
+}
+
 void CEventSink::ShapeAdded(const IVShapePtr& shape) try {
+  FollowBurst(shape);
   if (const short type = shape->Type(); type != kShapeTypeGroup && type != kShapeTypeShape) return;
   const std::string kind = MasterNameOf(shape);
   if (!IsModuleKind(kind)) return OtherShapeAdded(shape, kind);
@@ -255,10 +271,14 @@ void CEventSink::ShapeAdded(const IVShapePtr& shape) try {
 }
 
 void CEventSink::ModuleAdded(const IVShapePtr& shape, const std::string& kind) {
-  if (registersInDoubt_) Recount(shape->ContainingPage(), PositionsFrom(shape));
+  if (registersInDoubt_) {
+    burst_.names = {};
+    Recount(shape->ContainingPage(), PositionsFrom(shape));
+  }
   registersInDoubt_ = true;
-  if (const std::string text = shape->Text(); !text.empty() && NameIsUsed(NameList::AllModules, text, 1)) Renumber(shape, kind);
+  if (const std::string text = shape->Text(); !text.empty() && burst_.names.Contains(text)) Renumber(shape, kind);
   IncrementPageCount(shape);
+  burst_.names.Entered(shape, kind);
   registersInDoubt_ = false;
 }
 
@@ -295,6 +315,7 @@ void CEventSink::PageDeleted(const IVPagePtr& page) {
 }
 
 void CEventSink::ShapeTextEdited(std::string_view moreInfo) {
+  burst_ = {};
   const size_t dot = moreInfo.find('.');
   if (dot == std::string_view::npos) return;
   const int id = LeadingInteger(moreInfo.substr(dot + 1));

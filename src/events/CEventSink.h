@@ -4,6 +4,7 @@
 #pragma once
 
 #include "addin/host/IVEventList.h"
+#include "catalog/NameCatalogues.h"
 #include "events/PageRegisters.h"
 #include "events/SubmodelPages.h"
 
@@ -58,6 +59,8 @@ class CEventSink : public IVEventSink {
   // Writes a text without hearing of it: a name that is refused as well would be put back without end.
   void PutText(const IVShapePtr& shape, std::string_view text);
   void ListenToPageDeleted(bool on);
+  // Whether the shape is the next one of those that have come together.
+  void FollowBurst(const IVShapePtr& added);
   void ModuleAdded(const IVShapePtr& shape, const std::string& kind);
   void OtherShapeAdded(const IVShapePtr& shape, const std::string& master);
   // Counts the page's modules without those that go, and those of all other pages when the registers are in doubt.
@@ -72,6 +75,13 @@ class CEventSink : public IVEventSink {
   bool registersInDoubt_ = false;
   bool registersUnseen_ = false;
   std::vector<MendedRegister> mendedRegisters_;
+
+  // Shapes that are pasted together are all there before the first of them is told of, and are told of from the lowest one on.
+  struct Burst {
+    int page = 0, shapes = 0, last = 0;  // its ID, how many shapes it has, and the position of the one told of last
+    NamesInUse names;
+  };
+  Burst burst_;
 };
 
 }  // namespace vardo

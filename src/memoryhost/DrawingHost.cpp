@@ -56,6 +56,21 @@ struct DrawingHost::AdvisedEvent : public IVEvent {
   bool enabled = true;
 };
 
+// A scope that is begun while this lives and not ended ends with it.
+class DrawingHost::OpenScopesEnd {
+ public:
+  explicit OpenScopesEnd(DrawingHost& host) : host_(host), before_(host.undoScopes_.size()) {}
+  ~OpenScopesEnd() {
+    for (; host_.undoScopes_.size() > before_; host_.undoScopes_.pop_back()) host_.drawing_->log().EndStep();
+  }
+  OpenScopesEnd(const OpenScopesEnd&) = delete;
+  OpenScopesEnd& operator=(const OpenScopesEnd&) = delete;
+
+ private:
+  DrawingHost& host_;
+  const size_t before_;
+};
+
 // What a person, or a caller of the object model, does at a time: one undo step, and nothing at all when it fails.
 class DrawingHost::Command {
  public:
@@ -88,18 +103,9 @@ class DrawingHost::Command {
     int exceptions = std::uncaught_exceptions();
     bool isOutermost = false;
   };
-  // What a listener has begun in here and not ended ends with the command.
-  struct Scopes {
-    explicit Scopes(DrawingHost& h) : host(h), before(h.undoScopes_.size()) {}
-    ~Scopes() {
-      for (; host.undoScopes_.size() > before; host.undoScopes_.pop_back()) host.drawing_->log().EndStep();
-    }
-    DrawingHost& host;
-    size_t before;
-  };
   Before before_;
   UndoStep step_;
-  Scopes scopes_;
+  OpenScopesEnd scopes_;
 };
 
 DrawingHost::DrawingHost() : application_(MakeApplication(*this)) {}
@@ -591,10 +597,10 @@ void DrawingHost::WriteFormula(const SheetRef& ref, const CellAddress& address, 
 }
 
 void DrawingHost::WriteFormulas(const SheetRef& ref, const std::vector<CellAddress>& cells,
-                                const std::vector<std::string>& formulas, const std::optional<HostError>& missing) {
+                                const std::vector<std::string>& formulas, const std::optional<HostError>& refused) {
   const Command command(*this, "Edit");
   for (size_t i = 0; i < cells.size(); ++i) WriteFormula(ref, cells[i], formulas[std::min(i, formulas.size() - 1)]);
-  if (missing) throw *missing;
+  if (refused) throw *refused;
 }
 
 void DrawingHost::WriteText(const SheetRef& ref, std::string_view text) {
@@ -641,6 +647,7 @@ IVEventPtr DrawingHost::AdviseAt(int index) { return advises_[static_cast<size_t
 void DrawingHost::Raise(std::uint16_t code, const EventSubject& subject, std::string_view moreInfo) {
   const auto signedCode = static_cast<std::int16_t>(code);
   const std::vector<std::shared_ptr<AdvisedEvent>> listeners = advises_;
+  const OpenScopesEnd scopes(*this);
   for (const auto& listener : listeners)
     if (listener->code == signedCode && listener->enabled)
       listener->sink->VisEventProc(signedCode, application_, listener->id, ++eventSequence_, subject, moreInfo);

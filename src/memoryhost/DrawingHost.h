@@ -128,10 +128,10 @@ class DrawingHost {
   void AddSection(const SheetRef& ref, const SectionInfo& section);
   short AddRow(const SheetRef& ref, const SectionInfo& section, short position);
   short AddNamedRow(const SheetRef& ref, const SectionInfo& section, std::string_view name);
-  // formulas: the last one serves for all further cells. missing: what is thrown when those have been written. Inside a command,
+  // formulas: the last one serves for all further cells. refused: what is thrown when those have been written. Inside a command,
   // cells before one that fails stay written.
   void WriteFormulas(const SheetRef& ref, const std::vector<CellAddress>& cells, const std::vector<std::string>& formulas,
-                     const std::optional<HostError>& missing);
+                     const std::optional<HostError>& refused);
   // The row of a cell that is going to be held; null for one that is known by its name.
   std::shared_ptr<const HeldRow> HoldRow(const SheetRef& ref, const CellAddress& address);
   // The shape's name, "ThePage" or "TheDoc".
@@ -148,6 +148,7 @@ class DrawingHost {
  private:
   struct AdvisedEvent;
   class Command;
+  class OpenScopesEnd;
 
   struct UndoScope {
     int number, pageBefore;

@@ -106,7 +106,7 @@ struct Value {
 };
 
 // Where in the drawing something stands that a sentence may have to name.
-struct Place {
+struct SourcePlace {
   std::string page, kind, module;
   int shape = -1;
   std::string field, property;
@@ -275,6 +275,7 @@ struct RecordTable {
   double columnUnit = 1;
   std::uint32_t target = kNone;  // counter or tally
   std::uint32_t set = kNone;     // or into the member of a set, at an index
+  Rows targets;                  // of Program::recordTargets: those of the set's members
   std::uint32_t index = kNone;   // value
 };
 
@@ -308,6 +309,7 @@ struct ResourceTable {
   std::uint32_t capacity = kNone;  // value, when no course gives it
   ScheduleRule rule = ScheduleRule::Wait;
   double busyCostRate = 0;
+  double idleCostRate = 0;
   double perUse = 0;
   Rows seizes;                                           // of Program::resourceSeizes: those who may want it, in drawing order
   std::uint32_t busy = kNone, scheduled = kNone;         // levels
@@ -354,7 +356,6 @@ struct Output {
   std::uint32_t index = 0, other = kNone;
   double factor = 1, divisor = 1;
   std::string_view unit;  // empty for plain numbers
-  bool isReported = true;
 };
 
 struct Program {
@@ -370,7 +371,7 @@ struct Program {
   std::vector<DrawTable> draws;
   std::vector<double> constants;
   std::vector<std::uint64_t> sources;
-  std::vector<Place> places;
+  std::vector<SourcePlace> places;
 
   std::vector<Step> steps;
   std::vector<std::uint32_t> placeOfStep;
@@ -390,6 +391,7 @@ struct Program {
   std::vector<SplitTable> splits;
   std::vector<Reference> splitAttributes;  // built-in ones; of the model's own, the index is the column
   std::vector<RecordTable> records;
+  std::vector<std::uint32_t> recordTargets;
   std::vector<SubmodelTable> submodels;
   std::vector<std::uint32_t> insideOf;  // submodels, from the outermost; Rows of it say where a module lies
   std::vector<DisposeTable> disposes;

@@ -59,7 +59,8 @@ EndReason Replication::RunThrough(const ReplicationLimits& limits) {
   Begin();
   for (const Milestone& milestone : milestones) {
     if (milestone.time >= end) break;
-    if (const auto reason = RunUntil(milestone.time)) return *reason;
+    if (milestone.time > world_.now)
+      if (const auto reason = RunUntil(milestone.time)) return *reason;
     world_.now = milestone.time;
     steps_ = 0;
     milestone.act();
@@ -367,7 +368,10 @@ void Replication::Record(std::uint32_t number, std::uint32_t row) {
   }
   std::uint32_t target = record.target;
   if (record.set != kNone)
-    target = world_.MemberOf(program_.sets[record.set], world_.Evaluate(record.index, row), program_.values[record.index].place);
+    target =
+        program_
+            .recordTargets[record.targets.first + world_.IndexInSet(program_.sets[record.set], world_.Evaluate(record.index, row),
+                                                                    program_.values[record.index].place)];
   world_.Trace(TraceAct::Record, row, target, value);
   if (record.type == RecordType::Count)
     world_.CountUp(target, value);

@@ -135,8 +135,7 @@ std::uint32_t Resources::ChooseMember(const SeizeRow& wanted, std::uint32_t plac
     case SelectionRule::SmallestBusy:
       return least([&](std::uint32_t resource) { return Busy(resource) + ChosenUnits(resource); });
     case SelectionRule::SpecificMember: {
-      world_.MemberOf(set, index, wanted.place);
-      const auto member = static_cast<std::uint32_t>(index + 0.5) - 1;
+      const std::uint32_t member = world_.IndexInSet(set, index, wanted.place);
       return isEnough(member) ? member : kNone;
     }
     case SelectionRule::Random:

@@ -13,7 +13,7 @@ std::string TimeWords(const Program& program, double time) {
 
 }  // namespace
 
-std::string WordsFor(const Place& place) {
+std::string WordsFor(const SourcePlace& place) {
   std::string words = place.kind;
   if (!place.module.empty()) words += (words.empty() ? "\"" : " \"") + InWords(place.module) + "\"";
   if (!place.field.empty()) words += (words.empty() ? "" : ", ") + place.field;

@@ -43,6 +43,6 @@ struct WarningCount {
 std::string SentenceOf(const WarningCount& warning, const Program& program);
 
 // "Process "Weld", Expression".
-std::string WordsFor(const Place& place);
+std::string WordsFor(const SourcePlace& place);
 
 }  // namespace vardo

@@ -32,15 +32,12 @@ void World::Clear(const RandomRun& run) {
 }
 
 void World::RestartStatistics() {
+  statisticsSince = now;
   tallies.assign(program_.bucketsOfTally.size(), {});
   buckets.resize(program_.buckets);
   for (Buckets& counts : buckets) counts.Clear();
   counters.assign(program_.counters, 0);
   for (Level& level : levels) level.Restart(now);
-}
-
-double World::Count(uint32_t value, uint32_t row, double least) {
-  return CountOf(Evaluate(value, row), program_.values[value].place, least);
 }
 
 double World::CountOf(double x, uint32_t place, double least) {
@@ -75,12 +72,12 @@ size_t World::ElementAt(const VariableTable& variable, double i, double j, uint3
   return variable.first + (static_cast<size_t>(row) - 1) * std::max(variable.columns, 1u) + static_cast<size_t>(column) - 1;
 }
 
-uint32_t World::MemberOf(const SetTable& set, double index, uint32_t place) const {
+uint32_t World::IndexInSet(const SetTable& set, double index, uint32_t place) const {
   const double i = RoundHalfUp(index);
   if (!(i >= 1 && i <= set.members.count))
     throw ModelError{place, "the set \"" + set.name + "\" has " + std::to_string(set.members.count) +
                                 " members, and none is number " + NumberText(index)};
-  return program_.setMembers[set.members.first + static_cast<size_t>(i) - 1];
+  return static_cast<uint32_t>(i) - 1;
 }
 
 void World::ScheduleIn(double seconds, uint32_t row, uint32_t place) {

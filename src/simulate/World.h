@@ -29,6 +29,7 @@ class World {
   const RandomRun& run() const { return run_; }
 
   double now = 0;
+  double statisticsSince = 0;
   Calendar calendar;
   Entities entities;
   std::vector<double> variables;
@@ -49,7 +50,11 @@ class World {
     return Interpret(v, row);
   }
   // A whole number, not below the least.
-  double Count(std::uint32_t value, std::uint32_t row, double least = 0);
+  double Count(std::uint32_t value, std::uint32_t row, double least = 0) {
+    const double x = Evaluate(value, row);
+    if (x >= least && x <= UINT32_MAX && static_cast<double>(static_cast<std::uint32_t>(x)) == x) return x;
+    return CountOf(x, program_.values[value].place, least);
+  }
   // The same of a number that has been evaluated already.
   double CountOf(double x, std::uint32_t place, double least = 0);
   // A time in a unit, in seconds; negative ones count as 0.
@@ -64,7 +69,11 @@ class World {
   Stream& StreamOf(std::uint32_t source) { return streams_[source]; }
   // The place of an element among all variables' values.
   size_t ElementAt(const VariableTable& variable, double i, double j, std::uint32_t place) const;
-  std::uint32_t MemberOf(const SetTable& set, double index, std::uint32_t place) const;
+  // From 0.
+  std::uint32_t IndexInSet(const SetTable& set, double index, std::uint32_t place) const;
+  std::uint32_t MemberOf(const SetTable& set, double index, std::uint32_t place) const {
+    return program_.setMembers[set.members.first + IndexInSet(set, index, place)];
+  }
 
   // --- What happens next.
   void Schedule(double time, std::uint32_t row) { entities[row].order = calendar.Push(time, now, row); }

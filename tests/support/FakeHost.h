@@ -83,6 +83,7 @@ class Shape : public IVShape {
   int Index() override { return index; }
 
   IVCellPtr CellsSRC(short, short, short) override { Unused(); }
+  short CellsRowIndex(std::string_view) override { Unused(); }
   std::string Text() override { Unused(); }
   void SetText(std::string_view) override { Unused(); }
   std::string Name() override { Unused(); }

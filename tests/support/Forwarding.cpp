@@ -62,6 +62,7 @@ class ForwardingShape : public Forwarding<IVShape> {
   IVCellPtr CellsSRC(short section, short row, short column) override {
     return Wrap<ForwardingCell>(Call("Shape.CellsSRC").CellsSRC(section, row, column));
   }
+  short CellsRowIndex(std::string_view name) override { return Call("Shape.CellsRowIndex").CellsRowIndex(name); }
   std::string Text() override { return Call("Shape.Text").Text(); }
   void SetText(std::string_view text) override { Call("Shape.SetText").SetText(text); }
   std::string Name() override { return Call("Shape.Name").Name(); }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "model/Program.h"
-#include "simulate/Streams.h"
+#include "model/Sources.h"
 
 #include <string>
 

@@ -29,7 +29,8 @@ class IVApplication {
   // but a listener that changed the drawing then would do twice what the host restores. False for a host that cannot tell.
   virtual bool IsUndoingOrRedoing() = 0;
   // Whatever is written from here to EndUndoScope is undone as one, under that name; scopes nest, and one inside a command of a
-  // person belongs to the command and ends with it at the latest. Returns the scope's number, or 0 for a host that has no scopes.
+  // person belongs to the command. One ends with the event or the command that it was begun in at the latest. Returns the scope's
+  // number, or 0 for a host that has no scopes.
   virtual int BeginUndoScope(std::string_view name) = 0;
   // Ends the scope begun last, which has that number; nothing happens for 0. Unless it is to be kept, what it wrote is taken
   // back. Throws HostError(kHostNotAllowed) for another number, and for taking back what is inside a command.
