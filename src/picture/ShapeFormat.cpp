@@ -123,9 +123,11 @@ std::string FormatReader::Face(std::string_view value) const {
 
 namespace {
 
+bool IsDistinct(Rgba colour, Rgba ground) { return std::abs(Luminance(ground) - Luminance(colour)) >= kLeastContrast; }
+
 // The colour on that ground, or a contrasting one where it can hardly be told apart.
 Rgba Distinct(Rgba colour, Rgba ground, const Theme& theme) {
-  if (std::abs(Luminance(ground) - Luminance(colour)) >= kLeastContrast) return colour;
+  if (IsDistinct(colour, ground)) return colour;
   Rgba light = theme.Colour("lt1"), dark = theme.Colour("dk1");
   if (Luminance(light) < Luminance(dark)) std::swap(light, dark);
   return Luminance(ground) <= kLightGround ? light : dark;
@@ -257,8 +259,12 @@ class FormatReader::Reading {
     const Rgba paper = theme.Colour("bkgnd");
     if ((varies & kVariesFill) && IsThemed("FillForegnd")) format_.fillColour = Distinct(format_.fillColour, paper, theme);
     if ((varies & kVariesLine) && IsThemed("LineColor")) format_.lineColour = Distinct(format_.lineColour, paper, theme);
-    if (varies & kVariesText)
-      format_.themedText = Distinct(format_.themedText, format_.fillPattern != 0 ? format_.fillColour : paper, theme);
+    if (!(varies & kVariesText)) return;
+    const bool isFilled = format_.fillPattern != 0;
+    const Rgba ground = isFilled ? format_.fillColour : paper;
+    // A text that has no fill behind it takes the colour that the fill would have.
+    if (!isFilled && !IsDistinct(format_.themedText, ground)) format_.themedText = themed_.Base("QuickStyleFillColor");
+    format_.themedText = Distinct(format_.themedText, ground, theme);
   }
 
   void AddNotes() {

@@ -487,6 +487,8 @@ TEST(PictureLines, ArrowHeads) {
   EXPECT_THAT(line(Cell("EndArrow", "14")),
               ElementsAre(StartsWith("line 000000 20: M 0,0 L 2000,0 L 2000,880"), StartsWith("fill ffffff: M 2000,1000"),
                           StartsWith("line 000000 20: M 2000,1000")));
+  EXPECT_THAT(line(Cell("EndArrow", "10")), Contains(AllOf(StartsWith("fill 000000: M 2000,1042 C"), HasSubstr(" 2042,1000 "))))
+      << "a dot around the end";
   EXPECT_THAT(line(Cell("EndArrow", "44")), Contains("fill 000000: M 2000,1000 L 1960,880 L 2040,880 Z"))
       << "an unknown one is the plain one";
   EXPECT_THAT(PaintedOf(Shape(kInCorner + kOnlyLine + Cell("EndArrow", "4") + kRectangle)), SizeIs(1))
@@ -596,7 +598,8 @@ TEST(PictureTheme, ThemedCellsAreTheThemes) {
       "<a:ln w='45720'><a:solidFill><a:schemeClr "
       "val='lt1'/></a:solidFill></a:ln></a:lnStyleLst></a:fmtScheme><vt:fmtConnectorScheme>"
       "<a:fillStyleLst/><a:lnStyleLst><a:ln w='91440'><a:solidFill><a:schemeClr val='phClr'/></a:solidFill></a:ln></a:lnStyleLst>"
-      "</vt:fmtConnectorScheme></a:themeElements></a:theme>";
+      "</vt:fmtConnectorScheme><vt:fontStyles><vt:fontProps><vt:color><a:schemeClr "
+      "val='phClr'/></vt:color></vt:fontProps></vt:fontStyles></a:themeElements></a:theme>";
   std::string themed;
   for (const char* cell : {"FillForegnd", "FillPattern", "LineColor", "LineWeight", "LinePattern"})
     themed += Cell(cell, "Themed");
@@ -631,6 +634,12 @@ TEST(PictureTheme, ThemedCellsAreTheThemes) {
   EXPECT_THAT(painted(matrices + Cell("QuickStyleLineColor", "2") + Cell("BeginX", "0"), sheet("33")),
               Contains("line 0000ff 100"))
       << "lines of connectors have their own list";
+  const std::string text = Cell("FillPattern", "0") + Cell("LinePattern", "0") + Cell("QuickStyleFontColor", "1") +
+                           Cell("QuickStyleFontMatrix", "1") + Cell("QuickStyleFillColor", "2") +
+                           "<Section N='Character'><Row IX='0'>" + Cell("Color", "Themed") + "</Row></Section><Text>x</Text>";
+  EXPECT_THAT(painted(text, sheet("33")), ElementsAre(StartsWith("text ffffff ")));
+  EXPECT_THAT(painted(text + Cell("QuickStyleVariation", "2"), sheet("33")), ElementsAre(StartsWith("text 0000ff ")))
+      << "white on white paper gives way to the fill's colour";
   EXPECT_THAT(painted(matrices, ""), ElementsAre("fill ffffff", "line 000000 10")) << "a page without a theme";
   EXPECT_THAT(painted(matrices, sheet("99")), ElementsAre("fill ffffff", "line 000000 10")) << "a theme that the file has not";
 }
