@@ -82,6 +82,13 @@ struct NewOptions {
 };
 Outcome NewDrawing(const NewOptions& options, std::ostream& output);
 
+struct StencilOptions {
+  std::filesystem::path folder = ".";
+  bool replace = false;
+};
+// Writes the stencil and the template into the folder.
+Outcome WriteStencil(const StencilOptions& options, std::ostream& output);
+
 struct PictureOptions {
   std::filesystem::path file, output;  // the output's ending says what is made: .svg, .png or .pdf
   std::string page;                    // empty: the first, or all

@@ -1,21 +1,16 @@
 #include "app/Commands.h"
-#include "base/FileError.h"
+#include "app/NewFile.h"
 #include "document/Drawing.h"
 #include "platform/FileSystem.h"
 
 #include <fmt/ostream.h>
 
-#include <system_error>
-
 namespace vardo {
 
 Outcome NewDrawing(const NewOptions& options, std::ostream& output) {
-  const std::string file = PathInWords(options.file);
-  std::error_code unknown;  // of a file that cannot even be looked for, saving says why
-  if (!options.replace && std::filesystem::exists(options.file, unknown))
-    throw FileError(file + " exists already; choose another name or give --replace.");
+  if (!options.replace) ExpectFree(options.file);
   Drawing::New()->Save(options.file);
-  fmt::print(output, "Made {}.\n", file);
+  fmt::print(output, "Made {}.\n", PathInWords(options.file));
   return {0, options.file};
 }
 

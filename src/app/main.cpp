@@ -28,6 +28,7 @@ struct CommandLine {
   EditOptions edit;
   ScriptOptions script;
   NewOptions create;
+  StencilOptions stencil;
   PictureOptions picture;
   CLI::App* showCommand = nullptr;
   CLI::App* checkCommand = nullptr;
@@ -36,6 +37,7 @@ struct CommandLine {
   CLI::App* editCommand = nullptr;
   CLI::App* scriptCommand = nullptr;
   CLI::App* newCommand = nullptr;
+  CLI::App* stencilCommand = nullptr;
   CLI::App* pictureCommand = nullptr;
 
   CommandLine() {
@@ -89,6 +91,11 @@ struct CommandLine {
     newCommand->add_option("FILE", create.file, "The drawing to make")->required();
     newCommand->add_flag("--replace", create.replace, "Replace a file of that name");
     newCommand->footer("Examples:\n  vardo new bank.vsdx\n");
+
+    stencilCommand = app.add_subcommand("stencil", "Make the stencil and the template for Visio");
+    stencilCommand->add_option("FOLDER", stencil.folder, "Where to put Vardo.vssx and Vardo.vstx; without it, here");
+    stencilCommand->add_flag("--replace", stencil.replace, "Replace files of these names");
+    stencilCommand->footer("Examples:\n  vardo stencil\n  vardo stencil --replace \"My Shapes\"\n");
 
     pictureCommand = app.add_subcommand("picture", "Make pictures of a drawing's pages: SVG, PNG or PDF");
     pictureCommand->add_option("FILE", picture.file, "The drawing")->required();
@@ -158,6 +165,7 @@ struct CommandLine {
     if (*mergeCommand) return MergeResults(merge, output);
     if (*editCommand) return EditModule(edit, output, argc, argv);
     if (*scriptCommand) return RunScript(script, output, argc, argv);
+    if (*stencilCommand) return WriteStencil(stencil, output);
     if (*pictureCommand) return MakePicture(picture, output);
     return NewDrawing(create, output);
   }

@@ -19,7 +19,7 @@ struct ModuleLook {
   Colours colours;
   // Paths of "M x y" move, "L x y" line, "C x y x y x y" curve with two control points, "Z" back to the last move.
   std::string_view outline;
-  std::string_view details = {};  // lines without fill
+  std::string_view symbol = {};  // of lines without fill; stands in a header, which a line parts from the text below
   Place textFrom = {0, 0}, textTo = {1, 1};
   // In the order of the connection rows, which is what glue and connector checks go by: the exit, the entry, the second exit.
   std::span<const Place> connections = {};

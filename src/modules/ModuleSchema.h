@@ -12,8 +12,9 @@
 namespace vardo {
 
 struct ModuleSchema {
-  std::string_view kind;    // the master's name
-  std::string_view prompt;  // the master's tip in the stencil
+  std::string_view kind;      // the master's name
+  std::string_view prompt;    // the master's tip in the stencil
+  std::string_view keywords;  // by which people find the master, parted by commas
   // In the order in which the rows stand on the shape; the first holds the module's name.
   std::span<const ModuleProperty> properties;
   RowGroup rows = {};

@@ -6,11 +6,12 @@ namespace vardo {
 namespace {
 
 constexpr Connector kConnectors[] = {
-    {"Dynamic connector", "Leads entities from one module to the next.", "", "#404040"},
-    {"True Connector", "Leads from the True exit of a Decide module.", "True", "#2e7d32"},
-    {"False Connector", "Leads from the False exit of a Decide module.", "False", "#c62828"},
-    {"Original Connector", "Leads the original from a Separate module.", "Original", "#1f4e79"},
-    {"Duplicate Connector", "Leads the duplicates from a Separate module.", "Duplicate", "#b45f06"},
+    {"Dynamic connector", "Leads entities from one module to the next.", "connector,line,arrow,flow", "", "#404040"},
+    {"True Connector", "Leads from the True exit of a Decide module.", "connector,line,arrow,yes,decide", "True", "#2e7d32"},
+    {"False Connector", "Leads from the False exit of a Decide module.", "connector,line,arrow,no,decide", "False", "#c62828"},
+    {"Original Connector", "Leads the original from a Separate module.", "connector,line,arrow,separate", "Original", "#1f4e79"},
+    {"Duplicate Connector", "Leads the duplicates from a Separate module.", "connector,line,arrow,copy,separate", "Duplicate",
+     "#b45f06"},
 };
 
 // From (0, 0.5) to (1, 0) of a square inch, by way of two right angles. The host lays the way anew once the ends are glued.
@@ -45,19 +46,13 @@ constexpr FileCell kConnectorBehaviour[] = {
     {"NoLiveDynamics", "1"}, {"ShapeSplittable", "1"},
 };
 
-struct ConnectorCorner {
-  FileCell x, y;
-};
-constexpr ConnectorCorner kConnectorWay[] = {
-    {{"X", "0", "", "Width*0"}, {"Y", "0", "", "Height*0"}},
-    {{"X", "0.5", "", "Width*0.5"}, {"Y", "0", "", "Height*0"}},
-    {{"X", "0.5", "", "Width*0.5"}, {"Y", "-0.5", "", "Height*1"}},
-    {{"X", "1", "", "Width*1"}, {"Y", "-0.5", "", "Height*1"}},
-};
+constexpr Place kConnectorWay[] = {{0, 0}, {0.5, 0}, {0.5, 1}, {1, 1}};
 
 }  // namespace
 
 std::span<const Connector> Connectors() { return kConnectors; }
+
+std::span<const Place> ConnectorWay() { return kConnectorWay; }
 
 void WriteConnector(PartWriter& writer, const Connector& connector) {
   writer.Cells(kConnectorTransform);
@@ -71,9 +66,10 @@ void WriteConnector(PartWriter& writer, const Connector& connector) {
   WriteCharacter(writer, kConnectorTextSize);
   WriteGeometry(writer, 0, false, [&] {
     int row = 0;
-    for (const ConnectorCorner& corner : kConnectorWay)
+    for (const Place& corner : kConnectorWay)
       writer.Element("Row", {{"T", row++ == 0 ? "MoveTo" : "LineTo"}, {"IX", std::to_string(row)}}, [&] {
-        writer.Cells({corner.x, corner.y});
+        writer.Part("X", corner.x, "Width", kConnectorWidth);
+        writer.Part("Y", corner.y, "Height", -kConnectorHeight);
       });
   });
   if (!connector.text.empty()) WriteShapeText(writer, connector.text);

@@ -1,6 +1,7 @@
 #include "stencil/DocumentParts.h"
 
 #include "modules/BookkeepingRows.h"
+#include "stencil/AddinCalls.h"
 #include "stencil/PartWriter.h"
 #include "stencil/SheetRows.h"
 #include "stencil/StyleSheets.h"
@@ -19,8 +20,13 @@ constexpr Setting kSnapAndGlue[] = {
     {"GlueSettings", "9"}, {"SnapSettings", "65847"}, {"SnapExtensions", "34"}, {"SnapAngles", ""}, {"DynamicGridEnabled", "1"}};
 constexpr Setting kProtection[] = {
     {"ProtectStyles", "0"}, {"ProtectShapes", "0"}, {"ProtectMasters", "0"}, {"ProtectBkgnds", "0"}};
+constexpr Setting kStencilGroup[] = {{"StencilGroup", "10"}, {"StencilGroupPos", "1"}};
 constexpr Setting kWindowShows[] = {
     {"ShowRulers", "1"}, {"ShowGrid", "1"}, {"ShowPageBreaks", "0"}, {"ShowGuides", "1"}, {"ShowConnectionPoints", "1"}};
+
+constexpr std::string_view kEventsAtStart[] = {"1", "2"};  // a document is opened, and created
+constexpr std::string_view kCallsAtStart[] = {"SetupEventSink Application", "AddVardoMenu"};
+constexpr std::string_view kRunAddOn = "1";
 
 void WriteSettings(PartWriter& writer, std::span<const Setting> settings) {
   for (const Setting& setting : settings) {
@@ -29,6 +35,20 @@ void WriteSettings(PartWriter& writer, std::span<const Setting> settings) {
     else
       writer.Element(setting.name, {}, setting.value);
   }
+}
+
+void WriteEvents(PartWriter& writer) {
+  writer.Element("EventList", {}, [&] {
+    int id = 0;
+    for (const std::string_view event : kEventsAtStart)
+      for (const std::string_view call : kCallsAtStart)
+        writer.Element("EventItem", {{"ID", std::to_string(id++)},
+                                     {"EventCode", std::string(event)},
+                                     {"Action", std::string(kRunAddOn)},
+                                     {"Enabled", "1"},
+                                     {"Target", AddinCall(call)},
+                                     {"TargetArgs", ""}});
+  });
 }
 
 // A row's initial formula is a number or an empty string in quotation marks.
@@ -42,6 +62,8 @@ PartWriter::Attributes View() {
   return {{"ViewScale", "1"}, {"ViewCenterX", NumberForFile(kPageWidth / 2)}, {"ViewCenterY", NumberForFile(kPageHeight / 2)}};
 }
 
+// Of all that is made, so that it is the same bytes each time.
+constexpr std::string_view kDate = "2026-01-01T00:00:00Z";
 constexpr std::string_view kOfficeDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\r\n";
 
 }  // namespace
@@ -80,11 +102,12 @@ std::string DocumentPart() {
                     {"PreviewScope", "0"},
                     {"DocLangID", kLanguage}});
     });
+    WriteEvents(writer);
   });
 }
 
-std::string WindowsPart() {
-  return VisioPart("Windows", {{"ClientWidth", "1280"}, {"ClientHeight", "800"}}, [](PartWriter& writer) {
+std::string WindowsPart(std::string_view stencil) {
+  return VisioPart("Windows", {{"ClientWidth", "1280"}, {"ClientHeight", "800"}}, [&](PartWriter& writer) {
     PartWriter::Attributes window{
         {"ID", "0"},        {"WindowType", "Drawing"}, {"WindowState", "1073741824"}, {"WindowLeft", "0"},
         {"WindowTop", "0"}, {"WindowWidth", "1280"},   {"WindowHeight", "800"},       {"ContainerType", "Page"},
@@ -95,11 +118,17 @@ std::string WindowsPart() {
       WriteSettings(writer, kSnapAndGlue);
       writer.Element("TabSplitterPos", {}, "0.5");
     });
+    if (stencil.empty()) return;
+    const PartWriter::Attributes docked{
+        {"ID", "1"},          {"WindowType", "Stencil"}, {"WindowState", "67109889"}, {"WindowLeft", "0"},
+        {"WindowTop", "-10"}, {"WindowWidth", "239"},    {"WindowHeight", "670"},     {"Document", std::string(stencil)},
+        {"ParentWindow", "0"}};
+    writer.Element("Window", docked, [&] { WriteSettings(writer, kStencilGroup); });
   });
 }
 
-std::string PageListPart() {
-  return VisioPart("Pages", {}, [](PartWriter& writer) {
+std::string PageListPart(PageContents contents) {
+  return VisioPart("Pages", {}, [&](PartWriter& writer) {
     const std::string name(kFirstPageName), none = StyleNumber(Style::None);
     PartWriter::Attributes page{{"ID", "0"}, {"NameU", name}, {"Name", name}};
     for (auto& attribute : View()) page.push_back(std::move(attribute));
@@ -111,21 +140,25 @@ std::string PageListPart() {
           for (const BookkeepingRow& row : kBookkeepingRows) WriteBookkeepingRow(writer, row);
         });
       });
-      writer.Element("Rel", {{"r:id", "rId1"}});
+      if (contents == PageContents::InPart) writer.Element("Rel", {{"r:id", "rId1"}});
     });
   });
 }
 
 std::string EmptyPagePart() { return VisioPart("PageContents", {}, nullptr); }
 
-std::string CorePropertiesPart() {
+std::string CorePropertiesPart(std::string_view title) {
+  const auto date = [](std::string name) {
+    return "<dcterms:" + name + " xsi:type=\"dcterms:W3CDTF\">" + std::string(kDate) + "</dcterms:" + name + ">";
+  };
+  const std::string creator = title.empty() ? "" : "Vardo", dates = title.empty() ? "" : date("created") + date("modified");
   std::string part(kOfficeDeclaration);
   part +=
       "<cp:coreProperties xmlns:cp=\"http://schemas.openxmlformats.org/package/2006/metadata/core-properties\" "
       "xmlns:dc=\"http://purl.org/dc/elements/1.1/\" xmlns:dcterms=\"http://purl.org/dc/terms/\" "
-      "xmlns:dcmitype=\"http://purl.org/dc/dcmitype/\" xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\">"
-      "<dc:title></dc:title><dc:creator></dc:creator><dc:language>";
-  return part + std::string(kLanguage) + "</dc:language></cp:coreProperties>";
+      "xmlns:dcmitype=\"http://purl.org/dc/dcmitype/\" xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\"><dc:title>";
+  return part + std::string(title) + "</dc:title><dc:creator>" + creator + "</dc:creator>" + dates + "<dc:language>" +
+         std::string(kLanguage) + "</dc:language></cp:coreProperties>";
 }
 
 std::string ApplicationPropertiesPart(const std::vector<std::string>& pages, const std::vector<std::string>& masters) {
@@ -140,7 +173,8 @@ std::string ApplicationPropertiesPart(const std::vector<std::string>& pages, con
   std::string part(kOfficeDeclaration);
   part +=
       "<Properties xmlns=\"http://schemas.openxmlformats.org/officeDocument/2006/extended-properties\" "
-      "xmlns:vt=\"http://schemas.openxmlformats.org/officeDocument/2006/docPropsVTypes\"><Application>Vardo</Application>"
+      "xmlns:vt=\"http://schemas.openxmlformats.org/officeDocument/2006/docPropsVTypes\"><Template></"
+      "Template><Application>Vardo</Application>"
       "<HeadingPairs><vt:vector size=\"4\" baseType=\"variant\">";
   return part + counts + "</vt:vector></HeadingPairs><TitlesOfParts><vt:vector size=\"" +
          std::to_string(pages.size() + masters.size()) + "\" baseType=\"lpstr\">" + titles +

@@ -1,6 +1,7 @@
 #include "stencil/MasterParts.h"
 
 #include "modules/ModuleKinds.h"
+#include "stencil/MasterIcon.h"
 #include "stencil/MasterShapes.h"
 #include "stencil/SheetRows.h"
 #include "stencil/StyleSheets.h"
@@ -45,7 +46,8 @@ void WriteMasterEntry(PartWriter& writer, const MasterPart& master, int number) 
                                           {"IconSize", "1"},
                                           {"AlignName", "2"},
                                           {"MatchByName", "1"},
-                                          {"IconUpdate", "1"},
+                                          {"IconUpdate", "0"},  // the host keeps the icon that is here
+
                                           {"UniqueID", Guid(kUniqueIdStem, number)},
                                           {"BaseID", Guid(kBaseIdStem, number)},
                                           {"PatternFlags", "0"},
@@ -53,8 +55,11 @@ void WriteMasterEntry(PartWriter& writer, const MasterPart& master, int number) 
                                           {"MasterType", std::string(master.type)}};
   writer.Element("Master", attributes, [&] {
     const std::string none = StyleNumber(Style::None);
-    writer.Element("PageSheet", {{"LineStyle", none}, {"FillStyle", none}, {"TextStyle", none}},
-                   [&] { WritePageCells(writer, master.width, master.height, kCustomSize); });
+    writer.Element("PageSheet", {{"LineStyle", none}, {"FillStyle", none}, {"TextStyle", none}}, [&] {
+      WritePageCells(writer, master.width, master.height, kCustomSize);
+      writer.Cell("ShapeKeywords", master.keywords);
+    });
+    writer.Element("Icon", {}, master.icon);
     writer.Element("Rel", {{"r:id", "rId" + std::to_string(number)}});
   });
 }
@@ -62,11 +67,23 @@ void WriteMasterEntry(PartWriter& writer, const MasterPart& master, int number) 
 std::vector<MasterPart> WriteMasterParts() {
   std::vector<MasterPart> parts;
   for (const ModuleSchema& module : kModules)
-    parts.push_back({module.kind, module.prompt, module.look.width, module.look.height, kShapeMaster,
-                     ContentsOf(Style::Normal, [&](PartWriter& writer) { WriteModule(writer, module); })});
+    parts.push_back({.name = module.kind,
+                     .prompt = module.prompt,
+                     .keywords = module.keywords,
+                     .width = module.look.width,
+                     .height = module.look.height,
+                     .type = kShapeMaster,
+                     .icon = IconOf(module.look),
+                     .contents = ContentsOf(Style::Normal, [&](PartWriter& writer) { WriteModule(writer, module); })});
   for (const Connector& connector : Connectors())
-    parts.push_back({connector.name, connector.prompt, kConnectorWidth, kConnectorHeight, kConnectorMaster,
-                     ContentsOf(Style::Connector, [&](PartWriter& writer) { WriteConnector(writer, connector); })});
+    parts.push_back({.name = connector.name,
+                     .prompt = connector.prompt,
+                     .keywords = connector.keywords,
+                     .width = kConnectorWidth,
+                     .height = kConnectorHeight,
+                     .type = kConnectorMaster,
+                     .icon = ConnectorIcon(connector.colour),
+                     .contents = ContentsOf(Style::Connector, [&](PartWriter& writer) { WriteConnector(writer, connector); })});
   return parts;
 }
 

@@ -8,9 +8,10 @@
 namespace vardo {
 
 struct MasterPart {
-  std::string_view name, prompt;
+  std::string_view name, prompt, keywords;
   double width, height;   // inches
   std::string_view type;  // the host's mark: a shape or a connector
+  std::string icon;       // as the list of masters holds it
   std::string contents;   // the XML of its own part
 };
 

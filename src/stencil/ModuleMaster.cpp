@@ -1,17 +1,16 @@
+#include "stencil/AddinCalls.h"
+#include "stencil/LookPath.h"
 #include "stencil/MasterShapes.h"
 #include "stencil/SheetRows.h"
 #include "stencil/StyleSheets.h"
 
-#include <locale>
-#include <sstream>
+#include <string>
 
 namespace vardo {
 namespace {
 
-constexpr std::string_view kEditAction =
-    "RUNADDON(\"Set t=CreateObject(\"\"VardoBasic.Application\"\"):t.ShowEditor Application,ActiveWindow.Selection.Item(1)\")";
-constexpr std::string_view kSubmodelAction =
-    "RUNADDON(\"Set t=CreateObject(\"\"VardoBasic.Application\"\"):t.Submodel Application,ActiveWindow.Selection.Item(1)\")";
+// Above it a data module shows its symbol, below it its text.
+constexpr std::string_view kHeaderLine = "M0 .7 L1 .7 ";
 
 void WriteModuleTransform(PartWriter& writer, const ModuleLook& look) {
   writer.Cell("PinX", NumberForFile(look.width / 2));
@@ -75,53 +74,34 @@ void WriteUser(PartWriter& writer, std::string name, std::string_view value, std
   });
 }
 
-// The steps of a path as rows of a Geometry section.
-class PathRows {
- public:
-  PathRows(PartWriter& writer, std::string_view path) : writer_(writer), steps_(std::string(path)) {
-    steps_.imbue(std::locale::classic());
+std::string_view RowType(PathStep::Kind kind) {
+  switch (kind) {
+    case PathStep::Kind::Move:
+      return "RelMoveTo";
+    case PathStep::Kind::Line:
+      return "RelLineTo";
+    default:
+      return "RelCubBezTo";
   }
+}
 
-  void Write() {
-    for (char letter; steps_ >> letter;) {
-      if (letter == 'M') Row("RelMoveTo", start_ = Next());
-      if (letter == 'L') Row("RelLineTo", Next());
-      if (letter == 'Z') Row("RelLineTo", start_);
-      if (letter == 'C') Curve();
-    }
-  }
-
- private:
-  Place Next() {
-    Place place{};
-    steps_ >> place.x >> place.y;
-    return place;
-  }
-
-  void Row(std::string_view type, Place to, std::span<const FileCell> controls = {}) {
-    writer_.Element("Row", {{"T", std::string(type)}, {"IX", std::to_string(++row_)}}, [&] {
-      writer_.Cell("X", NumberForFile(to.x));
-      writer_.Cell("Y", NumberForFile(to.y));
-      writer_.Cells(controls);
-    });
-  }
-
-  void Curve() {
-    const Place first = Next(), second = Next();
-    const std::string a = NumberForFile(first.x), b = NumberForFile(first.y), c = NumberForFile(second.x),
-                      d = NumberForFile(second.y);
-    const FileCell controls[] = {{"A", a}, {"B", b}, {"C", c}, {"D", d}};
-    Row("RelCubBezTo", Next(), controls);
-  }
-
-  PartWriter& writer_;
-  std::istringstream steps_;
-  Place start_{};
-  int row_ = 0;
-};
+void WriteStep(PartWriter& writer, const PathStep& step, int row) {
+  writer.Element("Row", {{"T", std::string(RowType(step.kind))}, {"IX", std::to_string(row)}}, [&] {
+    writer.Cell("X", NumberForFile(step.to.x));
+    writer.Cell("Y", NumberForFile(step.to.y));
+    if (step.kind != PathStep::Kind::Curve) return;
+    writer.Cell("A", NumberForFile(step.control1.x));
+    writer.Cell("B", NumberForFile(step.control1.y));
+    writer.Cell("C", NumberForFile(step.control2.x));
+    writer.Cell("D", NumberForFile(step.control2.y));
+  });
+}
 
 void WritePath(PartWriter& writer, int index, std::string_view path, bool filled) {
-  WriteGeometry(writer, index, filled, [&] { PathRows(writer, path).Write(); });
+  WriteGeometry(writer, index, filled, [&] {
+    int row = 0;
+    for (const PathStep& step : StepsOf(path)) WriteStep(writer, step, ++row);
+  });
 }
 
 }  // namespace
@@ -129,8 +109,9 @@ void WritePath(PartWriter& writer, int index, std::string_view path, bool filled
 void WriteModule(PartWriter& writer, const ModuleSchema& module) {
   const ModuleLook& look = module.look;
   const bool hasSubmodel = module.kind == "Process";
+  const std::string edit = RunFormula(AddinCall("ShowEditor Application,ActiveWindow.Selection.Item(1)"));
   WriteModuleTransform(writer, look);
-  writer.Cell("EventDblClick", "0", {}, kEditAction);
+  writer.Cell("EventDblClick", "0", {}, edit);
   WriteTextBlock(writer, look);
   writer.Cell("ObjType", "1");
   WriteColours(writer, look.colours);
@@ -142,8 +123,10 @@ void WriteModule(PartWriter& writer, const ModuleSchema& module) {
       for (size_t i = 0; i < look.connections.size(); ++i) WriteConnection(writer, i, look.connections[i], look);
     });
   writer.Section("Actions", [&] {
-    WriteAction(writer, "Edit", "&Properties...", kEditAction);
-    if (hasSubmodel) WriteAction(writer, "Submodel", "Edit &Submodel", kSubmodelAction, "User.menuid");
+    WriteAction(writer, "Edit", "&Properties...", edit);
+    if (hasSubmodel)
+      WriteAction(writer, "Submodel", "Edit &Submodel",
+                  RunFormula(AddinCall("Submodel Application,ActiveWindow.Selection.Item(1)")), "User.menuid");
   });
   writer.Section("User", [&] {
     WriteUser(writer, "ClassName", module.kind, kText);
@@ -151,7 +134,7 @@ void WriteModule(PartWriter& writer, const ModuleSchema& module) {
   });
   WriteCharacter(writer, kModuleTextSize);
   WritePath(writer, 0, look.outline, true);
-  if (!look.details.empty()) WritePath(writer, 1, look.details, false);
+  if (!look.symbol.empty()) WritePath(writer, 1, std::string(kHeaderLine) + std::string(look.symbol), false);
   WriteShapeText(writer, module.Name().defaultValue);
 }
 

@@ -59,7 +59,8 @@ void PartWriter::Cells(std::span<const FileCell> cells) {
 }
 
 void PartWriter::Part(std::string_view name, double fraction, std::string_view ofCell, double size) {
-  Cell(name, NumberForFile(fraction * size), {}, std::string(ofCell) + "*" + NumberForFile(fraction));
+  Cell(name, NumberForFile(fraction * size + 0.0), {},  // never a negative zero
+       std::string(ofCell) + "*" + NumberForFile(fraction));
 }
 
 std::string VisioPart(std::string_view root, const PartWriter::Attributes& attributes,

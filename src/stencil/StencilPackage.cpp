@@ -80,16 +80,30 @@ class NewParts {
   std::map<std::string, std::vector<Related>> relationships_;
 };
 
-void AddDocument(NewParts& parts) {
-  parts.Add(kDocument, DocumentPart(), VisioType("drawing.main"));
+// What the three kinds of file differ in.
+struct FileKind {
+  std::string_view name;     // how sentences name it
+  std::string_view type;     // as the content type of its document says it
+  std::string_view title;    // for those who see it in a list of files
+  bool canBeDrawnOn;         // has contents of its page and a window on it
+  std::string_view stencil;  // the file of the one that is opened with it
+};
+constexpr FileKind kDrawing{"the new drawing", "drawing", "", true, ""};
+constexpr FileKind kTemplate{"the template", "template", "Vardo Model", true, kStencilFile};
+constexpr FileKind kStencil{"the stencil", "stencil", "Vardo Modules", false, ""};
+
+void AddDocument(NewParts& parts, const FileKind& kind) {
+  parts.Add(kDocument, DocumentPart(), VisioType(std::string(kind.type) + ".main"));
   parts.Relate("", VisioRelationship("document"), kDocument);
-  parts.Add(kWindows, WindowsPart(), VisioType("windows"));
+  if (!kind.canBeDrawnOn) return;
+  parts.Add(kWindows, WindowsPart(kind.stencil), VisioType("windows"));
   parts.Relate(kDocument, VisioRelationship("windows"), kWindows);
 }
 
-void AddPage(NewParts& parts) {
-  parts.Add(kPages, PageListPart(), VisioType("pages"));
+void AddPage(NewParts& parts, const FileKind& kind) {
+  parts.Add(kPages, PageListPart(kind.canBeDrawnOn ? PageContents::InPart : PageContents::None), VisioType("pages"));
   parts.Relate(kDocument, VisioRelationship("pages"), kPages);
+  if (!kind.canBeDrawnOn) return;
   parts.Add(kPage, EmptyPagePart(), VisioType("page"));
   parts.Relate(kPages, VisioRelationship("page"), kPage);
 }
@@ -106,8 +120,8 @@ void AddMasters(NewParts& parts) {
   }
 }
 
-void AddProperties(NewParts& parts) {
-  parts.Add(kCoreProperties, CorePropertiesPart(), "application/vnd.openxmlformats-package.core-properties+xml");
+void AddProperties(NewParts& parts, const FileKind& kind) {
+  parts.Add(kCoreProperties, CorePropertiesPart(kind.title), "application/vnd.openxmlformats-package.core-properties+xml");
   parts.Relate("", "http://schemas.openxmlformats.org/package/2006/relationships/metadata/core-properties", kCoreProperties);
   parts.Add(kApplicationProperties, ApplicationPropertiesPart({std::string(kFirstPageName)}, StencilMasterNames()),
             "application/vnd.openxmlformats-officedocument.extended-properties+xml");
@@ -115,16 +129,20 @@ void AddProperties(NewParts& parts) {
                kApplicationProperties);
 }
 
+std::unique_ptr<Package> Make(const FileKind& kind) {
+  NewParts parts;
+  AddDocument(parts, kind);
+  AddMasters(parts);
+  AddPage(parts, kind);
+  AddProperties(parts, kind);
+  return Package::Create(std::string(kind.name), parts.Take());
+}
+
 }  // namespace
 
-std::unique_ptr<Package> MakeNewDrawing() {
-  NewParts parts;
-  AddDocument(parts);
-  AddMasters(parts);
-  AddPage(parts);
-  AddProperties(parts);
-  return Package::Create("the new drawing", parts.Take());
-}
+std::unique_ptr<Package> MakeNewDrawing() { return Make(kDrawing); }
+std::unique_ptr<Package> MakeTemplate() { return Make(kTemplate); }
+std::unique_ptr<Package> MakeStencil() { return Make(kStencil); }
 
 const std::vector<std::string>& StencilMasterNames() {
   static const std::vector<std::string> names = [] {

@@ -21,11 +21,12 @@ inline constexpr ModuleProperty kEntityProperties[] = {
 inline constexpr ModuleSchema kEntityModule = {
     .kind = "Entity",
     .prompt = "Defines an entity type: its picture and its costs.",
+    .keywords = "type,picture,cost,item,customer",
     .properties = kEntityProperties,
     // A parcel.
     .look = {.colours = kDataColours,
              .outline = kBoxOutline,
-             .details = "M0 .7 L1 .7 M.05 .76 L.17 .76 L.17 .94 L.05 .94 Z M.05 .87 L.17 .87 M.11 .87 L.11 .94",
+             .symbol = "M.05 .76 L.17 .76 L.17 .94 L.05 .94 Z M.05 .87 L.17 .87 M.11 .87 L.11 .94",
              .textTo = kBelowHeader},
 };
 

@@ -16,12 +16,12 @@ inline constexpr ModuleProperty kQueueProperties[] = {
 inline constexpr ModuleSchema kQueueModule = {
     .kind = "Queue",
     .prompt = "Defines how the entities in a queue are ranked.",
+    .keywords = "waiting line,rank,order,FIFO,LIFO,priority",
     .properties = kQueueProperties,
     // Three that wait.
     .look = {.colours = kDataColours,
              .outline = kBoxOutline,
-             .details =
-                 "M0 .7 L1 .7 M.06 .76 L.06 .94 M.11 .76 L.11 .94 M.16 .76 L.16 .94 M.21 .85 L.3 .85 M.27 .89 L.3 .85 L.27 .81",
+             .symbol = "M.06 .76 L.06 .94 M.11 .76 L.11 .94 M.16 .76 L.16 .94 M.21 .85 L.3 .85 M.27 .89 L.3 .85 L.27 .81",
              .textTo = kBelowHeader},
 };
 

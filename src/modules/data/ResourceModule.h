@@ -24,12 +24,12 @@ inline constexpr ModuleProperty kResourceProperties[] = {
 inline constexpr ModuleSchema kResourceModule = {
     .kind = "Resource",
     .prompt = "Defines a resource: its capacity and its costs.",
+    .keywords = "capacity,staff,machine,worker,server,cost",
     .properties = kResourceProperties,
     // A nut.
     .look = {.colours = kDataColours,
              .outline = kBoxOutline,
-             .details =
-                 "M0 .7 L1 .7 M.05 .85 L.08 .76 L.14 .76 L.17 .85 L.14 .94 L.08 .94 Z M.09 .85 L.11 .88 L.13 .85 L.11 .82 Z",
+             .symbol = "M.05 .85 L.08 .76 L.14 .76 L.17 .85 L.14 .94 L.08 .94 Z M.09 .85 L.11 .88 L.13 .85 L.11 .82 Z",
              .textTo = kBelowHeader},
 };
 

@@ -24,12 +24,13 @@ inline constexpr RowColumn kScheduleColumns[] = {
 inline constexpr ModuleSchema kScheduleModule = {
     .kind = "Schedule",
     .prompt = "Defines how a capacity or an arrival rate changes with time.",
+    .keywords = "calendar,shift,rate,capacity,time",
     .properties = kScheduleProperties,
     .rows = {"Schedule_DCount", kScheduleColumns},
     // Values that change with time.
     .look = {.colours = kDataColours,
              .outline = kBoxOutline,
-             .details = "M0 .7 L1 .7 M.05 .76 L.05 .84 L.1 .84 L.1 .94 L.15 .94 L.15 .87 L.2 .87 L.2 .81 L.25 .81 L.25 .76 Z",
+             .symbol = "M.05 .76 L.05 .84 L.1 .84 L.1 .94 L.15 .94 L.15 .87 L.2 .87 L.2 .81 L.25 .81 L.25 .76 Z",
              .textTo = kBelowHeader},
 };
 

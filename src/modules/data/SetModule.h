@@ -32,13 +32,14 @@ inline constexpr RowColumn kSetColumns[] = {
 inline constexpr ModuleSchema kSetModule = {
     .kind = "Set",
     .prompt = "Defines a named list of resources, counters, tallies, entity types or pictures.",
+    .keywords = "group,list,members",
     .properties = kSetProperties,
     .rows = {"SetM_Count", kSetColumns},
     // A stack of cards.
     .look = {.colours = kDataColours,
              .outline = kBoxOutline,
-             .details = "M0 .7 L1 .7 M.05 .76 L.13 .76 L.13 .88 L.05 .88 Z M.08 .88 L.08 .91 L.16 .91 L.16 .79 L.13 .79 "
-                        "M.11 .91 L.11 .94 L.19 .94 L.19 .82 L.16 .82",
+             .symbol = "M.05 .76 L.13 .76 L.13 .88 L.05 .88 Z M.08 .88 L.08 .91 L.16 .91 L.16 .79 L.13 .79 "
+                       "M.11 .91 L.11 .94 L.19 .94 L.19 .82 L.16 .82",
              .textTo = kBelowHeader},
 };
 

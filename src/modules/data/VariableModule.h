@@ -22,12 +22,13 @@ inline constexpr RowColumn kVariableColumns[] = {
 inline constexpr ModuleSchema kVariableModule = {
     .kind = "Variable",
     .prompt = "Defines a variable: its dimensions and its initial values.",
+    .keywords = "value,number,array,initial",
     .properties = kVariableProperties,
     .rows = {"Variable_ICount", kVariableColumns},
     // x =
     .look = {.colours = kDataColours,
              .outline = kBoxOutline,
-             .details = "M0 .7 L1 .7 M.05 .77 L.14 .93 M.05 .93 L.14 .77 M.19 .82 L.27 .82 M.19 .88 L.27 .88",
+             .symbol = "M.05 .77 L.14 .93 M.05 .93 L.14 .77 M.19 .82 L.27 .82 M.19 .88 L.27 .88",
              .textTo = kBelowHeader},
 };
 

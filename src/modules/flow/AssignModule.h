@@ -29,6 +29,7 @@ inline constexpr Place kAssignConnections[] = {{0.94, 0.5}, {0.06, 0.5}};
 inline constexpr ModuleSchema kAssignModule = {
     .kind = "Assign",
     .prompt = "Variables, attributes, entity types and pictures get new values.",
+    .keywords = "set value,variable,attribute,change",
     .properties = kAssignProperties,
     .rows = {"AssignCount", kAssignColumns},
     .look = {.colours = kWorkColours,

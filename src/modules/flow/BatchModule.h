@@ -18,6 +18,7 @@ inline constexpr ModuleProperty kBatchProperties[] = {
 inline constexpr ModuleSchema kBatchModule = {
     .kind = "Batch",
     .prompt = "A number of entities are gathered into one.",
+    .keywords = "group,gather,combine,collect,join",
     .properties = kBatchProperties,
     .look = {.colours = kRoutingColours, .outline = "M0 0 L.7 0 L1 .22 L1 .78 L.7 1 L0 1 Z", .connections = kExitAndEntry},
 };

@@ -24,6 +24,7 @@ inline constexpr Place kCreateConnections[] = {{1, 0.5}};
 inline constexpr ModuleSchema kCreateModule = {
     .kind = "Create",
     .prompt = "Entities arrive here and enter the model.",
+    .keywords = "arrival,start,source,begin,enter,generate",
     .properties = kCreateProperties,
     .look = {.colours = kEndColours,
              .outline = "M0 0 L.8 0 L1 .5 L.8 1 L0 1 Z",

@@ -24,6 +24,7 @@ inline constexpr Place kDecideConnections[] = {{1, 0.5}, {0, 0.5}, {0.5, 0}};
 inline constexpr ModuleSchema kDecideModule = {
     .kind = "Decide",
     .prompt = "Entities leave by one of two exits, by chance or by condition.",
+    .keywords = "branch,condition,choice,if,chance,decision",
     .properties = kDecideProperties,
     .look = {.width = 1.5,
              .height = 1,

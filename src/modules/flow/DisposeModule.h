@@ -16,6 +16,7 @@ inline constexpr Place kDisposeConnections[] = {{0, 0.5}};
 inline constexpr ModuleSchema kDisposeModule = {
     .kind = "Dispose",
     .prompt = "Entities leave the model here.",
+    .keywords = "end,exit,sink,leave,departure",
     .properties = kDisposeProperties,
     .look = {.colours = kEndColours,
              .outline = "M1 0 L1 1 L.2 1 L0 .5 L.2 0 Z",

@@ -45,6 +45,7 @@ inline constexpr RowColumn kProcessColumns[] = {
 inline constexpr ModuleSchema kProcessModule = {
     .kind = "Process",
     .prompt = "Entities are worked on: they wait for resources, are delayed, and release them.",
+    .keywords = "work,delay,activity,task,server,seize,release,submodel",
     .properties = kProcessProperties,
     .rows = {"Process_RCount", kProcessColumns},
     .look = {.colours = kWorkColours, .outline = kBoxOutline, .connections = kExitAndEntry},

@@ -23,6 +23,7 @@ inline constexpr ModuleProperty kRecordProperties[] = {
 inline constexpr ModuleSchema kRecordModule = {
     .kind = "Record",
     .prompt = "A count, a time or an expression is recorded as entities pass.",
+    .keywords = "count,tally,measure,statistics,time",
     .properties = kRecordProperties,
     .look = {.colours = kWorkColours,
              .outline = "M0 .12 C.35 -.14 .65 .38 1 .12 L1 1 L0 1 Z",

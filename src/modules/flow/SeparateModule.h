@@ -27,6 +27,7 @@ inline constexpr Place kSeparateConnections[] = {{1, 0.5}, {0, 0.5}, {0.8912, 0}
 inline constexpr ModuleSchema kSeparateModule = {
     .kind = "Separate",
     .prompt = "Entities are duplicated, or a batch is split into its members.",
+    .keywords = "split,duplicate,copy,ungroup",
     .properties = kSeparateProperties,
     .rows = {"Separate_ACount", kSeparateColumns},
     .look = {.colours = kRoutingColours, .outline = "M0 .22 L.3 0 L1 0 L1 1 L.3 1 L0 .78 Z", .connections = kSeparateConnections},
