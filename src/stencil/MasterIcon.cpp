@@ -68,6 +68,8 @@ Frame Centred(double width, double height) { return {(kPixels - width) / 2, (kPi
 // With the odd number of pixels below, so that both edges lead through the middles of pixels.
 double Odd(double size) { return 2 * std::floor((size - 1) / 2) + 1; }
 
+double PixelMiddle(double value) { return std::floor(value) + 0.5; }
+
 double Distance(Place p, Place a, Place b) {
   const double x = b.x - a.x, y = b.y - a.y, length = x * x + y * y;
   const double along = length == 0 ? 0 : std::clamp(((p.x - a.x) * x + (p.y - a.y) * y) / length, 0.0, 1.0);
@@ -229,7 +231,7 @@ Lines EnlargedSymbol(const ModuleLook& look) {
     }
   const double scale = std::min(kWidth / (most.x - least.x), kHeight / (most.y - least.y));
   const auto toPixels = [&](double value, double low, double high) {
-    return std::round(kMiddle + (value - (low + high) / 2) * scale - 0.5) + 0.5;
+    return PixelMiddle(kMiddle + (value - (low + high) / 2) * scale);
   };
   for (Line& line : lines)
     for (Place& place : line) place = {toPixels(place.x, least.x, most.x), toPixels(place.y, least.y, most.y)};
@@ -255,7 +257,7 @@ std::string ConnectorIcon(std::string_view colour) {
   const Frame frame = Centred(kIconWidth, kHeight);
   Line way;
   for (const Place& corner : ConnectorWay())
-    way.push_back({frame.left + corner.x * frame.width, frame.top + corner.y * frame.height});
+    way.push_back({PixelMiddle(frame.left + corner.x * frame.width), PixelMiddle(frame.top + corner.y * frame.height)});
   const Place tip = way.back();
   way.back().x -= kHeadLength / 2;  // the line ends within the head
   const Line head{{tip.x - kHeadLength, tip.y - kHeadHalf}, {tip.x, tip.y}, {tip.x - kHeadLength, tip.y + kHeadHalf}};

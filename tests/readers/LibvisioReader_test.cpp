@@ -4,6 +4,7 @@
 #include "addin/host/IVShape.h"
 #include "base/FileError.h"
 #include "memoryhost/DrawingHost.h"
+#include "stencil/StencilPackage.h"
 
 #include <gtest/gtest.h>
 #include <librevenge-stream/librevenge-stream.h>
@@ -104,6 +105,15 @@ Seen See(const fs::path& file) {
   return seen;
 }
 
+// A page for each master.
+Seen SeeMasters(const fs::path& file) {
+  Seen seen;
+  librevenge::RVNGFileStream stream(file.c_str());
+  Watcher watcher(seen);
+  seen.readable = libvisio::VisioDocument::isSupported(&stream) && libvisio::VisioDocument::parseStencils(&stream, &watcher);
+  return seen;
+}
+
 void PrintTo(const Seen& seen, std::ostream* out) {
   *out << (seen.readable ? "" : "unreadable, ") << seen.pages << " pages, " << seen.shapes << " shapes, " << seen.texts.size()
        << " texts";
@@ -195,6 +205,23 @@ TEST(LibvisioReader, SeesWhatWeDraw) {
     EXPECT_NE(std::find(seen.texts.begin(), seen.texts.end(), "the " + master + "\n"), seen.texts.end()) << master;
   }
   ExpectSeenAlike(file);
+}
+
+TEST(LibvisioReader, SeesTheMastersOfTheStencilAndTheTemplate) {
+  const TempFolder folder;
+  const fs::path stencil = folder / "Vardo.vssx", drawing = folder / "Vardo.vstx";
+  MakeStencil()->Save(stencil);
+  MakeTemplate()->Save(drawing);
+  for (const fs::path& file : {stencil, drawing}) {
+    const Seen seen = SeeMasters(file);
+    ASSERT_TRUE(seen.readable) << file;
+    EXPECT_EQ(seen.pages, 19);
+    EXPECT_GE(seen.shapes, 19);
+    for (const std::string text : {"Create 1", "Variable 1", "Duplicate"})
+      EXPECT_TRUE(std::ranges::any_of(seen.texts, [&](const auto& shown) { return IsText(shown, text); })) << text;
+  }
+  EXPECT_EQ(See(drawing).pages, 1);
+  EXPECT_EQ(See(drawing).shapes, 0);
 }
 
 TEST(LibvisioReader, SeesShapesWhosePointsCameAndWent) {

@@ -2,6 +2,7 @@
 #include "TestDrawings.h"
 #include "base/FileError.h"
 #include "memoryhost/DrawingHost.h"
+#include "stencil/StencilPackage.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -136,6 +137,14 @@ TEST(RoundTrip, NewDrawings) {
   for (const std::string& master : host.MasterNames()) host.Drop(master, host.ActivePage().id(), 1, 1, std::nullopt);
   host.Save(folder / "new.vsdx");
   ExpectLosslessRoundTrip(folder / "new.vsdx");
+}
+
+TEST(RoundTrip, TheStencilAndTheTemplate) {
+  const TempFolder folder;
+  MakeStencil()->Save(folder / "Vardo.vssx");
+  MakeTemplate()->Save(folder / "Vardo.vstx");
+  ExpectLosslessRoundTrip(folder / "Vardo.vssx");
+  ExpectLosslessRoundTrip(folder / "Vardo.vstx");
 }
 
 TEST(RoundTrip, BothHeadersOfAnEntryMarkItsNameAlike) {

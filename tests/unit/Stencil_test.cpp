@@ -546,33 +546,157 @@ TEST_F(Stencil, StylesGiveLinesFillAndText) {
               Root("visio/document.xml").child("FaceNames").child("FaceName").attribute("NameU").value());
 }
 
-TEST_F(Stencil, EveryPartIsWellFormedAndReached) {
+TEST_F(Stencil, OpeningOrCreatingADocumentStartsTheAddin) {
+  std::vector<std::string> started;
+  for (const pugi::xml_node item : Root("visio/document.xml").child("EventList").children("EventItem"))
+    started.push_back(item.attribute("EventCode").value() + std::string(" ") + item.attribute("Target").value());
+  EXPECT_THAT(started, testing::ElementsAre(R"(1 Set t=CreateObject("VardoBasic.Application"):t.SetupEventSink Application)",
+                                            R"(1 Set t=CreateObject("VardoBasic.Application"):t.AddVardoMenu)",
+                                            R"(2 Set t=CreateObject("VardoBasic.Application"):t.SetupEventSink Application)",
+                                            R"(2 Set t=CreateObject("VardoBasic.Application"):t.AddVardoMenu)"));
+}
+
+// A line for a row of pixels that shows something: "." where it is transparent, "o" white, "#" of another colour.
+std::string PixelsOf(std::string_view icon) {
+  constexpr std::string_view kDigits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  constexpr size_t kColours = 126, kMask = 638;
+  std::string bits;
+  for (const char digit : icon)
+    if (const size_t value = kDigits.find(digit); value != std::string_view::npos)
+      for (int bit = 5; bit >= 0; --bit) bits += (value >> bit & 1) != 0 ? '1' : '0';
+  constexpr size_t kSide = 32;
+  std::vector<std::string> rows(kSide);
+  for (size_t i = 0; i < kSide * kSide; ++i) {
+    const std::string colour = bits.substr(8 * kColours + 4 * i, 4);
+    rows[kSide - 1 - i / kSide] += bits.at(8 * kMask + i) == '1' ? '.' : colour == "1111" ? 'o' : '#';
+  }
+  std::string text = "\n";
+  for (const std::string& row : rows)
+    if (row.find_first_not_of('.') != std::string::npos) text += row + "\n";
+  return text;
+}
+
+constexpr std::string_view kCreateIcon = R"(
+.########################.......
+.#ooooooooooooooooooooooo#......
+.#ooooooooooooooooooooooo##.....
+.#oooooooooooooooooooooooo#.....
+.#ooooooooooooooooooooooooo#....
+.#ooooooooooooooooooooooooo##...
+.#oooooooooooooooooooooooooo#...
+.#ooooooooooooooooooooooooooo#..
+.#oooooooooooooooooooooooooooo#.
+.#oooooooooooooooooooooooooooo#.
+.#ooooooooooooooooooooooooooo#..
+.#oooooooooooooooooooooooooo#...
+.#ooooooooooooooooooooooooo##...
+.#ooooooooooooooooooooooooo#....
+.#oooooooooooooooooooooooo#.....
+.#ooooooooooooooooooooooo##.....
+.#ooooooooooooooooooooooo#......
+.########################.......
+)";
+constexpr std::string_view kConnectorIcon = R"(
+.################...............
+................#...............
+................#...............
+................#...............
+................#...............
+................#...............
+................#...............
+................#...............
+................#...............
+................#...............
+................#...............
+................#.....#.........
+................#.....###.......
+................#.....#####.....
+................#.....#######...
+................##############..
+......................#######...
+......................#####.....
+......................###.......
+......................#.........
+)";
+
+TEST_F(Stencil, IconsShowTheShapes) {
+  const auto pixels = [&](std::string_view master) { return PixelsOf(Entry(master).child("Icon").text().get()); };
+  EXPECT_EQ(pixels("Create"), kCreateIcon);
+  EXPECT_EQ(pixels("Dynamic connector"), kConnectorIcon);
+  for (const std::string& name : StencilMasterNames())
+    EXPECT_STREQ(Entry(name).attribute("IconUpdate").value(), "0") << "the host would draw its own icon of " << name;
+}
+
+TEST_F(Stencil, PeopleFindMastersByTheirKeywords) {
+  for (const std::string& name : StencilMasterNames()) {
+    EXPECT_STRNE(Entry(name).attribute("Prompt").value(), "") << name;
+    EXPECT_THAT(Value(Entry(name).child("PageSheet"), "ShapeKeywords"), HasSubstr(",")) << name;
+  }
+}
+
+TEST_F(Stencil, TheTemplateIsANewDrawingThatOpensTheStencil) {
+  const std::unique_ptr<Package> made = MakeTemplate();
+  ASSERT_EQ(made->PartNames(), package_->PartNames());
+  std::vector<std::string> differing;
+  for (const std::string& name : made->PartNames())
+    if (made->Bytes(name) != package_->Bytes(name)) differing.push_back(name);
+  EXPECT_THAT(differing, testing::UnorderedElementsAre("[Content_Types].xml", "visio/windows.xml", "docProps/core.xml"));
+  EXPECT_EQ(made->ContentTypeOf("visio/document.xml"), "application/vnd.ms-visio.template.main+xml");
+  const pugi::xml_node window = made->Xml("visio/windows.xml").root().last_child();
+  EXPECT_STREQ(window.attribute("WindowType").value(), "Stencil");
+  EXPECT_EQ(window.attribute("Document").value(), kStencilFile) << "by its name alone, wherever it is";
+}
+
+TEST_F(Stencil, TheStencilIsTheMastersWithoutAPageToDrawOn) {
+  const std::unique_ptr<Package> made = MakeStencil();
+  EXPECT_EQ(made->ContentTypeOf("visio/document.xml"), "application/vnd.ms-visio.stencil.main+xml");
+  for (const std::string& name : package_->PartNames()) {
+    const bool isForDrawing =
+        name == "visio/windows.xml" || name == "visio/pages/page1.xml" || name == "visio/pages/_rels/pages.xml.rels";
+    EXPECT_EQ(made->Has(name), !isForDrawing) << name;
+    if (name.starts_with("visio/masters/") || name == "visio/document.xml") {
+      EXPECT_EQ(made->Bytes(name), package_->Bytes(name)) << name;
+    }
+  }
+  const pugi::xml_node page = made->Xml("visio/pages/pages.xml").root().child("Page");
+  EXPECT_TRUE(page.child("PageSheet"));
+  EXPECT_FALSE(page.child("Rel"));
+}
+
+// Every part is declared, reached and well-formed, and every relationship leads somewhere.
+void ExpectWhole(const std::unique_ptr<Package>& package) {
   std::vector<std::string> sources{""};
   size_t reached = 0;
   for (size_t i = 0; i < sources.size(); ++i)
-    for (const Relationship& relationship : package_->RelationshipsOf(sources[i])) {
-      EXPECT_TRUE(package_->Has(relationship.target)) << relationship.target;
+    for (const Relationship& relationship : package->RelationshipsOf(sources[i])) {
+      EXPECT_TRUE(package->Has(relationship.target)) << relationship.target;
       sources.push_back(relationship.target);
       ++reached;
     }
   size_t parts = 0;
-  for (const std::string& name : package_->PartNames()) {
+  for (const std::string& name : package->PartNames()) {
     pugi::xml_document document;
-    EXPECT_TRUE(document.load_string(package_->Bytes(name).c_str())) << name;
+    EXPECT_TRUE(document.load_string(package->Bytes(name).c_str())) << name;
     if (name.ends_with(".rels") || name.starts_with("[")) continue;
     ++parts;
-    EXPECT_THAT(package_->Bytes("[Content_Types].xml"), HasSubstr("\"/" + name + "\""));
+    EXPECT_THAT(package->Bytes("[Content_Types].xml"), HasSubstr("\"/" + name + "\""));
     if (name.starts_with("visio/")) {
-      EXPECT_THAT(package_->Bytes(name), StartsWith("<?xml version='1.0' encoding='utf-8' ?>\r\n<")) << name;
+      EXPECT_THAT(package->Bytes(name), StartsWith("<?xml version='1.0' encoding='utf-8' ?>\r\n<")) << name;
     }
   }
   EXPECT_EQ(parts, reached);
 }
 
-TEST_F(Stencil, ANewDrawingIsAlwaysTheSame) {
-  const std::unique_ptr<Package> other = MakeNewDrawing();
-  ASSERT_EQ(package_->PartNames(), other->PartNames());
-  for (const std::string& name : package_->PartNames()) EXPECT_EQ(package_->Bytes(name), other->Bytes(name)) << name;
+TEST_F(Stencil, EveryPartIsWellFormedAndReached) {
+  for (const auto& make : {MakeNewDrawing, MakeTemplate, MakeStencil}) ExpectWhole(make());
+}
+
+TEST_F(Stencil, EveryPartIsAlwaysTheSame) {
+  for (const auto& make : {MakeNewDrawing, MakeTemplate, MakeStencil}) {
+    const std::unique_ptr<Package> first = make(), second = make();
+    ASSERT_EQ(first->PartNames(), second->PartNames());
+    for (const std::string& name : first->PartNames()) EXPECT_EQ(first->Bytes(name), second->Bytes(name)) << name;
+  }
 }
 
 TEST_F(Stencil, ASavedDrawingOpensAgain) {
