@@ -18,6 +18,7 @@ PageTabs::PageTabs(QWidget* parent) : QWidget(parent), bar_(new QTabBar(this)), 
   bar_->setObjectName("pages");
   bar_->setShape(QTabBar::RoundedSouth);
   bar_->setExpanding(false);
+  bar_->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Preferred);
   bar_->setDrawBase(false);
   bar_->setUsesScrollButtons(true);
   bar_->setElideMode(Qt::ElideRight);
