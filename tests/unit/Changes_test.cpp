@@ -211,7 +211,10 @@ std::shared_ptr<const Program> ProgramOf(const IVDocumentPtr& document) {
   return program;
 }
 
-TEST_P(Changes, OfPlacesAndSavingChangeNothing) {
+// Drawn as a whole, which takes longer.
+class Drawings : public Changes {};
+
+TEST_P(Drawings, ThatAreMovedAndSavedAreTheSameModels) {
   const RandomModel model = Model({.hasStreamNumbers = true});
   const Made original(model.model(), UsualSetup());
   std::string text = DrawingOf(model.model().source());
@@ -271,6 +274,7 @@ TEST_P(Changes, OfTheBaseUnitChangeTheTimesShownAlone) {
 }
 
 INSTANTIATE_TEST_SUITE_P(RandomModels, Changes, testing::Range(1, kModels + 1));
+INSTANTIATE_TEST_SUITE_P(RandomModels, Drawings, testing::Range(1, 9));
 
 // On every machine.
 TEST(RandomModels, HaveTheirFingerprint) {
