@@ -17,6 +17,7 @@
 #include <iterator>
 #include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace vardo {
@@ -79,6 +80,17 @@ void DeleteFromLastToFirst(Collection& collection) {
   for (int i = collection.Count(); i >= 1; --i) collection.Item(i)->Delete();
 }
 
+class HostForThisCall {
+ public:
+  explicit HostForThisCall(const IVApplicationPtr& application) : before_(std::exchange(visApp, application)) {}
+  ~HostForThisCall() { visApp = before_; }
+  HostForThisCall(const HostForThisCall&) = delete;
+  HostForThisCall& operator=(const HostForThisCall&) = delete;
+
+ private:
+  IVApplicationPtr before_;
+};
+
 }  // namespace
 
 void Application::AddVardoMenu() {
@@ -107,6 +119,9 @@ void Application::InitializePage() {
     EmptyProperties(*page->PageSheet());
     DeleteFromLastToFirst(*page->Shapes());
     DeleteFromLastToFirst(*visApp->ActiveDocument()->Masters());
+  } catch (const std::bad_alloc&) {
+    // Whoever called takes back what has been done so far, if it can.
+    throw;
   } catch (const std::exception&) {
     ThePlatform().ShowMessage("Error in procedure InititalizePage", kProductTitle, kStyleExclamation);
   }
@@ -132,12 +147,12 @@ void Application::ShowEditor(const IVApplicationPtr& application, const IVShapeP
 }
 
 void Application::Submodel(const IVApplicationPtr& application, const IVShapePtr& shape) {
-  if (!visApp) visApp = application;
+  const HostForThisCall host(application);
   OpenSubmodelPage(shape);
 }
 
 void Application::CloseSubmodel(const IVApplicationPtr& application, const IVPagePtr& page) {
-  if (!visApp) visApp = application;
+  const HostForThisCall host(application);
   ShowParentPage(page);
 }
 

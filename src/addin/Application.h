@@ -23,11 +23,12 @@ class Application {
   // Remembers the host and opens the dialog for the shape's module kind. Returns when it is closed.
   void ShowEditor(const IVApplicationPtr& application, const IVShapePtr& shape);
 
-  // Shows the submodel page of a Process shape, made first when it has none. Throws what the host throws; a page
-  // that could not be finished is taken away again.
+  // Shows the submodel page of a Process shape, made first when it has none. The host is the add-in's for this call. Throws what
+  // the host throws; a page that could not be finished is taken away again.
   void Submodel(const IVApplicationPtr& application, const IVShapePtr& shape);
 
-  // Shows the page on which a submodel page's Process stands; does nothing on any other page.
+  // Shows the page on which a submodel page's Process stands; does nothing on any other page. The host is the add-in's for this
+  // call.
   void CloseSubmodel(const IVApplicationPtr& application, const IVPagePtr& page);
 
   // Accepts any object and does nothing.

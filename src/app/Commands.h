@@ -23,6 +23,15 @@ struct ShowOptions {
 // Prints pages, modules with their properties, and connections.
 Outcome ShowDrawing(const ShowOptions& options, std::ostream& output);
 
+struct CheckOptions {
+  std::filesystem::path file;
+  std::filesystem::path json;       // "-": instead of the lines, on the output; empty: none
+  std::optional<int> maxWarnings;   // more of them than that are a failure
+  std::vector<std::string> ignore;  // rules
+};
+// Prints what the rules say of the drawing. Status 1: an error, or too many warnings.
+Outcome CheckDrawing(const CheckOptions& options, std::ostream& output);
+
 struct EditOptions {
   std::filesystem::path file;
   std::string shape;                     // its name, ID, or text
@@ -46,5 +55,14 @@ struct NewOptions {
   bool replace = false;
 };
 Outcome NewDrawing(const NewOptions& options, std::ostream& output);
+
+struct PictureOptions {
+  std::filesystem::path file, output;  // the output's ending says what is made: .svg, .png or .pdf
+  std::string page;                    // empty: the first, or all
+  bool allPages = false;
+  double scale = 1;
+};
+// What could not be painted as it is meant goes to standard error, a line each.
+Outcome MakePicture(const PictureOptions& options, std::ostream& output);
 
 }  // namespace vardo

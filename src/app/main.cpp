@@ -20,13 +20,17 @@ constexpr int kWrongUsage = 2;
 struct CommandLine {
   CLI::App app{"Models business and production processes as flowcharts in Visio drawings.", "vardo"};
   ShowOptions show;
+  CheckOptions check;
   EditOptions edit;
   ScriptOptions script;
   NewOptions create;
+  PictureOptions picture;
   CLI::App* showCommand = nullptr;
+  CLI::App* checkCommand = nullptr;
   CLI::App* editCommand = nullptr;
   CLI::App* scriptCommand = nullptr;
   CLI::App* newCommand = nullptr;
+  CLI::App* pictureCommand = nullptr;
 
   CommandLine() {
     app.require_subcommand(1);
@@ -34,12 +38,26 @@ struct CommandLine {
     app.failure_message([](const CLI::App*, const CLI::Error& error) {
       return InWords(error.what()) + "\nRun with --help for more information.\n";
     });
-    app.footer("Examples:\n  vardo new bank.vsdx\n  vardo show bank.vsdx\n  vardo edit bank.vsdx Create CreateUnits=Minutes\n");
+    app.footer(
+        "Examples:\n  vardo new bank.vsdx\n  vardo show bank.vsdx\n  vardo check bank.vsdx\n  vardo edit bank.vsdx Create "
+        "CreateUnits=Minutes\n");
 
     showCommand = app.add_subcommand("show", "Print a drawing's pages, modules and connections");
     showCommand->add_option("FILE", show.file, "The drawing")->required();
     showCommand->add_flag("--json", show.json, "Print JSON");
     showCommand->footer("Examples:\n  vardo show bank.vsdx\n  vardo show --json bank.vsdx\n");
+
+    checkCommand = app.add_subcommand("check", "Say what is wrong with the model that a drawing shows");
+    checkCommand->add_option("FILE", check.file, "The drawing")->required();
+    checkCommand->add_option("--json", check.json, "Write the findings to this file, too; - prints them instead of the lines");
+    checkCommand->add_option("--max-warnings", check.maxWarnings, "End with status 1 when there are more warnings")
+        ->check(CLI::NonNegativeNumber);
+    checkCommand->add_option("--ignore", check.ignore, "A rule not to apply; may be given several times")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    checkCommand->footer(
+        "Examples:\n  vardo check bank.vsdx\n  vardo check --max-warnings 0 --ignore names/text-differs bank.vsdx\n"
+        "  vardo check --json - bank.vsdx\n");
 
     editCommand = app.add_subcommand("edit", "Edit a module in its dialog, on screen or with the fields given");
     editCommand->add_option("FILE", edit.file, "The drawing")->required();
@@ -63,12 +81,24 @@ struct CommandLine {
     newCommand->add_option("FILE", create.file, "The drawing to make")->required();
     newCommand->add_flag("--replace", create.replace, "Replace a file of that name");
     newCommand->footer("Examples:\n  vardo new bank.vsdx\n");
+
+    pictureCommand = app.add_subcommand("picture", "Make pictures of a drawing's pages: SVG, PNG or PDF");
+    pictureCommand->add_option("FILE", picture.file, "The drawing")->required();
+    pictureCommand->add_option("-o,--output", picture.output, "The picture: OUT.svg, OUT.png or OUT.pdf")->required();
+    auto* const page = pictureCommand->add_option("-p,--page", picture.page, "The page, instead of the first");
+    pictureCommand->add_flag("--all-pages", picture.allPages, "All pages: OUT.svg, OUT-2.svg, ..., or one PDF")->excludes(page);
+    pictureCommand->add_option("--scale", picture.scale, "How large; at 1 an inch is 96 pixels")->check(CLI::Range(0.01, 100.0));
+    pictureCommand->footer(
+        "Examples:\n  vardo picture bank.vsdx -o bank.svg\n  vardo picture bank.vsdx --all-pages -o bank.pdf\n"
+        "  vardo picture bank.vsdx --page Bank -o bank.png --scale 2\n");
   }
 
   Outcome Run(std::ostream& output, int argc, char** argv) {
     if (*showCommand) return ShowDrawing(show, output);
+    if (*checkCommand) return CheckDrawing(check, output);
     if (*editCommand) return EditModule(edit, output, argc, argv);
     if (*scriptCommand) return RunScript(script, output, argc, argv);
+    if (*pictureCommand) return MakePicture(picture, output);
     return NewDrawing(create, output);
   }
 };

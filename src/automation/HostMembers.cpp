@@ -144,6 +144,79 @@ constexpr OfferedMember<Collection> ItemByNameOrNumber() {
   return {L"Item", DISPATCH_PROPERTYGET, {L"NameUIDOrIndex"}, 1, ItemOf<Collection>};
 }
 
+// --- Reading in bulk, which hosts of ours answer in another way.
+
+// Puts an array into the caller's variable.
+void PutArray(const CallArguments& arguments, size_t i, VARENUM element, Variant array) {
+  const VARIANT& variable = *arguments[i];
+  if (variable.vt != (VT_BYREF | VT_ARRAY | element)) throw BadCall{DISP_E_TYPEMISMATCH, i};
+  SafeArrayDestroy(*variable.pparray);
+  *variable.pparray = array.Detach().parray;
+}
+
+// A cell that is not there fails the whole call: the reference promises nothing for one.
+Variant GetFormulas(IVPage& page, const CallArguments& arguments, OfferedObjects& objects) {
+  constexpr size_t kNumbersPerCell = 4;
+  constexpr short kNoSheet = -1, kNoSection = 255;
+  const auto stream = ReadArgument<std::vector<std::int16_t>>(arguments, 0, objects);
+  if (stream.empty() || stream.size() % kNumbersPerCell != 0) throw BadCall{E_INVALIDARG, 0};
+  const IVShapesPtr shapes = page.Shapes();
+  std::vector<Variant> formulas;
+  for (size_t i = 0; i < stream.size(); i += kNumbersPerCell) {
+    const short sheet = stream[i], section = stream[i + 1];
+    if (sheet == kNoSheet || (section & kNoSection) == kNoSection)
+      formulas.emplace_back();
+    else
+      formulas.emplace_back(shapes->ItemFromID(sheet)->CellsSRC(section, stream[i + 2], stream[i + 3])->Formula());
+  }
+  PutArray(arguments, 1, VT_VARIANT, Variant::ArrayOf(formulas));
+  return {};
+}
+
+Variant GetIDs(IVSelection& selection, const CallArguments& arguments, OfferedObjects&) {
+  std::vector<std::int32_t> ids;
+  const int count = selection.Count();
+  for (int i = 1; i <= count; ++i) ids.push_back(selection.Item(i)->ID());
+  PutArray(arguments, 0, VT_I4, Variant::ArrayOf(ids));
+  return {};
+}
+
+class ShapesSelected : public IVSelection {
+ public:
+  explicit ShapesSelected(IVPage& page) : shapes_(page.Shapes()) {}
+  void Add(int position) { positions_.push_back(position); }
+  int Count() override { return static_cast<int>(positions_.size()); }
+  IVShapePtr Item(int index) override {
+    if (index < 1 || index > Count()) throw HostError(kHostBadIndex, "There is no such shape in the selection.");
+    return shapes_->Item(positions_[static_cast<size_t>(index - 1)]);
+  }
+
+ private:
+  IVShapesPtr shapes_;
+  std::vector<int> positions_;
+};
+
+// Of all top-level shapes, or of those of a master.
+Variant CreateSelection(IVPage& page, const CallArguments& arguments, OfferedObjects& objects) {
+  constexpr int kAll = 1, kByMaster = 5;
+  const int type = ReadArgument<int>(arguments, 0, objects);
+  if (type != kAll && type != kByMaster) throw BadCall{E_NOTIMPL, 0};
+  std::string master;
+  if (type == kByMaster) {
+    const auto handle = IsMissing(arguments[2]) ? nullptr : objects.HandleOf<IVMaster>(AsObject(*arguments[2]).get());
+    if (!handle) throw BadCall{DISP_E_TYPEMISMATCH, 2};
+    master = handle->Name();
+  }
+  const auto selection = std::make_shared<ShapesSelected>(page);
+  const BulkTexts names = page.MasterNames();
+  int position = 0;
+  for (const auto& name : names.texts()) {
+    ++position;
+    if (type == kAll || name == master) selection->Add(position);
+  }
+  return Returned(IVSelectionPtr(selection), objects);
+}
+
 constexpr OfferedMember<IVApplication> kApplication[] = {
     Get<&IVApplication::ActiveWindow>(L"ActiveWindow"),
     Get<&IVApplication::ActivePage>(L"ActivePage"),
@@ -152,6 +225,9 @@ constexpr OfferedMember<IVApplication> kApplication[] = {
     Get<&IVApplication::CustomMenus>(L"CustomMenus"),
     Get<&IVApplication::BuiltInMenus>(L"BuiltInMenus"),
     Method<&IVApplication::SetCustomMenus>(L"SetCustomMenus", {L"MenusObject"}),
+    Get<&IVApplication::IsUndoingOrRedoing>(L"IsUndoingOrRedoing"),
+    Method<&IVApplication::BeginUndoScope>(L"BeginUndoScope", {L"bstrUndoScopeName"}),
+    Method<&IVApplication::EndUndoScope>(L"EndUndoScope", {L"nScopeID", L"bCommit"}),
 };
 constexpr OfferedMember<IVWindow> kWindow[] = {
     Get<&IVWindow::Selection>(L"Selection"),
@@ -161,6 +237,7 @@ constexpr OfferedMember<IVWindow> kWindow[] = {
 constexpr OfferedMember<IVSelection> kSelection[] = {
     Get<&IVSelection::Count>(L"Count"),
     Get<&IVSelection::Item>(L"Item", {L"Index"}),
+    {L"GetIDs", DISPATCH_METHOD, {L"ShapeIDs"}, 1, GetIDs},
 };
 constexpr OfferedMember<IVDocument> kDocument[] = {
     Get<&IVDocument::Pages>(L"Pages"),
@@ -174,9 +251,14 @@ constexpr OfferedMember<IVPages> kPages[] = {
     Method<&IVPages::Add>(L"Add"),
 };
 constexpr OfferedMember<IVPage> kPage[] = {
-    Get<&IVPage::ID>(L"ID"),         Get<&IVPage::Name>(L"Name"),
-    Put<&IVPage::SetName>(L"Name"),  Get<&IVPage::PageSheet>(L"PageSheet"),
-    Get<&IVPage::Shapes>(L"Shapes"), Method<&IVPage::Delete>(L"Delete", {L"fRenumberPages"}),
+    Get<&IVPage::ID>(L"ID"),
+    Get<&IVPage::Name>(L"Name"),
+    Put<&IVPage::SetName>(L"Name"),
+    Get<&IVPage::PageSheet>(L"PageSheet"),
+    Get<&IVPage::Shapes>(L"Shapes"),
+    Method<&IVPage::Delete>(L"Delete", {L"fRenumberPages"}),
+    {L"GetFormulas", DISPATCH_METHOD, {L"SID_SRCStream", L"formulaArray"}, 2, GetFormulas},
+    {L"CreateSelection", DISPATCH_METHOD, {L"SelType", L"IterationMode", L"Data"}, 3, CreateSelection, 1},
 };
 constexpr OfferedMember<IVShapes> kShapes[] = {
     Get<&IVShapes::Count>(L"Count"),
@@ -187,6 +269,7 @@ constexpr OfferedMember<IVShape> kShape[] = {
     Get<&IVShape::Cells>(L"Cells", {L"localeSpecificCellName"}),
     Get<&IVShape::CellExists>(L"CellExists", {L"localeSpecificCellName", L"fExistsLocally"}),
     Get<&IVShape::CellsSRC>(L"CellsSRC", {L"Section", L"Row", L"Column"}),
+    Get<&IVShape::CellsRowIndex>(L"CellsRowIndex", {L"localeSpecificCellName"}),
     Get<&IVShape::Text>(L"Text"),
     Put<&IVShape::SetText>(L"Text"),
     Get<&IVShape::Name>(L"Name"),

@@ -29,6 +29,7 @@ struct OfferedMember {
   ParameterNames parameters;
   size_t parameterCount;
   Variant (*run)(Interface& object, const CallArguments& arguments, OfferedObjects& objects);
+  size_t optional = 0;  // how many of the last may be left out
 };
 
 // The members by interface, in HostMembers.cpp.
@@ -144,8 +145,9 @@ class OfferedObject : public DispatchObject {
   static const OfferedMember<Interface>& MemberOf(DISPID id, WORD kind, const CallArguments& arguments) {
     for (const auto& member : MembersOf<Interface>()) {
       if (IdOf(member) != id || !(member.kind & kind)) continue;
-      if (arguments.count() != member.parameterCount) throw BadCall{DISP_E_BADPARAMCOUNT};
-      for (size_t i = 0; i < member.parameterCount; ++i)
+      const size_t required = member.parameterCount - member.optional;
+      if (arguments.count() < required || arguments.count() > member.parameterCount) throw BadCall{DISP_E_BADPARAMCOUNT};
+      for (size_t i = 0; i < required; ++i)
         if (IsMissing(arguments[i])) throw BadCall{DISP_E_PARAMNOTOPTIONAL, arguments[i] ? std::optional(i) : std::nullopt};
       return member;
     }

@@ -2,6 +2,8 @@
 
 #include "base/Errors.h"
 
+#include <new>
+
 namespace vardo {
 namespace {
 
@@ -23,7 +25,9 @@ class SinkCaller : public IVEventSink {
     for (size_t i = 0; i < owners.size(); ++i) arguments[i] = owners[i].get();
     DISPPARAMS parameters = {arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
     Variant answer;
-    sink_->Invoke(procedure_, GUID{}, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, answer.Receive(), nullptr, nullptr);
+    const HRESULT told =
+        sink_->Invoke(procedure_, GUID{}, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, answer.Receive(), nullptr, nullptr);
+    if (told == E_OUTOFMEMORY) throw std::bad_alloc();
   }
 
  private:

@@ -41,6 +41,7 @@ class RuntimeError : public AutomationError {
 inline constexpr std::int32_t kHostBadIndex = -2032465753;    // 0x86DB08A7: an item, name or index that is not there
 inline constexpr std::int32_t kHostNoSuchCell = -2032465660;  // 0x86DB0904: a cell name that is not there
 inline constexpr std::int32_t kHostNotAllowed = -2032465766;  // 0x86DB089A: the operation does not fit the object's state
+inline constexpr std::int32_t kHostGuarded = -2032466648;     // 0x86DB0528: the cell's formula is guarded
 inline constexpr std::int32_t kHostObjectGone = -2032465756;  // 0x86DB08A4: the object behind the reference was deleted
 
 }  // namespace vardo

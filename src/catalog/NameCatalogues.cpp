@@ -1,6 +1,8 @@
 #include "catalog/NameCatalogues.h"
 
+#include "platform/Platform.h"
 #include "props/DrawingLists.h"
+#include "props/PropertyCells.h"
 
 #include <array>
 #include <cstddef>
@@ -54,6 +56,28 @@ StringList GatherNames(NameList list, bool unique) {
 bool NameIsUsed(NameList list, std::string_view name, int times) {
   const auto& [kinds, fields] = catalogues[static_cast<size_t>(list)];
   return TextOccursAtLeast(kinds, fields, name, times);
+}
+
+bool NamesInUse::Contains(std::string_view name) {
+  const auto& [kinds, fields] = catalogues[static_cast<size_t>(NameList::AllModules)];
+  if (const auto times = TimesByHostsCount(kinds, fields, name)) return *times >= 1;
+  if (!keys_) {
+    keys_.emplace();
+    for (const std::string& value : ValuesInDrawing(kinds, fields)) Add(value);
+  }
+  return keys_->contains(ThePlatform().CaseFoldKey(name));
+}
+
+void NamesInUse::Entered(const IVShapePtr& module, std::string_view kind) {
+  if (!keys_) return;
+  for (const NameSource& source : NameSources(NameList::AllModules))
+    if (source.kind == kind) Add(PropText(module, source.field));
+}
+
+void NamesInUse::Add(std::string_view value) {
+  keys_->insert(ThePlatform().CaseFoldKey(value));
+  if (value.find(kListDelimiter) == std::string_view::npos) return;
+  for (const std::string& item : SplitList(value, kListDelimiter)) keys_->insert(ThePlatform().CaseFoldKey(item));
 }
 
 void AddNames(ItemList& items, NameList list) { Add(items, GatherNames(list, true)); }

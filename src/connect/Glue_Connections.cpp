@@ -5,8 +5,8 @@
 #include "addin/host/IVApplication.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
-#include "addin/host/SecondTry.h"
 #include "base/Errors.h"
+#include "base/Text.h"
 #include "connect/EndFormulas.h"
 #include "modules/ModuleKinds.h"
 #include "platform/Platform.h"
@@ -115,16 +115,16 @@ std::string FormulaOfPoint(std::string_view shapeName, int point) {
 }
 
 void GlueEnd(const EndCells& end) {
-  for (const char* cell : {end.x, end.y}) WithSecondTry([&] { SelectedConnector()->Cells(cell)->SetFormula(GlueFormula); });
+  for (const char* cell : {end.x, end.y}) SelectedConnector()->Cells(cell)->SetFormula(GlueFormula);
 }
 
 void Refuse(const std::string& message) {
   ThePlatform().ShowMessage(message, kProductTitle, kStyleExclamation);
-  WithSecondTry([] { SelectedConnector()->Delete(); });
+  SelectedConnector()->Delete();
 }
 
 void RefuseAs(std::string_view connectorName, std::string_view forWhat, std::string_view instead) {
-  Refuse("The " + std::string(BeforeDot(connectorName)) + " is an invalid connector for this " + std::string(forWhat) +
+  Refuse("The " + InWords(BeforeDot(connectorName)) + " is an invalid connector for this " + std::string(forWhat) +
          ".  Try using the " + std::string(instead) + " instead.");
 }
 
@@ -154,13 +154,13 @@ void RemoveHostMadePoint(std::string_view shapeName, std::string_view kind) {
 
 void CheckConnector() {
   FirstEndToGlue = 1;
-  const IVShapePtr connector = WithSecondTry(SelectedConnector);
+  const IVShapePtr connector = SelectedConnector();
   std::string shapes[2], kinds[2];
   for (size_t i = 0; i < 2; ++i) {
-    shapes[i] = WithSecondTry([&] { return ShapeAtEnd(connector, kEndCells[i]); });
-    kinds[i] = WithSecondTry([&] { return KindOfEnd(shapes[i]); });
+    shapes[i] = ShapeAtEnd(connector, kEndCells[i]);
+    kinds[i] = KindOfEnd(shapes[i]);
   }
-  const std::string connectorName = WithSecondTry([&] { return MasterNameOf(connector); });
+  const std::string connectorName = MasterNameOf(connector);
   if (LeavesByChosenExit(kinds[0])) CheckExitPoint(kinds[0], connectorName, shapes[0]);
   for (int end = FirstEndToGlue; end <= 2; ++end) {
     const auto i = static_cast<size_t>(end - 1);
@@ -177,8 +177,7 @@ void CheckExitPoint(std::string_view kind, std::string_view connectorName, std::
         kind == kDecide ? "True Connector or False Connector" : "Original Connector or Duplicate Connector";
     return RefuseAs(connectorName, "exit point", instead);
   }
-  if (kind == kSeparate && special->exit == kDuplicateExit &&
-      !WithSecondTry([&] { return HasDuplicateExit(ShapeNamed(shapeName)); }))
+  if (kind == kSeparate && special->exit == kDuplicateExit && !HasDuplicateExit(ShapeNamed(shapeName)))
     return Refuse(
         "The Duplicate connector can only be used with the Separate shape if the 'Type' custom property is set to 'Duplicate "
         "Original'. ");
@@ -197,10 +196,10 @@ void CheckConnectorShapes(std::string_view beginShape, std::string_view endShape
                           std::string_view endKind) {
   // A connector that has been refused has no master to be looked at any more.
   std::string connectorName;
-  Attempt([&] { connectorName = WithSecondTry([] { return MasterNameOf(SelectedConnector()); }); });
+  Attempt([&] { connectorName = MasterNameOf(SelectedConnector()); });
   if (FindSpecial(connectorName) && !LeavesByChosenExit(beginKind)) return RefuseAs(connectorName, "shape", "Dynamic Connector");
-  Attempt([&] { WithSecondTry([&] { RemoveHostMadePoint(beginShape, beginKind); }); });
-  Attempt([&] { WithSecondTry([&] { RemoveHostMadePoint(endShape, endKind); }); });
+  Attempt([&] { RemoveHostMadePoint(beginShape, beginKind); });
+  Attempt([&] { RemoveHostMadePoint(endShape, endKind); });
 }
 
 }  // namespace vardo

@@ -1,7 +1,7 @@
 #include "dialogs/ModuleDialog.h"
 
 #include "addin/Global_Variables.h"
-#include "addin/host/IVApplication.h"
+#include "addin/host/UndoScope.h"
 #include "catalog/NameCatalogues.h"
 #include "dialogs/Utilities.h"
 #include "platform/Platform.h"
@@ -68,7 +68,9 @@ void ModuleDialog::WriteRows(const IVShapePtr& shape) { rowGroup_.WriteLines(sha
 
 void ModuleDialog::cmdOK_Click() {
   if (!FieldsAreValid()) return;
-  if (!NameIsUnique()) return;
+  // Looking for the name may give modules the properties that they lack.
+  const UndoScope oneStep(visApp, "Edit " + Caption());
+  if (!NameIsFree()) return;
   Write();
   UnloadRowDialog();
   Unload(*this);
@@ -80,9 +82,13 @@ void ModuleDialog::cmdCancel_Click() {
 }
 
 // A new name may not be in use at all; the old one stands in the list once, for the shape itself.
-bool ModuleDialog::NameIsUnique() {
-  if (!NameIsUsed(NameList::AllModules, NewName(), IsRenamed() ? 1 : 2)) return true;
-  ShowFieldError(kDuplicateName);
+bool ModuleDialog::NameIsFree() {
+  if (NameIsUsed(NameList::AllModules, NewName(), IsRenamed() ? 1 : 2))
+    ShowFieldError(kDuplicateName);
+  else if (const auto why = WhyNotNamed(SelectedShape()))
+    ThePlatform().ShowMessage(*why, kProductTitle, kStyleExclamation);
+  else
+    return true;
   name_->SetFocus();
   return false;
 }

@@ -15,6 +15,7 @@
 #include <deque>
 #include <functional>
 #include <initializer_list>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -45,6 +46,8 @@ class ModuleDialog : public DialogFrame {
 
   // What follows from the loaded fields (which boxes are shown), run when all are set.
   virtual void AfterLoad() {}
+  // A sentence that says why the shape cannot be called by its new name, which no other module has; none when it can.
+  virtual std::optional<std::string> WhyNotNamed(const IVShapePtr&) { return std::nullopt; }
   // OK has passed its checks: what goes before the shape's text, and what goes between the name and the other fields.
   virtual void WriteBeforeName(const IVShapePtr&) {}
   virtual void WriteAfterName(const IVShapePtr&) {}
@@ -61,7 +64,7 @@ class ModuleDialog : public DialogFrame {
 
  private:
   void Load();
-  bool NameIsUnique();
+  bool NameIsFree();
   void Write();
 
   IVShapePtr shape_;

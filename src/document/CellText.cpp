@@ -2,6 +2,7 @@
 
 #include "base/Numbers.h"
 #include "base/Text.h"
+#include "document/Elements.h"
 
 #include <pugixml.hpp>
 
@@ -23,26 +24,17 @@ struct CellAttributes {
   std::string_view unit;
 };
 
-bool IsText(pugi::xml_node node) { return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata; }
-
-// Line ends within an element are line feeds to us whatever they are in the file.
 std::string WithLineFeeds(std::string_view raw) {
-  if (raw.find('\r') == std::string_view::npos) return std::string(raw);
   std::string text;
-  for (size_t i = 0; i < raw.size(); ++i) {
-    if (raw[i] != '\r')
-      text += raw[i];
-    else if (i + 1 >= raw.size() || raw[i + 1] != '\n')
-      text += '\n';
-  }
+  AppendLines(text, raw);
   return text;
 }
 
 std::string TextWithin(pugi::xml_node cell) {
   std::string text;
   for (const pugi::xml_node child : cell.children())
-    if (IsText(child)) text += child.value();
-  return WithLineFeeds(text);
+    if (IsText(child)) AppendLines(text, child.value());
+  return text;
 }
 
 // V, or the element's text where the value has line breaks.
@@ -69,12 +61,6 @@ bool Holds(pugi::xml_node cell, const Content& content) {
          is("E", content.error);
 }
 
-void SetOrAppend(pugi::xml_node cell, const char* name, std::string_view value) {
-  pugi::xml_attribute attribute = cell.attribute(name);
-  if (!attribute) attribute = cell.append_attribute(name);
-  attribute.set_value(std::string(value).c_str());
-}
-
 // V U F E in the order files have them, unless another order is there and can stay.
 void PutAttributes(pugi::xml_node cell, const Content& content) {
   const bool sameUnit = cell.attribute("U").value() == content.unit && (!content.unit.empty() || !cell.attribute("U"));
@@ -85,9 +71,9 @@ void PutAttributes(pugi::xml_node cell, const Content& content) {
   if (content.GoesInText())
     cell.remove_attribute("V");
   else
-    SetOrAppend(cell, "V", content.value);
+    SetAttribute(cell, "V", content.value);
   for (const auto& [name, value] : {std::pair("U", content.unit), std::pair("F", content.formula), std::pair("E", content.error)})
-    if (!value.empty()) SetOrAppend(cell, name, value);
+    if (!value.empty()) SetAttribute(cell, name, value);
 }
 
 // Comments and other elements within the cell stay.

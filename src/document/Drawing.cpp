@@ -6,6 +6,7 @@
 #include "base/Text.h"
 #include "document/CellText.h"
 #include "document/DrawingCheck.h"
+#include "document/Elements.h"
 #include "document/PackageEdits.h"
 #include "document/VisioXml.h"
 #include "package/Limits.h"
@@ -38,8 +39,6 @@ XmlPart& ExpectRoot(Package& package, const std::string& part, std::string_view 
                                                             std::string(root) + ">)");
   return xml;
 }
-
-bool IsNamed(pugi::xml_node node, std::string_view name) { return name == node.name(); }
 
 int PlaceAmong(pugi::xml_node entry) {
   int place = 0;
@@ -181,15 +180,18 @@ void Drawing::ReadPages() {
 }
 
 void Drawing::IndexPages() {
-  pagesById_.clear();
-  pagesByPart_.clear();
-  pagesByEntry_.clear();
+  decltype(pagesById_) byId;
+  decltype(pagesByPart_) byPart;
+  decltype(pagesByEntry_) byEntry;
   for (const auto& page : pages_) {
-    pagesById_.emplace(page->id(), page.get());
-    pagesByEntry_.emplace(page->entry(), page.get());
-    if (page->contents()) pagesByPart_.emplace(page->contents(), page.get());
+    byId.emplace(page->id(), page.get());
+    byEntry.emplace(page->entry(), page.get());
+    if (page->contents()) byPart.emplace(page->contents(), page.get());
     highestPageId_ = std::max(highestPageId_, page->id());
   }
+  pagesById_.swap(byId);
+  pagesByPart_.swap(byPart);
+  pagesByEntry_.swap(byEntry);
 }
 
 std::string Drawing::RelatedPart(std::string_view from, std::string_view typeEnding) const {
@@ -302,7 +304,7 @@ DrawingMaster* Drawing::BringMaster(std::string_view name) {
   // The stencil's styles have other numbers here, if they are here at all.
   const auto plainStyles = [](pugi::xml_node sheet) {
     for (const char* style : {"LineStyle", "FillStyle", "TextStyle"})
-      if (pugi::xml_attribute attribute = sheet.attribute(style)) attribute.set_value("0");
+      if (sheet.attribute(style)) SetAttribute(sheet, style, "0");
   };
   XmlPart& list = EnsureMastersPart();
   PackageEdits parts(*package_, editor_);
@@ -346,8 +348,9 @@ XmlPart& Drawing::EnsureMastersPart() {
 
 const std::vector<const Sheet*>& Drawing::MasterShapesCalling(const CellCall& call) {
   if (!callsOfMastersKnown_) {
-    callsOfMastersKnown_ = true;
+    callsOfMasters_.clear();
     for (const auto& master : masters_) NoteCallsOf(*master);
+    callsOfMastersKnown_ = true;
   }
   static const std::vector<const Sheet*> none;
   const auto found = callsOfMasters_.find(call);
@@ -356,7 +359,6 @@ const std::vector<const Sheet*>& Drawing::MasterShapesCalling(const CellCall& ca
 
 // Those of other sheets: what calls its own sheet is found there.
 void Drawing::NoteCallsOf(const DrawingMaster& master) {
-  if (!callsOfMastersKnown_) return;
   for (const auto& shape : master.shapes())
     for (const Sheet::OwnFormula& own : shape->OwnFormulas())
       for (const CellCall& call : CallsOf(Formula(own.formula))) {
@@ -396,8 +398,7 @@ void Drawing::Removing(XmlPart& part, pugi::xml_node node) {
   if (wantsTouched_) NoteTouched(part, node);
   if (DrawingPage* page = PageOf(part)) return page->Removing(node);
   if (part.name() == pagesPart_ && IsNamed(node, "Page")) {
-    std::erase_if(pages_, [&](const auto& page) { return page->entry() == node.internal_object(); });
-    IndexPages();
+    if (const DrawingPage* page = PageAround(node)) Unlist(*page);
     ++structure_;
   } else if (part.name() == mastersPart_ && IsNamed(node, "Master")) {
     std::erase_if(masters_, [&](const auto& master) { return master->entry() == node.internal_object(); });
@@ -430,15 +431,34 @@ void Drawing::Shifted(const RowsShifted& rows, bool again) {
 void Drawing::PageListed(XmlPart& list, pugi::xml_node entry) {
   const std::string part = ListReader(*package_, pagesPart_).PartOf(entry);
   XmlPart* contents = part.empty() ? nullptr : &package_->Xml(part);
-  pages_.insert(pages_.begin() + PlaceAmong(entry), std::make_unique<DrawingPage>(*this, list, entry, part, contents));
-  IndexPages();
+  const auto page =
+      pages_.insert(pages_.begin() + PlaceAmong(entry), std::make_unique<DrawingPage>(*this, list, entry, part, contents));
+  try {
+    IndexPages();
+  } catch (...) {
+    pages_.erase(page);
+    throw;
+  }
+}
+
+void Drawing::Unlist(const DrawingPage& page) {
+  pagesById_.erase(page.id());
+  pagesByPart_.erase(page.contents());
+  pagesByEntry_.erase(page.entry());
+  std::erase_if(pages_, [&](const auto& listed) { return listed.get() == &page; });
 }
 
 void Drawing::MasterListed(pugi::xml_node entry) {
   const std::string part = ListReader(*package_, mastersPart_).PartOf(entry);
   const auto master =
       masters_.insert(masters_.begin() + PlaceAmong(entry), std::make_unique<DrawingMaster>(entry, part, package_->Xml(part)));
-  NoteCallsOf(**master);
+  try {
+    if (callsOfMastersKnown_) NoteCallsOf(**master);
+  } catch (...) {
+    callsOfMastersKnown_ = false;
+    masters_.erase(master);
+    throw;
+  }
 }
 
 // The sheet of a page or of the document: its own cells, or the whole of it.

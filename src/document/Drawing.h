@@ -100,6 +100,7 @@ class Drawing : private EditObserver {
   void Changed(XmlPart& part, pugi::xml_node node) override;
   void Shifted(const RowsShifted& rows, bool again) override;
   void PageListed(XmlPart& list, pugi::xml_node entry);
+  void Unlist(const DrawingPage& page);
   void MasterListed(pugi::xml_node entry);
   // formulas: some of them may be other ones now.
   void SheetEdited(XmlPart& part, pugi::xml_node node, bool isThere, bool formulas);

@@ -4,6 +4,7 @@
 #include "base/Numbers.h"
 #include "base/Text.h"
 #include "document/DrawingShape.h"
+#include "document/Elements.h"
 #include "package/Limits.h"
 #include "package/XmlPart.h"
 
@@ -34,7 +35,7 @@ class ShapeCheck {
       const pugi::xml_node sheet = pending.back();
       pending.pop_back();
       for (const pugi::xml_node shape : ShapesOf(sheet).children("Shape")) {
-        if (IsDeletedShape(shape)) continue;
+        if (IsDeleted(shape)) continue;
         CheckRows(file_, part_.name(), shape);
         shapes_.push_back({NumberOf(shape), shape});
         pending.push_back(shape);

@@ -6,6 +6,7 @@
 #include "base/Text.h"
 #include "document/CellText.h"
 #include "document/Drawing.h"
+#include "document/Elements.h"
 #include "document/FormulaScopeOfDrawing.h"
 #include "document/Glue.h"
 #include "document/Inheritance.h"
@@ -24,8 +25,6 @@ namespace vardo {
 namespace {
 
 constexpr std::string_view kById = "Sheet.";
-
-bool IsNamed(pugi::xml_node node, std::string_view name) { return name == node.name(); }
 
 // The number in "Sheet.12"; none in any other name.
 std::optional<int> NumberInName(std::string_view name) {
@@ -55,16 +54,10 @@ bool HasOwnFormulas(pugi::xml_node node) {
   return found;
 }
 
-void Set(pugi::xml_node element, const char* name, std::string_view value) {
-  pugi::xml_attribute attribute = element.attribute(name);
-  if (!attribute) attribute = element.append_attribute(name);
-  attribute.set_value(std::string(value).c_str());
-}
-
 void AppendCell(pugi::xml_node parent, pugi::xml_node before, const char* name, double value) {
   pugi::xml_node cell = before ? parent.insert_child_before("Cell", before) : parent.append_child("Cell");
-  Set(cell, "N", name);
-  Set(cell, "V", NumberText(value));
+  SetAttribute(cell, "N", name);
+  SetAttribute(cell, "V", NumberText(value));
 }
 
 // A master's formulas number the shapes inside the master. One that also refers to a shape without a number here keeps only its
@@ -83,7 +76,7 @@ void RenumberMasterFormulas(pugi::xml_node element, const std::unordered_map<int
       return found != numbers.end();
     });
     if (known)
-      Set(cell, "F", renumbered);
+      SetAttribute(cell, "F", renumbered);
     else
       cell.remove_attribute("F");
   });
@@ -92,7 +85,7 @@ void RenumberMasterFormulas(pugi::xml_node element, const std::unordered_map<int
 // The shapes inside a group, at any depth.
 void AddInnerElements(pugi::xml_node group, std::vector<pugi::xml_node>& found) {
   for (const pugi::xml_node shape : group.child("Shapes").children("Shape")) {
-    if (!IsDeletedShape(shape)) found.push_back(shape);
+    if (!IsDeleted(shape)) found.push_back(shape);
     AddInnerElements(shape, found);
   }
 }
@@ -132,8 +125,8 @@ std::string DrawingPage::Name() const {
 
 void DrawingPage::SetName(std::string_view name) {
   drawing_.editor().ChangeAttributes(sheet_.part(), pugi::xml_node(entry_), [&](pugi::xml_node entry) {
-    for (const char* attribute : {"NameU", "Name"}) Set(entry, attribute, name);
-    for (const char* attribute : {"IsCustomNameU", "IsCustomName"}) Set(entry, attribute, "1");
+    for (const char* attribute : {"NameU", "Name"}) SetAttribute(entry, attribute, name);
+    for (const char* attribute : {"IsCustomNameU", "IsCustomName"}) SetAttribute(entry, attribute, "1");
   });
 }
 
@@ -188,15 +181,25 @@ std::vector<DrawingShape*> DrawingPage::InnerShapes(const DrawingShape& group) {
 
 // ------------------------------------------------------------------------------------- what is found in the page's tree
 
+template <class Work>
+decltype(auto) DrawingPage::Wholly(const Work& work) try {
+  return work();
+} catch (...) {
+  ForgetAll();
+  throw;
+}
+
 void DrawingPage::EnsureShapes() {
   if (shapesKnown_) return;
-  shapesKnown_ = orderKnown_ = true;
-  if (!contents_) return;
-  for (const pugi::xml_node element : contents_->root().child("Shapes").children("Shape")) AddShapes(element, nullptr);
+  Wholly([&] {
+    shapesKnown_ = orderKnown_ = true;
+    if (!contents_) return;
+    for (const pugi::xml_node element : contents_->root().child("Shapes").children("Shape")) AddShapes(element, nullptr);
+  });
 }
 
 void DrawingPage::AddShapes(pugi::xml_node element, DrawingShape* parent) {
-  if (IsDeletedShape(element)) return;
+  if (IsDeleted(element)) return;
   auto view = std::make_unique<DrawingShape>(*contents_, element, BaseOf(element, parent), parent);
   DrawingShape* const shape = view.get();
   drawing_.NoteShapeId(id_, shape->id());
@@ -217,7 +220,7 @@ void DrawingPage::AddShapes(pugi::xml_node element, DrawingShape* parent) {
 }
 
 void DrawingPage::RemoveShapes(pugi::xml_node element) {
-  if (IsDeletedShape(element)) return;
+  if (IsDeleted(element)) return;
   for (const pugi::xml_node inner : element.child("Shapes").children("Shape")) RemoveShapes(inner);
   const auto entry = shapes_.find(element.attribute("ID").as_int());
   if (entry == shapes_.end()) return;
@@ -232,7 +235,9 @@ void DrawingPage::RemoveShapes(pugi::xml_node element) {
   if (!shape->parent()) ForgetPositions();
   columns_.Forget(shape->slot_);
   freeSlots_.push_back(shape->slot_);
+  const int id = shape->id();
   shapes_.erase(entry);
+  readers_.ReaderGone(id, shapes_.size());
   drawing_.NoteStructure();
 }
 
@@ -240,17 +245,19 @@ void DrawingPage::RemoveShapes(pugi::xml_node element) {
 void DrawingPage::EnsureOrder() {
   EnsureShapes();
   if (orderKnown_ && !hasGaps_) return;
-  if (orderKnown_) {
-    while (!topLevel_.empty() && !topLevel_.back()) topLevel_.pop_back();
-    indexesKnown_ = std::erase(topLevel_, nullptr) == 0 && indexesKnown_;
-  } else {
-    topLevel_.clear();
-    for (const pugi::xml_node element : contents_->root().child("Shapes").children("Shape"))
-      if (!IsDeletedShape(element)) topLevel_.push_back(shapes_.at(element.attribute("ID").as_int()).get());
-    indexesKnown_ = false;
-  }
-  orderKnown_ = true;
-  hasGaps_ = false;
+  Wholly([&] {
+    if (orderKnown_) {
+      while (!topLevel_.empty() && !topLevel_.back()) topLevel_.pop_back();
+      indexesKnown_ = std::erase(topLevel_, nullptr) == 0 && indexesKnown_;
+    } else {
+      topLevel_.clear();
+      for (const pugi::xml_node element : contents_->root().child("Shapes").children("Shape"))
+        if (!IsDeleted(element)) topLevel_.push_back(shapes_.at(element.attribute("ID").as_int()).get());
+      indexesKnown_ = false;
+    }
+    orderKnown_ = true;
+    hasGaps_ = false;
+  });
 }
 
 void DrawingPage::EnsureIndexes() {
@@ -289,30 +296,34 @@ ShapeNames::Claim DrawingPage::ClaimOf(const DrawingShape& shape) const {
 void DrawingPage::EnsureNames() {
   EnsureShapes();
   if (names_.known()) return;
-  std::vector<ShapeNames::Claim> claims;
-  claims.reserve(shapes_.size());
-  for (const auto& [id, shape] : shapes_) claims.push_back(ClaimOf(*shape));
-  names_.Learn(std::move(claims));
+  Wholly([&] {
+    std::vector<ShapeNames::Claim> claims;
+    claims.reserve(shapes_.size());
+    for (const auto& [id, shape] : shapes_) claims.push_back(ClaimOf(*shape));
+    names_.Learn(std::move(claims));
+  });
 }
 
 const std::vector<DrawingShape*>& DrawingPage::InstancesOf(const Sheet& masterShape) {
   EnsureShapes();
   if (!instancesKnown_) {
-    instancesKnown_ = true;
+    instances_.clear();
     for (const auto& [id, shape] : shapes_)
       if (shape->base()) instances_[shape->base()].push_back(shape.get());
     for (auto& [base, shapes] : instances_)
       std::sort(shapes.begin(), shapes.end(), [](const DrawingShape* a, const DrawingShape* b) { return a->id() < b->id(); });
+    instancesKnown_ = true;
   }
   return instances_[&masterShape];
 }
 
 const PageReaders& DrawingPage::Readers() {
   EnsureShapes();
-  if (!readers_.known()) {
-    readers_.Begin();
-    for (const auto& [id, shape] : shapes_) NoteFormulas(pugi::xml_node(shape->element()), +1);
-  }
+  if (!readers_.known())
+    Wholly([&] {
+      readers_.Begin();
+      for (const auto& [id, shape] : shapes_) NoteFormulas(pugi::xml_node(shape->element()), +1);
+    });
   return readers_;
 }
 
@@ -350,7 +361,7 @@ std::string DrawingPage::ListOfPositions(Symbol field) const {
 
 std::optional<ListedTally::Count> DrawingPage::CountInListedShapes(Symbol list, Symbol field, const std::string& key) {
   EnsureOrder();
-  return tallies_.try_emplace({list, field}, list, field).first->second.CountOf(*this, key);
+  return Wholly([&] { return tallies_.try_emplace({list, field}, list, field).first->second.CountOf(*this, key); });
 }
 
 // The property that a Cell or Row is of; all of the shape's, where more than one may be touched.
@@ -398,76 +409,86 @@ void DrawingPage::NoteFormulas(pugi::xml_node node, int by) {
   });
 }
 
+void DrawingPage::NoteReader(pugi::xml_node shape) {
+  if (!readers_.ReaderIsBack(shape.attribute("ID").as_int())) NoteFormulas(shape, +1);
+}
+
 void DrawingPage::Inserted(pugi::xml_node node) {
   if (!shapesKnown_) return;
-  if (IsNamed(node, "Shape")) {
-    AddShapes(node, ShapeAround(node.parent()));
-    NoteFormulas(node, +1);
-    for (const pugi::xml_node inner : InnerElements(node)) NoteFormulas(inner, +1);
-  } else if (IsNamed(node, "Connect")) {
-    AddConnect(node);
-  } else if (IsNamed(node, "Shapes") || IsNamed(node, "Connects")) {
-    for (const pugi::xml_node child : node.children()) Inserted(child);
-  } else if (DrawingShape* shape = ShapeAround(node)) {
-    NoteFormulas(node, +1);
-    ForgetProperties(*shape, node);
-    if (!IsNamed(node, "Cell")) shape->ForgetRows();
-    if (HasOwnFormulas(node)) shape->ForgetFormulas();
-  }
+  Wholly([&] {
+    if (IsNamed(node, "Shape")) {
+      AddShapes(node, ShapeAround(node.parent()));
+      NoteReader(node);
+      for (const pugi::xml_node inner : InnerElements(node)) NoteReader(inner);
+    } else if (IsNamed(node, "Connect")) {
+      AddConnect(node);
+    } else if (IsNamed(node, "Shapes") || IsNamed(node, "Connects")) {
+      for (const pugi::xml_node child : node.children()) Inserted(child);
+    } else if (DrawingShape* shape = ShapeAround(node)) {
+      NoteFormulas(node, +1);
+      ForgetProperties(*shape, node);
+      if (!IsNamed(node, "Cell")) shape->ForgetRows();
+      if (HasOwnFormulas(node)) shape->ForgetFormulas();
+    }
+  });
 }
 
 void DrawingPage::Removing(pugi::xml_node node) {
   if (!shapesKnown_) return;
-  if (IsNamed(node, "Shape")) {
-    NoteFormulas(node, -1);
-    for (const pugi::xml_node inner : InnerElements(node)) NoteFormulas(inner, -1);
-    RemoveShapes(node);
-  } else if (IsNamed(node, "Connect")) {
-    RemoveConnect(node);
-  } else if (IsNamed(node, "Shapes") || IsNamed(node, "Connects")) {
-    for (const pugi::xml_node child : node.children()) Removing(child);
-  } else if (DrawingShape* shape = ShapeAround(node)) {
-    NoteFormulas(node, -1);
-    ForgetProperties(*shape, node);
-    if (!IsNamed(node, "Cell")) {
-      shape->ForgetRows();
-      drawing_.NoteStructure();
+  Wholly([&] {
+    if (IsNamed(node, "Shape")) {
+      RemoveShapes(node);
+    } else if (IsNamed(node, "Connect")) {
+      RemoveConnect(node);
+    } else if (IsNamed(node, "Shapes") || IsNamed(node, "Connects")) {
+      for (const pugi::xml_node child : node.children()) Removing(child);
+    } else if (DrawingShape* shape = ShapeAround(node)) {
+      NoteFormulas(node, -1);
+      ForgetProperties(*shape, node);
+      if (!IsNamed(node, "Cell")) {
+        shape->ForgetRows();
+        drawing_.NoteStructure();
+      }
+      if (HasOwnFormulas(node)) shape->ForgetFormulas();
     }
-    if (HasOwnFormulas(node)) shape->ForgetFormulas();
-  }
+  });
 }
 
 void DrawingPage::Changing(pugi::xml_node node) {
   if (!shapesKnown_) return;
-  if (IsNamed(node, "Connect")) return RemoveConnect(node);
-  if (IsNamed(node, "Shape")) {
-    if (const DrawingShape* shape = ShapeAround(node); shape && names_.known()) names_.Remove(ClaimOf(*shape));
-    return;
-  }
-  if (IsNamed(node, "Cell")) formulaBefore_ = OwnFormulaOf(node);
+  Wholly([&] {
+    if (IsNamed(node, "Connect")) return RemoveConnect(node);
+    if (IsNamed(node, "Shape")) {
+      if (const DrawingShape* shape = ShapeAround(node); shape && names_.known()) names_.Remove(ClaimOf(*shape));
+      return;
+    }
+    if (IsNamed(node, "Cell")) formulaBefore_ = OwnFormulaOf(node);
+  });
 }
 
 void DrawingPage::Changed(pugi::xml_node node) {
   if (!shapesKnown_) return;
-  if (IsNamed(node, "Connect")) return AddConnect(node);
-  if (IsNamed(node, "Shape")) {
-    DrawingShape* shape = ShapeAround(node);
-    // Made from another master, or from none, it is another shape.
-    if (!shape || shape->base() != BaseOf(node, shape->parent())) return ForgetAll();
-    if (names_.known()) names_.Add(ClaimOf(*shape));
-    return;
-  }
-  const bool isCell = IsNamed(node, "Cell");
-  const bool isAsBefore = isCell ? OwnFormulaOf(node) == formulaBefore_ : !IsNamed(node, "Row") && !IsNamed(node, "Section");
-  if (isAsBefore && columns_.empty()) return;
-  const DrawingShape* shape = ShapeAround(node);
-  if (!shape) return;
-  ForgetProperties(*shape, node);
-  if (isAsBefore) return;
-  shape->ForgetFormulas();
-  if (!isCell) return shape->ForgetRows();
-  readers_.Note(shape->id(), formulaBefore_, -1);
-  readers_.Note(shape->id(), OwnFormulaOf(node), +1);
+  Wholly([&] {
+    if (IsNamed(node, "Connect")) return AddConnect(node);
+    if (IsNamed(node, "Shape")) {
+      DrawingShape* shape = ShapeAround(node);
+      // Made from another master, or from none, it is another shape.
+      if (!shape || shape->base() != BaseOf(node, shape->parent())) return ForgetAll();
+      if (names_.known()) names_.Add(ClaimOf(*shape));
+      return;
+    }
+    const bool isCell = IsNamed(node, "Cell");
+    const bool isAsBefore = isCell ? OwnFormulaOf(node) == formulaBefore_ : !IsNamed(node, "Row") && !IsNamed(node, "Section");
+    if (isAsBefore && columns_.empty()) return;
+    const DrawingShape* shape = ShapeAround(node);
+    if (!shape) return;
+    ForgetProperties(*shape, node);
+    if (isAsBefore) return;
+    shape->ForgetFormulas();
+    if (!isCell) return shape->ForgetRows();
+    readers_.Note(shape->id(), formulaBefore_, -1);
+    readers_.Note(shape->id(), OwnFormulaOf(node), +1);
+  });
 }
 
 void DrawingPage::MasterChanged() { ForgetAll(); }
@@ -477,8 +498,10 @@ void DrawingPage::MasterChanged() { ForgetAll(); }
 void DrawingPage::EnsureConnects() {
   EnsureShapes();
   if (connectsKnown_ || !contents_) return;
-  connectsKnown_ = true;
-  for (const pugi::xml_node connect : contents_->root().child("Connects").children("Connect")) AddConnect(connect);
+  Wholly([&] {
+    connectsKnown_ = true;
+    for (const pugi::xml_node connect : contents_->root().child("Connects").children("Connect")) AddConnect(connect);
+  });
 }
 
 void DrawingPage::AddConnect(pugi::xml_node connect) {
@@ -528,7 +551,7 @@ void DrawingPage::KeepConnect(const DrawingShape& connector, const ConnectorEnd&
       {"FromSheet", std::to_string(connector.id())}, {"FromCell", end.x},      {"FromPart", std::to_string(end.fromPart)},
       {"ToSheet", std::to_string(target->shape)},    {"ToCell", target->cell}, {"ToPart", std::to_string(target->part)}};
   const auto put = [&](pugi::xml_node element) {
-    for (const auto& [name, value] : attributes) Set(element, name, value);
+    for (const auto& [name, value] : attributes) SetAttribute(element, name, value);
   };
   const auto holds = [&](const auto& attribute) { return attribute.second == connect.attribute(attribute.first).value(); };
   if (!connect)
@@ -632,9 +655,9 @@ void AppendInnerShapes(pugi::xml_node instance, pugi::xml_node original, const T
   pugi::xml_node shapes = instance.append_child("Shapes");
   for (const pugi::xml_node shape : inner.children("Shape")) {
     pugi::xml_node added = shapes.append_child("Shape");
-    Set(added, "ID", std::to_string(takeId()));
-    Set(added, "Type", shape.attribute("Type").as_string("Shape"));
-    Set(added, "MasterShape", shape.attribute("ID").value());
+    SetAttribute(added, "ID", std::to_string(takeId()));
+    SetAttribute(added, "Type", shape.attribute("Type").as_string("Shape"));
+    SetAttribute(added, "MasterShape", shape.attribute("ID").value());
     AppendInnerShapes(added, shape, takeId);
   }
 }
@@ -722,12 +745,12 @@ void DrawingPage::AddCopy(const DrawingShape& original, DrawingPage& from, const
   const int id = newIds.at(original.id());
   const std::string name = names_.FreeName(master ? master->Name() : "Sheet", id);
   const auto renumber = [&](pugi::xml_node shape) {
-    Set(shape, "ID", std::to_string(newIds.at(shape.attribute("ID").as_int())));
+    SetAttribute(shape, "ID", std::to_string(newIds.at(shape.attribute("ID").as_int())));
     VisitCells(shape, [&](pugi::xml_node cell) {
       const std::string_view formula = OwnFormulaOf(cell);
       if (!NamesSheet(formula)) return;
       if (const auto renumbered = from.Renumbered(formula, newIds))
-        Set(cell, "F", *renumbered);
+        SetAttribute(cell, "F", *renumbered);
       else
         cell.remove_attribute("F");
     });
@@ -738,7 +761,7 @@ void DrawingPage::AddCopy(const DrawingShape& original, DrawingPage& from, const
     copy.remove_attribute("UniqueID");
     for (const char* attribute : {"NameU", "Name"}) {
       if (master)
-        Set(copy, attribute, name);
+        SetAttribute(copy, attribute, name);
       else
         copy.remove_attribute(attribute);
     }
@@ -773,7 +796,7 @@ void DrawingPage::CopyGlue(DrawingPage& from, const NewIds& newIds) {
       const pugi::xml_node connect(known);
       if (NumberOr(connect, "FromSheet") != connector || !newIds.contains(NumberOr(connect, "ToSheet"))) continue;
       drawing_.editor().InsertCopy(*contents_, ConnectsElement(), connect, {}, [&](pugi::xml_node copy) {
-        for (const char* end : {"FromSheet", "ToSheet"}) Set(copy, end, std::to_string(newIds.at(NumberOr(copy, end))));
+        for (const char* end : {"FromSheet", "ToSheet"}) SetAttribute(copy, end, std::to_string(newIds.at(NumberOr(copy, end))));
       });
     }
   }
@@ -815,7 +838,7 @@ void DrawingPage::KeepNames(const std::vector<std::pair<int, std::string>>& name
     DrawingShape* shape = FindShape(id);
     if (!shape || NameOf(*shape) == name) continue;
     drawing_.editor().ChangeAttributes(*contents_, pugi::xml_node(shape->element()), [&name = name](pugi::xml_node element) {
-      for (const char* attribute : {"NameU", "Name"}) Set(element, attribute, name);
+      for (const char* attribute : {"NameU", "Name"}) SetAttribute(element, attribute, name);
     });
   }
 }
@@ -878,7 +901,7 @@ void DrawingPage::LetGoOf(const DrawingMaster& master) {
     CopyInherited(editor, *contents_, element, inherited);
     editor.ChangeAttributes(*contents_, element, [&](pugi::xml_node changed) {
       if (!shape.name.empty())
-        for (const char* attribute : {"NameU", "Name"}) Set(changed, attribute, shape.name);
+        for (const char* attribute : {"NameU", "Name"}) SetAttribute(changed, attribute, shape.name);
       for (const char* attribute : {"Master", "MasterShape"}) changed.remove_attribute(attribute);
     });
   }

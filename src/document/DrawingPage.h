@@ -121,6 +121,9 @@ class DrawingPage {
  private:
   using NewIds = std::unordered_map<int, int>;
 
+  // What is half found, or half kept up, when something fails is forgotten.
+  template <class Work>
+  decltype(auto) Wholly(const Work& work);
   void EnsureShapes();
   void EnsureOrder();
   void EnsureIndexes();
@@ -135,6 +138,7 @@ class DrawingPage {
   const Sheet* BaseOf(pugi::xml_node element, const DrawingShape* parent) const;
   DrawingShape* ShapeAround(pugi::xml_node node);
   void NoteFormulas(pugi::xml_node node, int by);
+  void NoteReader(pugi::xml_node shape);
   void ForgetProperties(const DrawingShape& shape, pugi::xml_node node);
   void ForgetPositions();
   void ForgetAll();

@@ -1,6 +1,7 @@
 #include "document/DrawingShape.h"
 
 #include "addin/host/HostConstants.h"
+#include "document/Elements.h"
 #include "document/TreeEditor.h"
 
 #include <pugixml.hpp>
@@ -11,18 +12,6 @@ namespace {
 bool IsFormatMarker(pugi::xml_node node) {
   const std::string_view name = node.name();
   return name == "cp" || name == "pp" || name == "tp";
-}
-
-bool IsText(pugi::xml_node node) { return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata; }
-
-// Line ends are CR LF in a file and LF in the program.
-void AppendLines(std::string& text, std::string_view raw) {
-  for (size_t i = 0; i < raw.size(); ++i) {
-    if (raw[i] != '\r')
-      text += raw[i];
-    else if (i + 1 >= raw.size() || raw[i + 1] != '\n')
-      text += '\n';
-  }
 }
 
 // Comments and instructions are no text; an element shows what it stands for.
@@ -94,7 +83,5 @@ void DrawingShape::SetText(TreeEditor& editor, std::string_view text) {
   else if (!whole.empty())
     editor.AppendText(part(), block, whole);
 }
-
-bool IsDeletedShape(pugi::xml_node element) { return std::string_view(element.attribute("Del").value()) == "1"; }
 
 }  // namespace vardo

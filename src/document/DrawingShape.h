@@ -40,7 +40,4 @@ class DrawingShape : public Sheet {
   DrawingShape* parent_;
 };
 
-// A shape that its group has not got from the master.
-bool IsDeletedShape(pugi::xml_node element);
-
 }  // namespace vardo

@@ -1,9 +1,12 @@
 #include "document/Edit.h"
 
+#include "package/TreeMemory.h"
+
 #include <pugixml.hpp>
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 namespace vardo {
 namespace {
@@ -11,12 +14,7 @@ namespace {
 constexpr size_t kNodeSize = 64, kAttributeSize = 40;
 
 // Behind the tree's root.
-pugi::xml_node Aside(pugi::xml_node node) {
-  constexpr const char* kName = "aside";
-  pugi::xml_node document = node.root();
-  const pugi::xml_node aside = document.child(kName);
-  return aside ? aside : document.append_child(kName);
-}
+constexpr const char* kAside = "aside";
 
 std::string_view NextText(std::string_view& rest) {
   const size_t end = rest.find('\0');
@@ -27,9 +25,7 @@ std::string_view NextText(std::string_view& rest) {
 
 }  // namespace
 
-OtherText::OtherText(std::string_view whole) { Keep(whole, {}); }
-
-void OtherText::Keep(std::string_view whole, std::string_view inForce) {
+OtherText::OtherText(std::string_view whole, std::string_view inForce) {
   const size_t most = std::min(whole.size(), inForce.size());
   const size_t prefix = static_cast<size_t>(
       std::mismatch(whole.begin(), whole.begin() + static_cast<ptrdiff_t>(most), inForce.begin()).first - whole.begin());
@@ -43,16 +39,10 @@ void OtherText::Keep(std::string_view whole, std::string_view inForce) {
   suffix_ = static_cast<std::uint32_t>(suffix);
 }
 
-void OtherText::Shorten(std::string_view inForce) {
-  const std::unique_ptr<char[]> whole = std::move(middle_);
-  Keep({whole.get(), size_}, inForce);
-}
-
-std::string OtherText::Exchange(std::string_view inForce) {
+std::string OtherText::Whole(std::string_view inForce) const {
   std::string whole(inForce.substr(0, prefix_));
   whole.append(middle_.get(), size_);
   whole.append(inForce.substr(inForce.size() - suffix_));
-  Keep(inForce, whole);
   return whole;
 }
 
@@ -63,7 +53,8 @@ std::string AttributesInOneText(pugi::xml_node element) {
   return text;
 }
 
-void SetAttributesFromText(pugi::xml_node element, std::string_view text) {
+void SetAttributesFromText(pugi::xml_node element, const std::string& wanted) {
+  std::string_view text = wanted;
   pugi::xml_attribute attribute = element.first_attribute();
   while (!text.empty()) {
     const std::string_view name = NextText(text), value = NextText(text);
@@ -79,21 +70,22 @@ void SetAttributesFromText(pugi::xml_node element, std::string_view text) {
   }
 }
 
-size_t SizeOf(pugi::xml_node top) {
-  struct Walker : pugi::xml_tree_walker {
-    size_t size = 0;
-    bool for_each(pugi::xml_node& node) override {
-      size += kNodeSize + std::strlen(node.value());
-      for (const pugi::xml_attribute attribute : node.attributes()) size += kAttributeSize + std::strlen(attribute.value());
-      return true;
-    }
-  } walker;
-  walker.for_each(top);
-  top.traverse(walker);
-  return walker.size;
+size_t SizeOf(pugi::xml_node node) {
+  size_t size = kNodeSize + std::strlen(node.value());
+  for (pugi::xml_attribute attribute = node.first_attribute(); attribute; attribute = attribute.next_attribute())
+    size += kAttributeSize + std::strlen(attribute.value());
+  for (pugi::xml_node child = node.first_child(); child; child = child.next_sibling()) size += SizeOf(child);
+  return size;
 }
 
-void PutAside(pugi::xml_node node) { Aside(node).append_move(node); }
+void MakeRoomAside(pugi::xml_node node) {
+  pugi::xml_node document = node.root();
+  if (document.child(kAside) || document.append_child(kAside)) return;
+  TreesRanOut();
+  throw std::bad_alloc();
+}
+
+void PutAside(pugi::xml_node node) { node.root().child(kAside).append_move(node); }
 
 void PutAt(pugi::xml_node node, const NodePlace& place) {
   pugi::xml_node parent(place.parent);

@@ -1,6 +1,7 @@
 // The typed edits that a drawing's trees are changed by. Each is a small record that knows its inverse: undoing or redoing it is
 // the same act, after which the record holds what is needed for the other direction.
 //   A removed node is put aside in its tree, where it is not saved: nodes that come back are the very same.
+//   What has no memory throws std::bad_alloc and has changed nothing.
 #pragma once
 
 #include "document/SheetKind.h"
@@ -20,15 +21,14 @@ struct SectionInfo;
 // A text that another one was changed to, or from: kept as what differs.
 class OtherText {
  public:
-  explicit OtherText(std::string_view whole);
-  // Once the text in force is final; holds what tells the whole from it.
-  void Shorten(std::string_view inForce);
-  // Gives back the whole and keeps the text in force in its place.
-  std::string Exchange(std::string_view inForce);
+  explicit OtherText(std::string_view whole) : OtherText(whole, {}) {}
+  // What tells the whole from the text in force.
+  OtherText(std::string_view whole, std::string_view inForce);
+  // The whole, from a text that is in force.
+  std::string Whole(std::string_view inForce) const;
   size_t size() const { return size_; }
 
  private:
-  void Keep(std::string_view whole, std::string_view inForce);
   std::unique_ptr<char[]> middle_;
   std::uint32_t size_ = 0, prefix_ = 0, suffix_ = 0;  // of the middle; what it shares with the text in force
 };
@@ -78,11 +78,13 @@ static_assert(sizeof(Edit) <= 64);
 
 // The attributes of an element in one text, as AttributesChanged keeps them.
 std::string AttributesInOneText(pugi::xml_node element);
-void SetAttributesFromText(pugi::xml_node element, std::string_view text);
+void SetAttributesFromText(pugi::xml_node element, const std::string& text);
 
 // What a subtree takes in memory, about.
 size_t SizeOf(pugi::xml_node node);
 
+// For a first node of its tree to be put aside, room is made before.
+void MakeRoomAside(pugi::xml_node node);
 void PutAside(pugi::xml_node node);
 void PutAt(pugi::xml_node node, const NodePlace& place);
 NodePlace PlaceOf(pugi::xml_node node);

@@ -1,10 +1,12 @@
 #include "document/EditLog.h"
 
-#include "base/ScopeExit.h"
 #include "document/EditObserver.h"
 #include "package/Package.h"
+#include "package/TreeMemory.h"
 
 #include <algorithm>
+#include <iterator>
+#include <new>
 #include <utility>
 
 namespace vardo {
@@ -20,43 +22,48 @@ void Destroy(pugi::xml_node node) { node.parent().remove_child(node); }
 }  // namespace
 
 void EditLog::BeginStep(std::string_view label) {
-  if (depth_++ == 0) open_.label = label;
+  if (depth_ == 0) open_.emplace_back().label = label;
+  ++depth_;
 }
 
 void EditLog::EndStep() {
   if (--depth_ > 0) return;
   fresh_.clear();
   noted_.clear();
-  if (open_.edits.empty()) {
-    open_ = {};
-    return;
-  }
+  if (open_.back().edits.empty()) return open_.clear();
   DropUndone();
-  Seal(open_);
-  bytes_ += open_.bytes;
-  done_.push_back(std::exchange(open_, {}));
+  Seal(open_.back());
+  bytes_ += open_.back().bytes;
+  done_.splice(done_.end(), open_);
   DropOldest();
 }
 
 void EditLog::RollBack() {
-  Replay(open_, Direction::Undo);
-  for (auto edit = open_.edits.rbegin(); edit != open_.edits.rend(); ++edit) Free(*edit, Direction::Redo);
-  open_.edits.clear();
-  open_.parts.clear();
+  Step& step = open_.back();
+  Replay(step, Direction::Undo);
+  for (auto edit = step.edits.rbegin(); edit != step.edits.rend(); ++edit) Free(*edit, Direction::Redo);
+  step.edits.clear();
+  step.parts.clear();
   fresh_.clear();
   noted_.clear();
 }
 
+void EditLog::MakeRoom() {
+  std::vector<Edit>& edits = open_.back().edits;
+  if (edits.size() == edits.capacity()) edits.reserve(2 * edits.size() + 4);
+}
+
 void EditLog::Add(Edit edit) {
+  MakeRoom();
   if (const auto* inserted = std::get_if<NodeInserted>(&edit)) fresh_.insert(inserted->node);
-  open_.edits.push_back(std::move(edit));
+  open_.back().edits.push_back(std::move(edit));
 }
 
 void EditLog::TouchPart(XmlPart& part) {
-  const auto known =
-      std::find_if(open_.parts.begin(), open_.parts.end(), [&](const PartState& state) { return state.part == &part; });
-  if (known != open_.parts.end()) return;
-  open_.parts.push_back({&part, part.state(), ++lastState_});
+  std::vector<PartState>& parts = open_.back().parts;
+  const auto known = std::find_if(parts.begin(), parts.end(), [&](const PartState& state) { return state.part == &part; });
+  if (known != parts.end()) return;
+  parts.push_back({&part, part.state(), ++lastState_});
   part.SetState(lastState_);
 }
 
@@ -67,82 +74,108 @@ bool EditLog::IsFresh(pugi::xml_node node) const {
   return false;
 }
 
-bool EditLog::NoteContent(pugi::xml_node node) { return !noted_.insert(node.internal_object()).second; }
+bool EditLog::HasContent(pugi::xml_node node) const { return noted_.contains(node.internal_object()); }
+void EditLog::NoteContent(pugi::xml_node node) { noted_.insert(node.internal_object()); }
 
 EditLog::Replayed EditLog::Undo() {
-  Step step = std::move(done_.back());
-  done_.pop_back();
+  Step& step = done_.back();
+  Replayed undone{step.label, step.shownBefore};
   Replay(step, Direction::Undo);
-  undone_.push_back(std::move(step));
-  return {undone_.back().label, undone_.back().shownBefore};
+  undone_.splice(undone_.end(), done_, std::prev(done_.end()));
+  return undone;
 }
 
 EditLog::Replayed EditLog::Redo() {
-  Step step = std::move(undone_.back());
-  undone_.pop_back();
+  Step& step = undone_.back();
+  Replayed redone{step.label, step.shownBefore};
   Replay(step, Direction::Redo);
-  done_.push_back(std::move(step));
-  return {done_.back().label, done_.back().shownBefore};
+  done_.splice(done_.end(), undone_, std::prev(undone_.end()));
+  return redone;
 }
 
+// What has been replayed when one edit cannot be is taken back.
 void EditLog::Replay(Step& step, Direction direction) {
-  replaying_ = true;
-  const AtExit done([this] { replaying_ = false; });
-  if (direction == Direction::Undo)
-    for (auto edit = step.edits.rbegin(); edit != step.edits.rend(); ++edit) Apply(*edit, direction);
-  else
-    for (Edit& edit : step.edits) Apply(edit, direction);
+  TreesRanOut();  // what has been refused before is another matter
+  const size_t count = step.edits.size();
+  const auto edit = [&](size_t turn) -> Edit& { return step.edits[direction == Direction::Undo ? count - 1 - turn : turn]; };
+  size_t turn = 0;
+  try {
+    for (; turn < count; ++turn) Apply(edit(turn), direction);
+  } catch (...) {
+    while (turn > 0) Apply(edit(--turn), Opposite(direction));
+    throw;
+  }
   for (const PartState& state : step.parts) state.part->SetState(direction == Direction::Undo ? state.before : state.after);
 }
 
 void EditLog::Apply(Edit& edit, Direction direction) {
   const bool forward = direction == Direction::Redo;
-  const auto setInPlace = [&](XmlPart& part, XmlNode at, const NodePlace& place, bool inPlace) {
-    const pugi::xml_node node(at);
-    if (inPlace) {
-      PutAt(node, place);
-      observer_.Inserted(part, node);
-    } else {
-      observer_.Removing(part, node);
-      PutAside(node);
-    }
-  };
-  std::visit(Overloaded{[&](NodeInserted& e) { setInPlace(*e.part, e.node, e.place, forward); },
-                        [&](NodeRemoved& e) { setInPlace(*e.part, e.node, e.place, !forward); },
-                        [&](AttributesChanged& e) {
-                          const pugi::xml_node node(e.node);
-                          observer_.Changing(*e.part, node);
-                          SetAttributesFromText(node, e.other.Exchange(AttributesInOneText(node)));
-                          observer_.Changed(*e.part, node);
-                        },
-                        [&](TextChanged& e) {
-                          pugi::xml_node node(e.node);
-                          observer_.Changing(*e.part, node);
-                          node.set_value(e.other.Exchange(node.value()).c_str());
-                          observer_.Changed(*e.part, node);
-                        },
-                        [&](PartPresence& e) { package_.SetPresent(*e.part, e.present == forward); },
-                        [&](RowsShifted& e) {
-                          observer_.Shifted({e.page, e.shape, e.kind, e.section, e.position, forward ? e.by : -e.by}, true);
-                        }},
-             edit);
+  std::visit(
+      Overloaded{[&](NodeInserted& e) { SetInPlace(*e.part, e.node, e.place, forward); },
+                 [&](NodeRemoved& e) { SetInPlace(*e.part, e.node, e.place, !forward); },
+                 [&](AttributesChanged& e) { Exchange(e, AttributesInOneText(pugi::xml_node(e.node)), SetAttributesFromText); },
+                 [&](TextChanged& e) {
+                   Exchange(e, pugi::xml_node(e.node).value(),
+                            [](pugi::xml_node node, const std::string& text) { node.set_value(text.c_str()); });
+                 },
+                 [&](PartPresence& e) { package_.SetPresent(*e.part, e.present == forward); },
+                 [&](RowsShifted& e) {
+                   observer_.Shifted({e.page, e.shape, e.kind, e.section, e.position, forward ? e.by : -e.by}, true);
+                 }},
+      edit);
 }
 
-// The records of a step that has ended hold no more than what differs.
+void EditLog::SetInPlace(XmlPart& part, XmlNode at, const NodePlace& place, bool inPlace) {
+  const pugi::xml_node node(at);
+  MakeRoomAside(node);
+  if (!inPlace) {
+    observer_.Removing(part, node);
+    return PutAside(node);
+  }
+  PutAt(node, place);
+  try {
+    observer_.Inserted(part, node);
+  } catch (...) {
+    PutAside(node);
+    throw;
+  }
+}
+
+template <class Content>
+void EditLog::Exchange(Content& content, const std::string& inForce, void (*put)(pugi::xml_node, const std::string&)) {
+  const pugi::xml_node node(content.node);
+  const std::string whole = content.other.Whole(inForce);
+  OtherText other(inForce, whole);
+  observer_.Changing(*content.part, node);
+  try {
+    put(node, whole);
+    if (TreesRanOut()) throw std::bad_alloc();
+    observer_.Changed(*content.part, node);
+  } catch (...) {
+    put(node, inForce);
+    throw;
+  }
+  content.other = std::move(other);
+}
+
+// The records of a step that has ended hold no more than what differs; without memory for that they stay as they are.
 void EditLog::Seal(Step& step) {
   step.edits.shrink_to_fit();
   step.bytes = sizeof(Step) + step.label.size() + step.edits.size() * sizeof(Edit);
+  const auto shorten = [&](OtherText& other, const auto& inForce) {
+    try {
+      const std::string now = inForce();
+      other = OtherText(other.Whole({}), now);
+    } catch (const std::bad_alloc&) {
+    }
+    step.bytes += other.size();
+  };
   for (Edit& edit : step.edits) {
-    std::visit(Overloaded{[&](AttributesChanged& e) {
-                            e.other.Shorten(AttributesInOneText(pugi::xml_node(e.node)));
-                            step.bytes += e.other.size();
-                          },
-                          [&](TextChanged& e) {
-                            e.other.Shorten(pugi::xml_node(e.node).value());
-                            step.bytes += e.other.size();
-                          },
-                          [&](NodeRemoved& e) { step.bytes += e.size; }, [](auto&) {}},
-               edit);
+    std::visit(
+        Overloaded{[&](AttributesChanged& e) { shorten(e.other, [&] { return AttributesInOneText(pugi::xml_node(e.node)); }); },
+                   [&](TextChanged& e) { shorten(e.other, [&] { return std::string(pugi::xml_node(e.node).value()); }); },
+                   [&](NodeRemoved& e) { step.bytes += e.size; }, [](auto&) {}},
+        edit);
   }
 }
 

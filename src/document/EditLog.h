@@ -1,12 +1,13 @@
 // The log of a drawing's edits. A step is everything one command of the user did; it is undone and redone whole, and taken back
 // whole when the command fails. The log also tells which parts differ from the file: each edit gives its part a new state, and
 // undoing gives the old one back.
+//   Without memory a step is not undone or redone: std::bad_alloc is thrown, and all is as it was.
 #pragma once
 
 #include "document/Edit.h"
 
 #include <cstdint>
-#include <deque>
+#include <list>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -35,10 +36,13 @@ class EditLog {
   bool InStep() const { return depth_ > 0; }
   bool IsOutermost() const { return depth_ == 1; }
   // What the window showed before the open step, for its owner; kept with the step.
-  void SetShownBefore(int shown) { open_.shownBefore = shown; }
+  void SetShownBefore(int shown) { open_.back().shownBefore = shown; }
 
   bool CanUndo() const { return !done_.empty(); }
   bool CanRedo() const { return !undone_.empty(); }
+  // What that would take back or do again, in the order of doing.
+  const std::vector<Edit>& EditsToUndo() const { return done_.back().edits; }
+  const std::vector<Edit>& EditsToRedo() const { return undone_.back().edits; }
   struct Replayed {
     std::string label;
     int shownBefore;
@@ -46,7 +50,6 @@ class EditLog {
   // The caller has asked whether there is one.
   Replayed Undo();
   Replayed Redo();
-  bool Replaying() const { return replaying_; }
   // Oldest first.
   std::vector<std::string> UndoLabels() const;
   std::vector<std::string> RedoLabels() const;
@@ -56,12 +59,16 @@ class EditLog {
   size_t Bytes() const { return bytes_; }
 
   // --- For who makes the edits; a step is open.
+  // Before an edit that is noted when it is done: there is room for its record then.
+  void MakeRoom();
   void Add(Edit edit);
   void TouchPart(XmlPart& part);
   // Whether the node has come with this step, so that what happens to it needs no record of its own.
   bool IsFresh(pugi::xml_node node) const;
-  // Whether the step has a record of the node's content already; it has one from now on.
-  bool NoteContent(pugi::xml_node node);
+  // Whether the step has a record of the node's content already.
+  bool HasContent(pugi::xml_node node) const;
+  // It has one from now on.
+  void NoteContent(pugi::xml_node node);
 
  private:
   struct PartState {
@@ -78,7 +85,11 @@ class EditLog {
 
   enum class Direction { Undo, Redo };
   void Replay(Step& step, Direction direction);
+  static Direction Opposite(Direction direction) { return direction == Direction::Undo ? Direction::Redo : Direction::Undo; }
   void Apply(Edit& edit, Direction direction);
+  void SetInPlace(XmlPart& part, XmlNode node, const NodePlace& place, bool inPlace);
+  template <class Content>
+  void Exchange(Content& content, const std::string& inForce, void (*put)(pugi::xml_node, const std::string&));
   void Seal(Step& step);
   void DropUndone();
   void DropOldest();
@@ -86,12 +97,10 @@ class EditLog {
 
   Package& package_;
   EditObserver& observer_;
-  std::deque<Step> done_;
-  std::vector<Step> undone_;
-  Step open_;
+  std::list<Step> done_, undone_;              // the latest done or undone is last
+  std::list<Step> open_;                       // one at the most
   std::unordered_set<XmlNode> fresh_, noted_;  // of the open step
   int depth_ = 0;
-  bool replaying_ = false;
   std::uint64_t lastState_ = 0;
   size_t bytes_ = 0;
   Limit limit_;

@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "document/CellText.h"
+#include "document/Elements.h"
 #include "document/TreeEditor.h"
 #include "formula/CellNames.h"
 
@@ -11,9 +12,6 @@
 
 namespace vardo {
 namespace {
-
-bool IsDeleted(pugi::xml_node element) { return std::string_view(element.attribute("Del").value()) == "1"; }
-bool IsNamed(pugi::xml_node node, std::string_view name) { return name == node.name(); }
 
 // The entry of parent that stands for the same cell, row or section.
 pugi::xml_node TwinIn(pugi::xml_node parent, pugi::xml_node entry) {

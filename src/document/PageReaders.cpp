@@ -17,7 +17,17 @@ void PageReaders::Forget() {
   known_ = false;
   sheets_.clear();
   ofAnySheet_.clear();
+  gone_.clear();
 }
+
+void PageReaders::ReaderGone(int reader, size_t left) {
+  constexpr size_t kFew = 1000;
+  if (!known_) return;
+  gone_.insert(reader);
+  if (gone_.size() > left + kFew) Forget();
+}
+
+bool PageReaders::ReaderIsBack(int reader) { return gone_.erase(reader) > 0; }
 
 void PageReaders::Note(int reader, std::string_view text, int by) {
   if (!known_ || !NamesSheet(text)) return;

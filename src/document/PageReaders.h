@@ -7,6 +7,7 @@
 #include <map>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace vardo {
@@ -18,11 +19,16 @@ class PageReaders {
   void Begin() { known_ = true; }
   // A formula of the reader has come (+1) or is going (-1).
   void Note(int reader, std::string_view formula, int by);
+  // A shape has gone. Its formulas stay counted until it comes back, or most of what is counted has gone: then all is forgotten,
+  // so that many can go at little cost. left: how many shapes the page still has.
+  void ReaderGone(int reader, size_t left);
+  // Whether it is one that had gone, so that nothing needs to be noted again.
+  bool ReaderIsBack(int reader);
 
   bool Reads(const CellCall& call) const;
   // That cell of any other sheet.
   bool ReadsOfAnySheet(const CellCall& call) const;
-  // By number; those whose formulas name the sheet so.
+  // By number; those whose formulas name the sheet so, some of which may have gone.
   std::vector<int> ReadersOf(Symbol sheet) const;
 
  private:
@@ -33,6 +39,7 @@ class PageReaders {
   bool known_ = false;
   std::unordered_map<Symbol, Called> sheets_;
   std::unordered_map<CellCall, int, CellCallHash> ofAnySheet_;  // calls of the cells, whatever sheet they name
+  std::unordered_set<int> gone_;
 };
 
 // Whether it names another sheet at all.

@@ -15,8 +15,9 @@ constexpr size_t kMostForgotten = 100'000;
 
 const char* PropertyColumns::Texts::Keep(std::string_view text) {
   if (text.size() > left_) {
-    left_ = std::max(kPiece, text.size());
-    next_ = pieces_.emplace_back(std::make_unique_for_overwrite<char[]>(left_)).get();
+    const size_t size = std::max(kPiece, text.size());
+    next_ = pieces_.emplace_back(std::make_unique_for_overwrite<char[]>(size)).get();
+    left_ = size;
   }
   char* const kept = next_;
   text.copy(kept, text.size());
@@ -33,11 +34,12 @@ void PropertyColumns::Column::Read(const DrawingShape& shape, std::uint32_t slot
   if (slot >= entries_.size()) entries_.resize(slot + 1 + slot / 2);
   Entry& entry = entries_[slot];
   const CellAddress address{properties, RowKey::Named(field_), value};
-  entry.state = shape.Exists(address) ? State::There : State::Missing;
-  if (entry.state == State::Missing) return;
+  if (!shape.Exists(address)) {
+    entry.state = State::Missing;
+    return;
+  }
   const std::string formula = shape.Formula(address);
-  entry.size = static_cast<std::uint32_t>(formula.size());
-  entry.text = texts_.Keep(formula);
+  entry = {texts_.Keep(formula), static_cast<std::uint32_t>(formula.size()), State::There};
 }
 
 void PropertyColumns::Column::Forget(std::uint32_t slot) {

@@ -4,6 +4,7 @@
 #include "base/Numbers.h"
 #include "base/Text.h"
 #include "document/CellText.h"
+#include "document/Elements.h"
 #include "document/FormulaIndex.h"
 #include "document/TreeEditor.h"
 
@@ -18,8 +19,6 @@ namespace {
 // Beyond so many rows they are found by their hash.
 constexpr size_t kFewRows = 24;
 
-bool IsDeleted(pugi::xml_node element) { return std::string_view(element.attribute("Del").value()) == "1"; }
-
 // The attribute mostly comes first.
 std::string_view NameOfCell(pugi::xml_node cell) {
   const pugi::xml_attribute first = cell.first_attribute();
@@ -28,7 +27,7 @@ std::string_view NameOfCell(pugi::xml_node cell) {
 
 pugi::xml_node CellIn(pugi::xml_node parent, std::string_view name) {
   for (pugi::xml_node cell = parent.first_child(); cell; cell = cell.next_sibling()) {
-    if (std::string_view(cell.name()) != "Cell") continue;
+    if (!IsNamed(cell, "Cell")) continue;
     if (EqualAsciiIgnoringCase(NameOfCell(cell), name)) return cell;
   }
   return {};
@@ -66,19 +65,19 @@ pugi::xml_node PlaceOfSection(pugi::xml_node sheet, const SectionInfo& section) 
 
 pugi::xml_node FirstBehindCells(pugi::xml_node parent) {
   for (const pugi::xml_node child : parent.children())
-    if (child.type() == pugi::node_element && std::string_view(child.name()) != "Cell") return child;
+    if (child.type() == pugi::node_element && !IsNamed(child, "Cell")) return child;
   return {};
 }
 
 // Every cell that a row of the section has.
 void FillRow(const SectionInfo& section, pugi::xml_node row) {
-  if (!section.rowType.empty()) row.append_attribute("T").set_value(std::string(section.rowType).c_str());
+  if (!section.rowType.empty()) SetAttribute(row, "T", section.rowType);
   for (const ColumnInfo& column : section.columns) {
     pugi::xml_node cell = row.append_child("Cell");
-    cell.append_attribute("N").set_value(std::string(column.name).c_str());
-    cell.append_attribute("V").set_value(std::string(column.value).c_str());
+    SetAttribute(cell, "N", column.name);
+    SetAttribute(cell, "V", column.value);
     const bool noValueYet = column.name == section.shortName || column.name == "DataLinked";
-    if (section.rowsHaveNames && noValueYet) cell.append_attribute("F").set_value(std::string(kNoFormula).c_str());
+    if (section.rowsHaveNames && noValueYet) SetAttribute(cell, "F", kNoFormula);
   }
 }
 
@@ -225,16 +224,17 @@ void Sheet::ForgetFormulas() const { formulas_.reset(); }
 
 Sheet::RowIndex& Sheet::Index() const {
   if (rows_) return *rows_;
-  rows_ = std::make_unique<RowIndex>();
+  auto rows = std::make_unique<RowIndex>();
   for (const pugi::xml_node element : pugi::xml_node(element_).children("Section")) {
     const SectionInfo* section = SectionOfElement(element);
     if (!section || SectionElement(*section) != element.internal_object()) continue;
     for (const pugi::xml_node row : element.children("Row"))
-      rows_->own.push_back({section, KeyOfRow(*section, row), row.internal_object(), IsDeleted(row)});
+      rows->own.push_back({section, KeyOfRow(*section, row), row.internal_object(), IsDeleted(row)});
   }
-  if (rows_->own.size() > kFewRows)
-    for (size_t at = 0; at < rows_->own.size(); ++at)
-      rows_->places.emplace(CellAddress{rows_->own[at].section, rows_->own[at].key, {}}, at);
+  if (rows->own.size() > kFewRows)
+    for (size_t at = 0; at < rows->own.size(); ++at)
+      rows->places.emplace(CellAddress{rows->own[at].section, rows->own[at].key, {}}, at);
+  rows_ = std::move(rows);
   return *rows_;
 }
 

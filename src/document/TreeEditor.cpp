@@ -1,6 +1,7 @@
 #include "document/TreeEditor.h"
 
 #include "document/EditObserver.h"
+#include "document/Elements.h"
 #include "document/UndoStep.h"
 #include "package/Package.h"
 #include "package/TreeMemory.h"
@@ -12,16 +13,15 @@ namespace {
 
 constexpr std::string_view kLabelOfLoneEdit = "Edit";
 
-void SetValue(pugi::xml_attribute attribute, std::string_view value) { attribute.set_value(std::string(value).c_str()); }
-
 }  // namespace
 
 pugi::xml_node TreeEditor::Insert(XmlPart& part, pugi::xml_node parent, const char* name, Attributes attributes,
                                   pugi::xml_node before, const Change& fill) {
-  pugi::xml_node node = before ? parent.insert_child_before(name, before) : parent.append_child(name);
-  for (const auto& [attribute, value] : attributes) SetValue(node.append_attribute(attribute), value);
-  if (fill) fill(node);
-  NoteInsertion(part, node);
+  const pugi::xml_node node = before ? parent.insert_child_before(name, before) : parent.append_child(name);
+  NoteInsertion(part, node, [&](pugi::xml_node added) {
+    for (const auto& [attribute, value] : attributes) vardo::SetAttribute(added, attribute, value);
+    if (fill) fill(added);
+  });
   return node;
 }
 
@@ -32,31 +32,35 @@ pugi::xml_node TreeEditor::Insert(XmlPart& part, pugi::xml_node parent, const ch
 pugi::xml_node TreeEditor::InsertCopy(XmlPart& part, pugi::xml_node parent, pugi::xml_node original, pugi::xml_node before,
                                       const Change& adapt) {
   const pugi::xml_node node = before ? parent.insert_copy_before(original, before) : parent.append_copy(original);
-  if (adapt) adapt(node);
-  NoteInsertion(part, node);
+  NoteInsertion(part, node, adapt);
   return node;
 }
 
 void TreeEditor::AppendText(XmlPart& part, pugi::xml_node parent, std::string_view text) {
-  pugi::xml_node node = parent.append_child(pugi::node_pcdata);
-  node.set_value(std::string(text).c_str());
-  NoteInsertion(part, node);
+  NoteInsertion(part, parent.append_child(pugi::node_pcdata),
+                [&](pugi::xml_node node) { node.set_value(std::string(text).c_str()); });
 }
 
-void TreeEditor::NoteInsertion(XmlPart& part, pugi::xml_node node) {
-  if (TreesRanOut() || !node) {
-    node.parent().remove_child(node);
-    throw std::bad_alloc();
-  }
+// A node that cannot be recorded does not stay.
+void TreeEditor::NoteInsertion(XmlPart& part, pugi::xml_node node, const Change& fill) {
   const UndoStep step(log_, kLabelOfLoneEdit);
-  log_.TouchPart(part);
-  if (!log_.IsFresh(node.parent())) log_.Add(NodeInserted{&part, node.internal_object(), PlaceOf(node)});
+  try {
+    if (node && fill) fill(node);
+    if (TreesRanOut() || !node) throw std::bad_alloc();
+    log_.TouchPart(part);
+    if (!log_.IsFresh(node.parent())) log_.Add(NodeInserted{&part, node.internal_object(), PlaceOf(node)});
+  } catch (...) {
+    node.parent().remove_child(node);
+    throw;
+  }
   observer_.Inserted(part, node);
 }
 
 void TreeEditor::Remove(XmlPart& part, pugi::xml_node node) {
   const UndoStep step(log_, kLabelOfLoneEdit);
   log_.TouchPart(part);
+  log_.MakeRoom();
+  MakeRoomAside(node);
   observer_.Removing(part, node);
   if (log_.IsFresh(node.parent())) {
     node.parent().remove_child(node);
@@ -89,15 +93,14 @@ void TreeEditor::SetText(XmlPart& part, pugi::xml_node node, std::string_view te
 
 void TreeEditor::NoteContent(XmlPart& part, pugi::xml_node node, const std::function<Edit()>& record) {
   log_.TouchPart(part);
-  if (!log_.IsFresh(node) && !log_.NoteContent(node)) log_.Add(record());
+  if (log_.IsFresh(node) || log_.HasContent(node)) return;
+  log_.Add(record());
+  log_.NoteContent(node);
 }
 
 void TreeEditor::SetAttribute(XmlPart& part, pugi::xml_node element, const char* name, std::string_view value) {
   if (const pugi::xml_attribute there = element.attribute(name); there && value == there.value()) return;
-  ChangeAttributes(part, element, [&](pugi::xml_node changed) {
-    const pugi::xml_attribute there = changed.attribute(name);
-    SetValue(there ? there : changed.append_attribute(name), value);
-  });
+  ChangeAttributes(part, element, [&](pugi::xml_node changed) { vardo::SetAttribute(changed, name, value); });
 }
 
 void TreeEditor::RemoveAttribute(XmlPart& part, pugi::xml_node element, const char* name) {
@@ -108,11 +111,16 @@ void TreeEditor::RemoveAttribute(XmlPart& part, pugi::xml_node element, const ch
 XmlPart& TreeEditor::AddPart(std::string name, std::string_view xml, const Change& adapt) {
   const UndoStep step(log_, kLabelOfLoneEdit);
   XmlPart& part = package_.Add(std::move(name), xml);
-  if (adapt) {
-    adapt(part.root());
-    log_.TouchPart(part);
+  try {
+    if (adapt) {
+      adapt(part.root());
+      log_.TouchPart(part);
+    }
+    SetPresent(part, true);
+  } catch (...) {
+    package_.Forget(part);
+    throw;
   }
-  SetPresent(part, true);
   return part;
 }
 
@@ -122,14 +130,16 @@ void TreeEditor::RemovePart(XmlPart& part) {
 }
 
 void TreeEditor::SetPresent(XmlPart& part, bool present) {
+  log_.MakeRoom();
   package_.SetPresent(part, present);
   log_.Add(PartPresence{&part, present});
 }
 
 void TreeEditor::NoteRowsShifted(const RowsShifted& rows) {
   const UndoStep step(log_, kLabelOfLoneEdit);
-  log_.Add(rows);
+  log_.MakeRoom();
   observer_.Shifted(rows, false);
+  log_.Add(rows);
 }
 
 }  // namespace vardo

@@ -50,7 +50,7 @@ class TreeEditor {
   void NoteRowsShifted(const RowsShifted& rows);
 
  private:
-  void NoteInsertion(XmlPart& part, pugi::xml_node node);
+  void NoteInsertion(XmlPart& part, pugi::xml_node node, const Change& fill);
   void NoteContent(XmlPart& part, pugi::xml_node node, const std::function<Edit()>& record);
   void SetPresent(XmlPart& part, bool present);
 

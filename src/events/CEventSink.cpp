@@ -5,12 +5,12 @@
 #include "addin/host/IVApplication.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
-#include "addin/host/SecondTry.h"
+#include "addin/host/UndoScope.h"
 #include "base/Errors.h"
 #include "base/ScopeExit.h"
-#include "catalog/NameCatalogues.h"
 #include "connect/Glue_Connections.h"
 #include "events/PageRegisters.h"
+#include "platform/Platform.h"
 #include "props/PropertyCells.h"
 #include "props/ShapeKinds.h"
 #include "props/StringFunctions.h"
@@ -19,6 +19,7 @@
 #include <algorithm>
 #include <exception>
 #include <iterator>
+#include <new>
 #include <utility>
 
 namespace vardo {
@@ -27,6 +28,8 @@ std::vector<std::string> PagesToDelete;
 std::vector<std::string> PagesToInitialise;
 
 namespace {
+
+constexpr std::string_view kProcess = "Process";
 
 // The property that holds the name of a module of that kind.
 std::string_view NameField(std::string_view kind) { return FindModule(kind)->Name().field; }
@@ -38,7 +41,7 @@ void Renumber(const IVShapePtr& shape, const std::string& kind) {
   SetPropList(shape, "Count", number);
   shape->SetText(kind + number);
   SetPropList(shape, NameField(kind), shape->Text());
-  if (kind == "Process") GiveUpSubmodelPage(shape);
+  if (kind == kProcess) GiveUpSubmodelPage(shape);
 }
 
 // The positions of the shape and of all that stand behind it on its page.
@@ -49,10 +52,15 @@ ShapeIndexes PositionsFrom(const IVShapePtr& shape) {
   return positions;
 }
 
-bool ReadsRegisters(std::int16_t eventCode) {
+bool ReadsRegisters(std::uint16_t eventCode) {
   static constexpr std::uint16_t kReading[] = {kEventBeforeSelectionDelete, kEventShapeAdded, kEventPageDeleted,
                                                kEventTextChanged};
-  return std::ranges::find(kReading, static_cast<std::uint16_t>(eventCode)) != std::end(kReading);
+  return std::ranges::find(kReading, eventCode) != std::end(kReading);
+}
+
+// What comes between the shapes of a paste: each is selected, and the texts of those that are numbered change.
+bool GoesOnWithABurst(std::uint16_t eventCode) {
+  return eventCode == kEventShapeAdded || eventCode == kEventWindowChanged || eventCode == kEventTextChanged;
 }
 
 bool IsUndone(const MendedRegister& mended) try {
@@ -77,10 +85,24 @@ Going WhatGoesWith(const IVSelectionPtr& selection) {
   return going;
 }
 
-void ShowAgain(const IVPagePtr& page) try {
-  WithSecondTry([&] { visApp->ActiveWindow()->SetPage(page->Name()); });
-} catch (const AutomationError&) {
+void ShowAgain(const IVPagePtr& page) try { visApp->ActiveWindow()->SetPage(page->Name()); } catch (const AutomationError&) {
   // It has gone, too.
+}
+
+// A host that refuses to tell refuses what would be done, too.
+bool HostIsUndoingOrRedoing() try { return visApp->IsUndoingOrRedoing(); } catch (const std::bad_alloc&) {
+  throw;
+} catch (const std::exception&) {
+  return false;
+}
+
+// The host must not see a failure of its listener. That there is no memory it must, for its own operation is in danger.
+template <class Work>
+void EndSilently(const Work& work) try {
+  work();
+} catch (const std::bad_alloc&) {
+  throw;
+} catch (const std::exception&) {
 }
 
 std::string TakeFirst(std::vector<std::string>& queue) {
@@ -93,37 +115,50 @@ std::string TakeFirst(std::vector<std::string>& queue) {
 
 void CEventSink::VisEventProc(std::int16_t eventCode, const IVApplicationPtr&, std::int32_t, std::int32_t,
                               const EventSubject& subject, std::string_view moreInfo) {
-  // The host must never see a failure of its listener.
+  // What the host takes back holds what was done here, too.
+  const auto code = static_cast<std::uint16_t>(eventCode);
+  const bool isUndone = HostIsUndoingOrRedoing();
+  if (isUndone || !GoesOnWithABurst(code)) burst_ = {};
+  if (isUndone) return;
+  const UndoScope oneStep(visApp, "Keep Modules");
+  std::vector<std::string> toDelete = PagesToDelete, toInitialise = PagesToInitialise;
   try {
-    if (ReadsRegisters(eventCode)) {
-      const auto* shape = std::get_if<IVShapePtr>(&subject);
-      MendRegisters(shape && static_cast<std::uint16_t>(eventCode) == kEventShapeAdded ? *shape : nullptr);
-    }
-    DrainQueues();
-  } catch (const std::exception&) {
+    EndSilently([&] {
+      if (ReadsRegisters(code)) {
+        const auto* shape = std::get_if<IVShapePtr>(&subject);
+        MendRegisters(shape && code == kEventShapeAdded ? *shape : nullptr);
+      }
+      DrainQueues();
+    });
+    EndSilently([&] { Answer(code, subject, moreInfo); });
+  } catch (const std::bad_alloc&) {
+    // The host takes its operation back, if it can.
+    PagesToDelete.swap(toDelete);
+    PagesToInitialise.swap(toInitialise);
+    registersInDoubt_ = true;
+    throw;
   }
-  try {
-    switch (static_cast<std::uint16_t>(eventCode)) {
-      case kEventBeforeSelectionDelete:
-        return BeforeSelectionDelete(std::get<IVSelectionPtr>(subject));
-      case kEventPageAdded:
-        return PageAdded(std::get<IVPagePtr>(subject));
-      case kEventShapeAdded:
-        return ShapeAdded(std::get<IVShapePtr>(subject));
-      case kEventPageDeleted:
-        return PageDeleted(std::get<IVPagePtr>(subject));
-      case kEventDocumentClosed:
-        registersInDoubt_ = registersUnseen_ = false;
-        mendedRegisters_.clear();
-        return;
-      case kEventTextChanged:
-        if (!puttingText_ && WithSecondTry([] { return visApp->ActiveWindow()->Selection()->Count(); }) == 0)
-          ShapeTextEdited(moreInfo);
-        return;
-      default:
-        return;
-    }
-  } catch (const std::exception&) {
+}
+
+void CEventSink::Answer(std::uint16_t eventCode, const EventSubject& subject, std::string_view moreInfo) {
+  switch (eventCode) {
+    case kEventBeforeSelectionDelete:
+      return BeforeSelectionDelete(std::get<IVSelectionPtr>(subject));
+    case kEventPageAdded:
+      return PageAdded(std::get<IVPagePtr>(subject));
+    case kEventShapeAdded:
+      return ShapeAdded(std::get<IVShapePtr>(subject));
+    case kEventPageDeleted:
+      return PageDeleted(std::get<IVPagePtr>(subject));
+    case kEventDocumentClosed:
+      registersInDoubt_ = registersUnseen_ = false;
+      mendedRegisters_.clear();
+      return;
+    case kEventTextChanged:
+      if (!puttingText_ && visApp->ActiveWindow()->Selection()->Count() == 0) ShapeTextEdited(moreInfo);
+      return;
+    default:
+      return;
   }
 }
 
@@ -136,6 +171,7 @@ void CEventSink::MendRegisters(const IVShapePtr& added) try {
   if (!registersUnseen_ && std::ranges::none_of(mendedRegisters_, IsUndone)) return;
   registersUnseen_ = true;
   mendedRegisters_.clear();
+  burst_ = {};
   const IVDocumentPtr drawing = visApp->ActiveDocument();
   const std::string changing = added ? added->ContainingPage()->Name() : "";
   const ShapeIndexes coming = added ? PositionsFrom(added) : ShapeIndexes();
@@ -165,22 +201,21 @@ void CEventSink::DrainQueues() {
   draining_ = true;
   const AtExit done([this] { draining_ = false; });
   // As a page: its name may be its number, and pass to another page.
-  const IVPagePtr shownBefore = WithSecondTry([] { return visApp->ActivePage(); });
+  const IVPagePtr shownBefore = visApp->ActivePage();
   while (!PagesToDelete.empty()) {
     DeleteQueuedPage(TakeFirst(PagesToDelete));
     ShowAgain(shownBefore);
   }
   while (!PagesToInitialise.empty()) {
     const std::string name = TakeFirst(PagesToInitialise);
-    const IVPagePtr page =
-        WithSecondTry([&] { return PageExists(name) ? visApp->ActiveDocument()->Pages()->Item(name) : nullptr; });
+    const IVPagePtr page = PageExists(name) ? visApp->ActiveDocument()->Pages()->Item(name) : nullptr;
     if (page) PageAdded(page);
   }
 }
 
 void CEventSink::ListenToPageDeleted(bool on) {
   if (!pageDeletedEvent_) return;
-  WithSecondTry([&] { pageDeletedEvent_->SetEnabled(on); });
+  pageDeletedEvent_->SetEnabled(on);
   pageDeletedIsOff_ = !on;
 }
 
@@ -189,42 +224,43 @@ void CEventSink::DeleteQueuedPage(const std::string& name) try {
   const AtExit switchOn([this] {
     try {
       ListenToPageDeleted(true);
-    } catch (const AutomationError&) {
+    } catch (const std::exception&) {
       // The next event begins with it.
     }
   });
-  WithSecondTry([&] {
-    if (!PageExists(name)) return;
-    const IVPagePtr page = visApp->ActiveDocument()->Pages()->Item(name);
-    DeleteSubmodelPages(page);
-    page->Delete(1);
-  });
+  if (!PageExists(name)) return;
+  const IVPagePtr page = visApp->ActiveDocument()->Pages()->Item(name);
+  DeleteSubmodelPages(page);
+  page->Delete(1);
 } catch (const AutomationError&) {
   // The other queued pages still go.
 }
 
 void CEventSink::PageAdded(const IVPagePtr& page) try {
-  const IVShapePtr sheet = WithSecondTry([&] { return page->PageSheet(); });
-  for (const BookkeepingRow& row : kBookkeepingRows)
-    WithSecondTry([&] { sheet->AddNamedRow(kSectionProp, row.name, kTagDefault); });
+  const IVShapePtr sheet = page->PageSheet();
+  for (const BookkeepingRow& row : kBookkeepingRows) sheet->AddNamedRow(kSectionProp, row.name, kTagDefault);
   for (const BookkeepingRow& row : kBookkeepingRows) {
     const std::string formula = row.name == kParentPageRow ? InQuotes(PendingParentPage) : std::string(row.formula);
-    WithSecondTry([&] { sheet->Cells(CellName(row.name))->SetFormula(formula); });
+    sheet->Cells(CellName(row.name))->SetFormula(formula);
   }
   PendingParentPage.clear();
   for (short row = 0; row < static_cast<short>(std::size(kBookkeepingRows)); ++row)
-    WithSecondTry([&] { sheet->CellsSRC(kSectionProp, row, kCellPropInvisible)->SetFormula("1"); });
+    sheet->CellsSRC(kSectionProp, row, kCellPropInvisible)->SetFormula("1");
 } catch (const AutomationError&) {
   // The page stays as it is: its registers read as empty, and the first write makes them.
 }
 
+void CEventSink::FollowBurst(const IVShapePtr& added) {
+  const IVPagePtr page = added->ContainingPage();
+  const int id = page->ID(), shapes = page->Shapes()->Count(), position = added->Index();
+  if (id != burst_.page || shapes != burst_.shapes || position <= burst_.last) burst_ = {id, shapes, 0, {}};
+  burst_.last = position;
+}
+
 void CEventSink::ShapeAdded(const IVShapePtr& shape) try {
-  const auto isDrawn = [&] {
-    const short type = shape->Type();
-    return type == kShapeTypeGroup || type == kShapeTypeShape;
-  };
-  if (!WithSecondTry(isDrawn)) return;
-  const std::string kind = WithSecondTry([&] { return MasterNameOf(shape); });
+  FollowBurst(shape);
+  if (const short type = shape->Type(); type != kShapeTypeGroup && type != kShapeTypeShape) return;
+  const std::string kind = MasterNameOf(shape);
   if (!IsModuleKind(kind)) return OtherShapeAdded(shape, kind);
   ModuleAdded(shape, kind);
   GiveUpPagesOfOthers(shape);
@@ -234,39 +270,30 @@ void CEventSink::ShapeAdded(const IVShapePtr& shape) try {
 }
 
 void CEventSink::ModuleAdded(const IVShapePtr& shape, const std::string& kind) {
-  const auto settle = [&] {
-    if (registersInDoubt_) Recount(shape->ContainingPage(), PositionsFrom(shape));
-  };
-  const bool isTaken = WithSecondTry([&] {
-    settle();
-    const std::string text = shape->Text();
-    return !text.empty() && NameIsUsed(NameList::AllModules, text, 1);
-  });
-  WithSecondTry([&] {
-    settle();
-    registersInDoubt_ = true;
-    if (isTaken) Renumber(shape, kind);
-    IncrementPageCount(shape);
-    registersInDoubt_ = false;
-  });
+  if (registersInDoubt_) {
+    burst_.names = {};
+    Recount(shape->ContainingPage(), PositionsFrom(shape));
+  }
+  registersInDoubt_ = true;
+  if (const std::string text = shape->Text(); !text.empty() && burst_.names.Contains(text)) Renumber(shape, kind);
+  IncrementPageCount(shape);
+  burst_.names.Entered(shape, kind);
+  registersInDoubt_ = false;
 }
 
 void CEventSink::OtherShapeAdded(const IVShapePtr& shape, const std::string& master) try {
-  const auto isConnector = [] {
-    const IVShapePtr selected = visApp->ActiveWindow()->Selection()->Item(1);
-    return selected->RowExists(kSectionObject, kRowXForm1D, kExistsAnywhere);
-  };
-  // A line that was made from no master is none.
-  if (!master.empty() && WithSecondTry(isConnector)) return CheckConnector();
+  const IVShapePtr selected = visApp->ActiveWindow()->Selection()->Item(1);
+  // A line that was made from no master is no connector.
+  if (!master.empty() && selected->RowExists(kSectionObject, kRowXForm1D, kExistsAnywhere)) return CheckConnector();
   GiveUpPagesOfOthers(shape);
 } catch (const AutomationError&) {
   // The connector stays as it has been drawn, and a Process in a group what its original is.
 }
 
 void CEventSink::BeforeSelectionDelete(const IVSelectionPtr& selection) try {
-  auto [shapes, pages] = WithSecondTry([&] { return WhatGoesWith(selection); });
+  auto [shapes, pages] = WhatGoesWith(selection);
   PagesToDelete.insert(PagesToDelete.end(), pages.begin(), pages.end());
-  WithSecondTry([&] { Recount(visApp->ActivePage(), shapes); });
+  Recount(visApp->ActivePage(), shapes);
 } catch (const AutomationError&) {
   registersInDoubt_ = true;
 }
@@ -283,35 +310,40 @@ void CEventSink::Recount(const IVPagePtr& page, const ShapeIndexes& goingAway) {
 }
 
 void CEventSink::PageDeleted(const IVPagePtr& page) {
-  for (std::string& name : WithSecondTry([&] { return SubmodelPagesOf(page); })) PagesToDelete.push_back(std::move(name));
+  for (std::string& name : SubmodelPagesOf(page)) PagesToDelete.push_back(std::move(name));
 }
 
 void CEventSink::ShapeTextEdited(std::string_view moreInfo) {
+  burst_ = {};
   const size_t dot = moreInfo.find('.');
   if (dot == std::string_view::npos) return;
   const int id = LeadingInteger(moreInfo.substr(dot + 1));
-  const IVShapePtr shape = WithSecondTry([&] { return visApp->ActivePage()->Shapes()->ItemFromID(id); });
-  const std::string kind = WithSecondTry([&] { return MasterNameOf(shape); });
+  const IVShapePtr shape = visApp->ActivePage()->Shapes()->ItemFromID(id);
+  const std::string kind = MasterNameOf(shape);
   if (!IsModuleKind(kind)) return;
   const std::string_view nameField = NameField(kind);
-  const std::string stored = WithSecondTry([&] { return PropText(shape, nameField); });
-  const std::string typed = WithSecondTry([&] { return shape->Text(); });
+  const std::string stored = PropText(shape, nameField);
+  const std::string typed = shape->Text();
   const std::string text(TrimBlanks(typed));
   if (text.empty()) return PutText(shape, stored);
   if (text != typed) PutText(shape, text);
   const int times = text == stored ? 2 : 1;
-  if (WithSecondTry([&] { return NameIsUsed(NameList::AllModules, text, times); })) {
+  if (NameIsUsed(NameList::AllModules, text, times)) {
     ShowFieldError(kDuplicateName);
     return PutText(shape, stored);
   }
-  WithSecondTry([&] { SetPropList(shape, nameField, text); });
-  if (kind == "Process") WithSecondTry([&] { RenameSubmodelPage(shape, text); });
+  if (const auto why = kind == kProcess ? WhySubmodelPageStays(shape, text) : std::nullopt) {
+    ThePlatform().ShowMessage(*why, kProductTitle, kStyleExclamation);
+    return PutText(shape, stored);
+  }
+  SetPropList(shape, nameField, text);
+  if (kind == kProcess) RenameSubmodelPage(shape, text);
 }
 
 void CEventSink::PutText(const IVShapePtr& shape, std::string_view text) {
   puttingText_ = true;
   const AtExit done([this] { puttingText_ = false; });
-  WithSecondTry([&] { shape->SetText(text); });
+  shape->SetText(text);
 }
 
 }  // namespace vardo

@@ -1,9 +1,10 @@
 // The listener for the host's events. It gives new pages their bookkeeping rows, renumbers and registers new module shapes, keeps
 // a module's name in step with the text typed on it, and removes the submodel pages of Process shapes that go.
-//   What the host refuses is tried a second time. What it then refuses still is left, and put right later where that is said.
+//   What the host refuses is left, and put right later where that is said.
 #pragma once
 
 #include "addin/host/IVEventList.h"
+#include "catalog/NameCatalogues.h"
 #include "events/PageRegisters.h"
 #include "events/SubmodelPages.h"
 
@@ -20,7 +21,7 @@ extern std::vector<std::string> PagesToInitialise;
 
 class CEventSink : public IVEventSink {
  public:
-  // The host's entry point. Lets no failure out.
+  // The host's entry point. Lets no failure out but std::bad_alloc; nothing new is put off then.
   void VisEventProc(std::int16_t eventCode, const IVApplicationPtr& source, std::int32_t eventId, std::int32_t eventSeqNum,
                     const EventSubject& subject, std::string_view moreInfo) override;
 
@@ -52,11 +53,14 @@ class CEventSink : public IVEventSink {
   size_t AdvisedEvents() const { return advisedEvents_; }
 
  private:
+  void Answer(std::uint16_t eventCode, const EventSubject& subject, std::string_view moreInfo);
   void DrainQueues();
   void DeleteQueuedPage(const std::string& name);
   // Writes a text without hearing of it: a name that is refused as well would be put back without end.
   void PutText(const IVShapePtr& shape, std::string_view text);
   void ListenToPageDeleted(bool on);
+  // Whether the shape is the next one of those that have come together.
+  void FollowBurst(const IVShapePtr& added);
   void ModuleAdded(const IVShapePtr& shape, const std::string& kind);
   void OtherShapeAdded(const IVShapePtr& shape, const std::string& master);
   // Counts the page's modules without those that go, and those of all other pages when the registers are in doubt.
@@ -71,6 +75,13 @@ class CEventSink : public IVEventSink {
   bool registersInDoubt_ = false;
   bool registersUnseen_ = false;
   std::vector<MendedRegister> mendedRegisters_;
+
+  // Shapes that are pasted together are all there before the first of them is told of, and are told of from the lowest one on.
+  struct Burst {
+    int page = 0, shapes = 0, last = 0;  // its ID, how many shapes it has, and the position of the one told of last
+    NamesInUse names;
+  };
+  Burst burst_;
 };
 
 }  // namespace vardo

@@ -5,10 +5,10 @@
 #include "addin/host/IVApplication.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
-#include "addin/host/SecondTry.h"
 #include "base/Characters.h"
 #include "base/Errors.h"
 #include "base/ScopeExit.h"
+#include "base/Text.h"
 #include "events/PageRegisters.h"
 #include "platform/Platform.h"
 #include "props/DrawingLists.h"
@@ -100,7 +100,7 @@ void AddSubmodelsBelow(const IVPagePtr& page, std::set<std::string>& named, std:
 
 // A page that nobody is linked to would stand in the way of the next attempt.
 void TakeBack(const IVPagePtr& page, const std::string& parent) try {
-  WithSecondTry([&] { page->Delete(1); });
+  page->Delete(1);
   ShowPage(parent);
 } catch (const AutomationError&) {
   // What was refused in the first place is what the caller is told.
@@ -201,16 +201,24 @@ void GiveUpPagesOfOthers(const IVShapePtr& added) {
 
 std::string SubmodelPageOf(const IVShapePtr& process) { return PropText(process, kSubPage); }
 
+std::optional<std::string> WhySubmodelPageStays(const IVShapePtr& process, std::string_view newName) {
+  const std::string oldPage = SubmodelPageOf(process);
+  if (oldPage.empty() || !PageExists(oldPage)) return std::nullopt;
+  const std::string newPage = SubmodelPageName(newName, oldPage);
+  if (newPage == oldPage || !PageExists(newPage)) return std::nullopt;
+  return "The page \"" + InWords(newPage) + "\" is there already: give the Process another name, or rename that page first.";
+}
+
 void RenameSubmodelPage(const IVShapePtr& process, std::string_view newName) {
   const std::string oldPage = SubmodelPageOf(process);
   if (oldPage.empty()) return;
   const std::string newPage = SubmodelPageName(newName, oldPage);
-  const auto link = [&](const std::string& page) { WithSecondTry([&] { SetPropList(process, kSubPage, page); }); };
+  const auto link = [&](const std::string& page) { SetPropList(process, kSubPage, page); };
   const bool exists = PageExists(oldPage);
   link(newPage);
   if (!exists) return;
   try {
-    WithSecondTry([&] { AllPages()->Item(oldPage)->SetName(newPage); });
+    AllPages()->Item(oldPage)->SetName(newPage);
   } catch (const AutomationError&) {
     // The page keeps its name, as when another page has the new one.
     link(oldPage);

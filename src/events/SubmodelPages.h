@@ -5,6 +5,7 @@
 
 #include "addin/host/HostFwd.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -48,6 +49,10 @@ std::vector<IVShapePtr> ProcessesOf(const IVShapePtr& shape);
 void GiveUpSubmodelPage(const IVShapePtr& process);
 // The same for all that has come with a shape and is registered by now, where another Process names the page as well.
 void GiveUpPagesOfOthers(const IVShapePtr& added);
+
+// A sentence that says why the submodel page of a Process cannot go by the Process's new name; none when it can, or there is no
+// such page.
+std::optional<std::string> WhySubmodelPageStays(const IVShapePtr& process, std::string_view newName);
 
 // Gives a renamed Process's submodel page the new name, the Process the link to it, and the pages further in theirs to their
 // parent. When the page cannot be renamed the links stay too.

@@ -1,6 +1,7 @@
 #include "forms/Form.h"
 
 #include "base/Errors.h"
+#include "base/Text.h"
 #include "platform/Platform.h"
 
 #include <algorithm>
@@ -154,7 +155,7 @@ void Form::UserKey(std::string_view key) {
     const char letter = key.back();
     return AccessKeyPressed(static_cast<char32_t>(letter >= 'A' && letter <= 'Z' ? letter - 'A' + 'a' : letter));
   }
-  throw RuntimeError::InvalidArgument("key \"" + std::string(key) + "\"");
+  throw RuntimeError::InvalidArgument("key \"" + InWords(key) + "\"");
 }
 
 void Form::ControlChanged(Control& control) {
@@ -207,7 +208,7 @@ void Form::RequireItem(const Control& control, int index) const {
 int Form::RequireOffered(const ComboBox& control, std::string_view text) const {
   RequireShown(control);
   const auto found = std::find(control.Items().begin(), control.Items().end(), text);
-  if (found == control.Items().end()) throw NotForAPerson(control, "offers no item \"" + std::string(text) + "\"");
+  if (found == control.Items().end()) throw NotForAPerson(control, "offers no item \"" + InWords(text) + "\"");
   return static_cast<int>(found - control.Items().begin());
 }
 

@@ -6,7 +6,7 @@ namespace vardo {
 namespace {
 
 constexpr double kMargin = 180;
-constexpr double kFrameInset = 150;
+constexpr double kFrameInset = 135;  // where Windows begins a frame's title: it stands on the label column
 constexpr double kFrameTitle = 390;
 constexpr double kBoxHeight = 345;
 constexpr double kLabelHeight = 255;

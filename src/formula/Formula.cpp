@@ -222,6 +222,28 @@ std::string Formula::WithReferences(const std::function<bool(FormulaReference&)>
   return result.append(text_, copied);
 }
 
+bool IsGuarded(std::string_view formula) {
+  constexpr std::string_view kGuard = "GUARD(";
+  formula.remove_prefix(std::min(formula.find_first_not_of(" ="), formula.size()));
+  formula = formula.substr(0, formula.find_last_not_of(' ') + 1);
+  if (!EqualAsciiIgnoringCase(formula.substr(0, kGuard.size()), kGuard)) return false;
+  int depth = 0;
+  char quote = 0;
+  for (size_t i = 0; i < formula.size(); ++i) {
+    const char c = formula[i];
+    if (quote != 0) {
+      if (c == quote) quote = 0;
+    } else if (c == '"' || c == '\'') {
+      quote = c;
+    } else if (c == '(') {
+      ++depth;
+    } else if (c == ')' && --depth == 0) {
+      return i + 1 == formula.size();
+    }
+  }
+  return false;
+}
+
 std::string SheetNameInFormula(std::string_view name) {
   if (IsPlainFormulaName(name)) return std::string(name);
   std::string quoted = "'";

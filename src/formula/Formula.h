@@ -102,6 +102,9 @@ class Formula {
   mutable std::optional<Tree> tree_;
 };
 
+// The whole formula is the argument of GUARD, which keeps it from being written over.
+bool IsGuarded(std::string_view formula);
+
 // A sheet's name as a formula writes it: in quotes where it is no plain name.
 std::string SheetNameInFormula(std::string_view name);
 

@@ -5,6 +5,7 @@
 #include "addin/host/IVShape.h"
 #include "base/Errors.h"
 #include "base/Numbers.h"
+#include "base/ScopeExit.h"
 #include "base/Text.h"
 #include "document/FormulaScopeOfDrawing.h"
 #include "document/Glue.h"
@@ -55,10 +56,25 @@ struct DrawingHost::AdvisedEvent : public IVEvent {
   bool enabled = true;
 };
 
+// A scope that is begun while this lives and not ended ends with it.
+class DrawingHost::OpenScopesEnd {
+ public:
+  explicit OpenScopesEnd(DrawingHost& host) : host_(host), before_(host.undoScopes_.size()) {}
+  ~OpenScopesEnd() {
+    for (; host_.undoScopes_.size() > before_; host_.undoScopes_.pop_back()) host_.drawing_->log().EndStep();
+  }
+  OpenScopesEnd(const OpenScopesEnd&) = delete;
+  OpenScopesEnd& operator=(const OpenScopesEnd&) = delete;
+
+ private:
+  DrawingHost& host_;
+  const size_t before_;
+};
+
 // What a person, or a caller of the object model, does at a time: one undo step, and nothing at all when it fails.
 class DrawingHost::Command {
  public:
-  Command(DrawingHost& host, std::string_view label) : before_(host), step_(host.drawing().log(), label) {
+  Command(DrawingHost& host, std::string_view label) : before_(host), step_(host.drawing().log(), label), scopes_(host) {
     EditLog& log = host.drawing().log();
     before_.isOutermost = log.IsOutermost();
     if (before_.isOutermost) log.SetShownBefore(before_.page);
@@ -89,6 +105,7 @@ class DrawingHost::Command {
   };
   Before before_;
   UndoStep step_;
+  OpenScopesEnd scopes_;
 };
 
 DrawingHost::DrawingHost() : application_(MakeApplication(*this)) {}
@@ -107,6 +124,7 @@ void DrawingHost::Open(const std::filesystem::path& file) { Replace(Drawing::Ope
 void DrawingHost::Replace(std::unique_ptr<Drawing> drawing, const std::filesystem::path& file) {
   if (drawing_) Raise(kEventDocumentClosed, MakeDocument(*this, serial_));
   drawing_ = std::move(drawing);
+  undoScopes_.clear();
   file_ = file;
   ++serial_;
   activePage_ = PageToShow(*drawing_, 1).id();
@@ -408,21 +426,73 @@ void DrawingHost::RunCommand(std::string_view label, const std::function<void()>
   work();
 }
 
-std::string DrawingHost::Undo() {
-  if (!drawing().log().CanUndo()) throw HostError(kHostNotAllowed, "There is nothing to undo.");
+std::string DrawingHost::Undo() { return Replay(ReplayDirection::Undo); }
+std::string DrawingHost::Redo() { return Replay(ReplayDirection::Redo); }
+
+std::string DrawingHost::Replay(ReplayDirection direction) {
+  const bool isUndo = direction == ReplayDirection::Undo;
+  EditLog& log = drawing().log();
+  const auto require = [&](const char* otherwise) {
+    if (isUndo ? !log.CanUndo() : !log.CanRedo()) throw HostError(kHostNotAllowed, otherwise);
+  };
+  if (log.InStep()) throw HostError(kHostNotAllowed, "Nothing is undone or redone before what is going on has ended.");
+  require(isUndo ? "There is nothing to undo." : "There is nothing to redo.");
+  replaying_ = true;
+  const AtExit done([this] { replaying_ = false; });
+  const ReplayNews news = NewsOfReplay(*drawing_, isUndo ? log.EditsToUndo() : log.EditsToRedo(), direction);
+  TellOfGoing(news);
+  require("A listener has edited the drawing meanwhile.");
+  const int shown = activePage_;
+  const bool hadSelection = !selection_.empty();
   selection_.clear();
-  const EditLog::Replayed undone = drawing_->log().Undo();
-  if (drawing_->FindPage(undone.shownBefore)) activePage_ = undone.shownBefore;
+  const EditLog::Replayed replayed = isUndo ? log.Undo() : log.Redo();
+  if (isUndo && drawing_->FindPage(replayed.shownBefore)) activePage_ = replayed.shownBefore;
+  TellOfChange(news);
+  if (hadSelection || activePage_ != shown) Raise(kEventWindowChanged, MakeWindow(*this, serial_));
   TellTouched();
-  return undone.label;
+  return replayed.label;
 }
 
-std::string DrawingHost::Redo() {
-  if (!drawing().log().CanRedo()) throw HostError(kHostNotAllowed, "There is nothing to redo.");
-  selection_.clear();
-  const EditLog::Replayed redone = drawing_->log().Redo();
-  TellTouched();
-  return redone.label;
+void DrawingHost::TellOfGoing(const ReplayNews& news) {
+  for (const auto& [page, shapes] : news.shapesGoing)
+    Raise(kEventBeforeSelectionDelete, MakeSelection(*this, serial_, page, shapes));
+  for (const int page : news.pagesGoing) Raise(kEventPageDeleted, MakePage(*this, serial_, page));
+}
+
+void DrawingHost::TellOfChange(const ReplayNews& news) {
+  for (const int page : news.pagesComing) Raise(kEventPageAdded, MakePage(*this, serial_, page));
+  for (const int page : news.pagesChanged)
+    if (drawing_->FindPage(page)) Raise(kEventPageChanged, MakePage(*this, serial_, page));
+  for (const auto& [page, shape] : news.shapesComing) Raise(kEventShapeAdded, MakeShape(*this, {serial_, page, shape}));
+  for (const auto& [pageId, shape] : news.texts)
+    if (DrawingPage* page = drawing_->FindPage(pageId); page && page->FindShape(shape)) RaiseTextChanged(*page, shape);
+}
+
+int DrawingHost::BeginUndoScope(std::string_view label) {
+  EditLog& log = drawing().log();
+  log.BeginStep(label);
+  if (log.IsOutermost()) log.SetShownBefore(activePage_);
+  undoScopes_.push_back({++lastUndoScope_, activePage_});
+  return lastUndoScope_;
+}
+
+void DrawingHost::EndUndoScope(int scope, bool keep) {
+  if (scope == 0) return;
+  if (undoScopes_.empty() || undoScopes_.back().number != scope)
+    throw HostError(kHostNotAllowed, "Undo scopes are ended from the last one begun.");
+  EditLog& log = drawing().log();
+  const bool isOutermost = log.IsOutermost();
+  if (!keep && !isOutermost) throw HostError(kHostNotAllowed, "What is done inside a command is taken back with the command.");
+  const UndoScope ended = undoScopes_.back();
+  undoScopes_.pop_back();
+  if (!keep) {
+    log.RollBack();
+    activePage_ = ended.pageBefore;
+    selection_.clear();
+    drawing_->TakeTouched();
+  }
+  log.EndStep();
+  if (isOutermost) TellTouched();
 }
 
 void DrawingHost::SetUndoLimit(EditLog::Limit limit) {
@@ -527,21 +597,24 @@ void DrawingHost::WriteFormula(const SheetRef& ref, const CellAddress& address, 
 }
 
 void DrawingHost::WriteFormulas(const SheetRef& ref, const std::vector<CellAddress>& cells,
-                                const std::vector<std::string>& formulas, const std::optional<HostError>& missing) {
+                                const std::vector<std::string>& formulas, const std::optional<HostError>& refused) {
   const Command command(*this, "Edit");
   for (size_t i = 0; i < cells.size(); ++i) WriteFormula(ref, cells[i], formulas[std::min(i, formulas.size() - 1)]);
-  if (missing) throw *missing;
+  if (refused) throw *refused;
 }
 
 void DrawingHost::WriteText(const SheetRef& ref, std::string_view text) {
   const Command command(*this, "Typing");
   RequireKeepable(text);
   DrawingShape& shape = ResolveShape(ref);
-  const std::string moreInfo = "/doc=1 /page=" + std::to_string(drawing_->IndexOf(ResolvePage(ref.drawing, ref.page))) +
-                               " /shape=Sheet." + std::to_string(shape.id());
   if (shape.Text() != text) shape.SetText(drawing_->editor(), text);
   if (writes_) writes_->push_back({SheetName(ref), "", std::string(text)});
-  Raise(kEventTextChanged, MakeShape(*this, ref), moreInfo);
+  RaiseTextChanged(ResolvePage(ref.drawing, ref.page), ref.shape);
+}
+
+void DrawingHost::RaiseTextChanged(const DrawingPage& page, int shapeId) {
+  Raise(kEventTextChanged, MakeShape(*this, RefTo(page, shapeId)),
+        "/doc=1 /page=" + std::to_string(drawing_->IndexOf(page)) + " /shape=Sheet." + std::to_string(shapeId));
 }
 
 void DrawingHost::DeleteMaster(int masterId) {
@@ -572,9 +645,9 @@ IVEventPtr DrawingHost::Advise(std::int16_t code, const IVEventSinkPtr& sink, st
 IVEventPtr DrawingHost::AdviseAt(int index) { return advises_[static_cast<size_t>(index - 1)]; }
 
 void DrawingHost::Raise(std::uint16_t code, const EventSubject& subject, std::string_view moreInfo) {
-  if (drawing_ && drawing_->log().Replaying()) return;
   const auto signedCode = static_cast<std::int16_t>(code);
   const std::vector<std::shared_ptr<AdvisedEvent>> listeners = advises_;
+  const OpenScopesEnd scopes(*this);
   for (const auto& listener : listeners)
     if (listener->code == signedCode && listener->enabled)
       listener->sink->VisEventProc(signedCode, application_, listener->id, ++eventSequence_, subject, moreInfo);

@@ -1,13 +1,14 @@
 // The in-memory drawing host: what a person does in the drawing program, and the object model through which the add-in sees it.
 //   One drawing is open at a time. Everything runs on the caller's thread; events are delivered inside the call that raises them.
-//   Each command of a person, with all that its listeners did, is one undo step. While a step is undone or redone no event is
-//   raised.
+//   Each command of a person, with all that its listeners did, is one undo step. An undo or redo raises events for what it
+//   brings, takes and changes, and says all the while that it is one.
 #pragma once
 
 #include "addin/host/HostFwd.h"
 #include "addin/host/IVEventList.h"
 #include "base/Errors.h"
 #include "document/Drawing.h"
+#include "document/ReplayNews.h"
 #include "memoryhost/HeldRows.h"
 #include "memoryhost/HostMenus.h"
 #include "memoryhost/SheetRef.h"
@@ -85,10 +86,11 @@ class DrawingHost {
   // What a command of the add-in does in one undo step.
   void RunCommand(std::string_view label, const std::function<void()>& command);
 
-  // Throw HostError(kHostNotAllowed) when there is nothing to undo or redo. Return the step's label. Undo shows the page that was
-  // shown before the step.
+  // Throw HostError(kHostNotAllowed) when there is nothing to undo or redo, or a scope is open. Return the step's label. Undo
+  // shows the page that was shown before the step.
   std::string Undo();
   std::string Redo();
+  bool IsUndoingOrRedoing() const { return replaying_; }
 
   // How much of what has been done can be undone, in this drawing and in those opened later.
   void SetUndoLimit(EditLog::Limit limit);
@@ -126,10 +128,10 @@ class DrawingHost {
   void AddSection(const SheetRef& ref, const SectionInfo& section);
   short AddRow(const SheetRef& ref, const SectionInfo& section, short position);
   short AddNamedRow(const SheetRef& ref, const SectionInfo& section, std::string_view name);
-  // formulas: the last one serves for all further cells. missing: what is thrown when those have been written. Inside a command,
+  // formulas: the last one serves for all further cells. refused: what is thrown when those have been written. Inside a command,
   // cells before one that fails stay written.
   void WriteFormulas(const SheetRef& ref, const std::vector<CellAddress>& cells, const std::vector<std::string>& formulas,
-                     const std::optional<HostError>& missing);
+                     const std::optional<HostError>& refused);
   // The row of a cell that is going to be held; null for one that is known by its name.
   std::shared_ptr<const HeldRow> HoldRow(const SheetRef& ref, const CellAddress& address);
   // The shape's name, "ThePage" or "TheDoc".
@@ -140,13 +142,24 @@ class DrawingHost {
   IVEventPtr Advise(std::int16_t code, const IVEventSinkPtr& sink, std::string_view targetArgs);
   int AdviseCount() const { return static_cast<int>(advises_.size()); }
   IVEventPtr AdviseAt(int index);
+  int BeginUndoScope(std::string_view label);
+  void EndUndoScope(int scope, bool keep);
 
  private:
   struct AdvisedEvent;
   class Command;
+  class OpenScopesEnd;
+
+  struct UndoScope {
+    int number, pageBefore;
+  };
 
   void Replace(std::unique_ptr<Drawing> drawing, const std::filesystem::path& file);
+  std::string Replay(ReplayDirection direction);
+  void TellOfGoing(const ReplayNews& news);
+  void TellOfChange(const ReplayNews& news);
   void Raise(std::uint16_t code, const EventSubject& subject, std::string_view moreInfo = {});
+  void RaiseTextChanged(const DrawingPage& page, int shapeId);
   void SelectAndTell(std::vector<int> shapeIds);
   IVShapePtr Announce(const SheetRef& ref);
   void PutFormula(const SheetRef& ref, const CellAddress& address, std::string_view formula);
@@ -165,6 +178,9 @@ class DrawingHost {
   std::vector<int> selection_;
   std::vector<std::shared_ptr<AdvisedEvent>> advises_;
   std::int32_t eventSequence_ = 0;
+  bool replaying_ = false;
+  std::vector<UndoScope> undoScopes_;
+  int lastUndoScope_ = 0;
   HostMenus menus_;
   std::optional<std::vector<CellWrite>> writes_;
   StepObserver stepObserver_;

@@ -16,9 +16,17 @@ HostError BadIndex(std::string_view what, const std::string& index) {
   return HostError(kHostBadIndex, "There is no " + std::string(what) + " " + InWords(index) + ".");
 }
 
+HostError NoSuchCell(std::string_view name) {
+  return HostError(kHostNoSuchCell, "The cell " + InWords(name) + " does not exist.");
+}
+
 HostError NoSuchCell(short section, short row, short column) {
   return HostError(kHostNoSuchCell, "There is no cell " + std::to_string(column) + " in row " + std::to_string(row) +
                                         " of section " + std::to_string(section) + ".");
+}
+
+HostError Guarded(const CellAddress& address) {
+  return HostError(kHostGuarded, "The cell " + InWords(address.cell.text()) + " is guarded: its formula stays.");
 }
 
 std::string PropertyCell(std::string_view field) { return "Prop." + std::string(field); }
@@ -55,7 +63,7 @@ class CellObject : public IVCell {
     return sheet_.host().FormulaOf(view, address_);
   }
   void SetFormula(std::string_view formula) override {
-    Existing();
+    if (IsGuarded(Existing().sheet->Formula(address_))) throw Guarded(address_);
     sheet_.host().WriteFormula(sheet_.ref(), address_, formula);
   }
   void SetResult(double value) override { SetFormula(NumberText(value)); }
@@ -134,7 +142,7 @@ class ShapeObject : public IVShape {
 
   IVCellPtr Cells(std::string_view name) override {
     if (auto address = View().Find(name)) return std::make_shared<CellObject>(sheet_, *address);
-    throw HostError(kHostNoSuchCell, "The cell " + InWords(name) + " does not exist.");
+    throw NoSuchCell(name);
   }
   bool CellExists(std::string_view name, short localOnly) override {
     return View().Find(name, localOnly != kExistsAnywhere).has_value();
@@ -142,6 +150,12 @@ class ShapeObject : public IVShape {
   IVCellPtr CellsSRC(short section, short row, short column) override {
     if (auto address = View().Find(section, row, column)) return std::make_shared<CellObject>(sheet_, *address);
     throw NoSuchCell(section, row, column);
+  }
+  short CellsRowIndex(std::string_view name) override {
+    const auto address = View().Find(name);
+    if (!address) throw NoSuchCell(name);
+    if (!address->section) return FindObjectCell(address->cell.text())->row;
+    return static_cast<short>(View().PositionOf(*address).value());
   }
 
   std::string Text() override { return host_.ResolveShape(ref_).Text(); }
@@ -186,18 +200,21 @@ class ShapeObject : public IVShape {
   }
   void DeleteRow(short section, short row) override { host_.DeleteRow(ref_, section, row); }
 
-  int SetFormulas(const std::vector<std::int16_t>& stream, const std::vector<std::string>& formulas, short) override {
+  int SetFormulas(const std::vector<std::int16_t>& stream, const std::vector<std::string>& formulas, short flags) override {
     if (formulas.empty() || stream.size() % 3 != 0)
       throw HostError(kHostNotAllowed, "A list of cells needs three numbers for each cell and a formula.");
     std::vector<CellAddress> cells;
-    std::optional<HostError> missing;
-    for (size_t i = 0; i + 2 < stream.size() && !missing; i += 3) {
-      if (const auto address = View().Find(stream[i], stream[i + 1], stream[i + 2]))
-        cells.push_back(*address);
+    std::optional<HostError> refused;
+    for (size_t i = 0; i + 2 < stream.size() && !refused; i += 3) {
+      const auto address = View().Find(stream[i], stream[i + 1], stream[i + 2]);
+      if (!address)
+        refused = NoSuchCell(stream[i], stream[i + 1], stream[i + 2]);
+      else if (!(flags & kSetBlastGuards) && IsGuarded(View().Formula(*address)))
+        refused = Guarded(*address);
       else
-        missing = NoSuchCell(stream[i], stream[i + 1], stream[i + 2]);
+        cells.push_back(*address);
     }
-    host_.WriteFormulas(ref_, cells, formulas, missing);
+    host_.WriteFormulas(ref_, cells, formulas, refused);
     return static_cast<int>(cells.size());
   }
   void Delete() override {
@@ -433,6 +450,9 @@ class ApplicationObject : public IVApplication {
   IVUIObjectPtr CustomMenus() override { return host_.menus().CustomMenus(); }
   IVUIObjectPtr BuiltInMenus() override { return host_.menus().BuiltInMenus(); }
   void SetCustomMenus(const IVUIObjectPtr& menus) override { host_.menus().SetCustomMenus(menus); }
+  bool IsUndoingOrRedoing() override { return host_.IsUndoingOrRedoing(); }
+  int BeginUndoScope(std::string_view name) override { return host_.BeginUndoScope(name); }
+  void EndUndoScope(int scope, bool keep) override { host_.EndUndoScope(scope, keep); }
 
  private:
   DrawingHost& host_;

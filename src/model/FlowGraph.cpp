@@ -166,6 +166,10 @@ class GraphMaker {
 
 }  // namespace
 
+FlowGraph MakeFlowGraph(const ModelSource& source, const std::vector<ModuleFields>& fields) {
+  return GraphMaker(source, fields).Make();
+}
+
 bool IsFlowKind(const ModuleSchema& schema) { return !schema.look.connections.empty(); }
 
 int ExitsOf(const ModuleFields& fields) {

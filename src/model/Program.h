@@ -1,5 +1,6 @@
 // A model compiled for running: tables and numbers, no names where entities walk. Nobody changes it once it is made, so all
-// threads share it. Times are seconds, cost rates are per second.
+// threads share it. Times are seconds, cost rates are per
+// hour.
 #pragma once
 
 #include "model/Choices.h"
@@ -105,7 +106,7 @@ struct Value {
 };
 
 // Where in the drawing something stands that a sentence may have to name.
-struct Place {
+struct SourcePlace {
   std::string page, kind, module;
   int shape = -1;
   std::string field, property;
@@ -138,8 +139,8 @@ struct Step {
   std::uint32_t table = 0;  // the row in the table of its kind
   std::uint32_t next = kNone;
   std::uint32_t otherExit = kNone;  // False, or the duplicates'
-  std::uint32_t entered = kNone;    // the counters of a module's first and of its last step
-  std::uint32_t left = kNone;
+  std::uint32_t entered = 0;        // counters of a module's first and of its last step; the first counter is nobody's
+  std::uint32_t left = 0;
 };
 
 // Rows of a table that belong to one row of another.
@@ -153,7 +154,7 @@ constexpr size_t IndexOf(Allocation allocation) { return static_cast<size_t>(all
 struct EntityTypeTable {
   std::string name;
   std::uint32_t picture = 0;
-  double holdCostRate = 0;  // per hour, as expressions see it
+  double holdCostRate = 0;
   std::array<double, kCategories> initialCosts = {};
   std::uint32_t in = kNone, out = kNone;  // counters
   std::uint32_t inSystem = kNone;         // level
@@ -188,8 +189,9 @@ struct SeizeRow {
 struct SeizeTable {
   Rows rows;  // of Program::seizeRows
   std::uint32_t queue = 0;
-  std::uint32_t priority = 0;  // value
-  std::uint32_t process = 0;
+  std::uint32_t priority = 0;                    // value
+  Allocation category = Allocation::ValueAdded;  // of what each use costs
+  std::uint32_t wants = kNone;  // the first of two columns a row, quantity and index, where not all of them are constant
 };
 
 struct ReleaseTable {
@@ -200,8 +202,7 @@ struct ReleaseTable {
 struct QueueTable {
   std::string name;
   QueueType ranking = QueueType::FirstIn;
-  std::uint32_t column = kNone;  // that ranks
-  std::uint32_t rankPlace = 0;
+  std::uint32_t rank = kNone;    // value, with LowestValue and HighestValue
   bool isPlain = true;           // all of one priority, first in, first out
   std::uint32_t wait = kNone;    // tally
   std::uint32_t length = kNone;  // level
@@ -229,7 +230,7 @@ struct DecideTable {
   std::uint32_t condition = kNone;  // value
 };
 
-enum class AssignTarget : std::uint8_t { Column, HoldCostRate, Variable, Element, Type, Picture, Capacity };
+enum class AssignTarget : std::uint8_t { Column, Variable, Element, Type, Picture, Capacity };
 
 struct AssignRow {
   AssignTarget target = AssignTarget::Column;
@@ -261,16 +262,20 @@ struct DuplicateTable {
 
 struct SplitTable {
   MemberAttributes attributes = MemberAttributes::Retain;
-  Rows specific;                 // of Program::splitColumns
+  Rows specific;                 // of Program::splitAttributes
   std::uint32_t splits = kNone;  // counter
   std::uint32_t place = 0;
 };
 
 struct RecordTable {
   RecordType type = RecordType::Count;
-  std::uint32_t value = kNone;   // what is counted or recorded, or the time an interval begins at, in base units
+  std::uint32_t value = kNone;  // of Count and Expression
+  bool fromCreation = false;    // an interval begins when the entity was created, or at the time in a column of that unit
+  std::uint32_t column = kNone;
+  double columnUnit = 1;
   std::uint32_t target = kNone;  // counter or tally
   std::uint32_t set = kNone;     // or into the member of a set, at an index
+  Rows targets;                  // of Program::recordTargets: those of the set's members
   std::uint32_t index = kNone;   // value
 };
 
@@ -303,12 +308,15 @@ struct ResourceTable {
   std::uint32_t course = kNone;
   std::uint32_t capacity = kNone;  // value, when no course gives it
   ScheduleRule rule = ScheduleRule::Wait;
-  double busyCostRate = 0;  // per second
+  double busyCostRate = 0;
+  double idleCostRate = 0;
   double perUse = 0;
-  Rows seizes;  // of Program::resourceSeizes: those who may want it, in drawing order
-  std::uint32_t busy = kNone, scheduled = kNone, utilisation = kNone;  // levels
-  std::uint32_t idle = kNone;                                          // level; only where idle time costs
-  std::uint32_t seized = kNone;                                        // counter
+  Rows seizes;                                           // of Program::resourceSeizes: those who may want it, in drawing order
+  std::uint32_t busy = kNone, scheduled = kNone;         // levels
+  std::uint32_t utilisation = kNone, available = kNone;  // levels: busy by scheduled units while there are any; whether there are
+  std::uint32_t idle = kNone;                            // level; only where idle time costs
+  std::uint32_t seized = kNone;                          // counter
+  std::uint32_t useCost = kNone;                         // counter; only where uses cost
   std::uint32_t place = 0;
 };
 
@@ -348,7 +356,6 @@ struct Output {
   std::uint32_t index = 0, other = kNone;
   double factor = 1, divisor = 1;
   std::string_view unit;  // empty for plain numbers
-  bool isReported = true;
 };
 
 struct Program {
@@ -364,7 +371,7 @@ struct Program {
   std::vector<DrawTable> draws;
   std::vector<double> constants;
   std::vector<std::uint64_t> sources;
-  std::vector<Place> places;
+  std::vector<SourcePlace> places;
 
   std::vector<Step> steps;
   std::vector<std::uint32_t> placeOfStep;
@@ -382,8 +389,9 @@ struct Program {
   std::vector<BatchTable> batches;
   std::vector<DuplicateTable> duplicates;
   std::vector<SplitTable> splits;
-  std::vector<std::uint32_t> splitColumns;
+  std::vector<Reference> splitAttributes;  // built-in ones; of the model's own, the index is the column
   std::vector<RecordTable> records;
+  std::vector<std::uint32_t> recordTargets;
   std::vector<SubmodelTable> submodels;
   std::vector<std::uint32_t> insideOf;  // submodels, from the outermost; Rows of it say where a module lies
   std::vector<DisposeTable> disposes;
@@ -403,13 +411,13 @@ struct Program {
   std::uint32_t columns = 0;
   std::array<std::uint32_t, kEntityAttributeCount> builtIn = NoColumns();  // by EntityAttribute; none for what nobody asks for
   std::uint32_t firstUserColumn = 0, userColumns = 0;
-  std::uint32_t serialColumn() const { return builtIn[static_cast<size_t>(EntityAttribute::SerialNumber)]; }
+
   std::uint32_t processCosts = kNone;  // the first of two: what an entity's wait and its delay in its Process have cost
   bool hasCosts = false;
   std::uint32_t pictures = 1;
 
   // --- The statistics.
-  std::uint32_t levels = 0, counters = 0;
+  std::uint32_t levels = 0, counters = 1;
   std::vector<std::uint32_t> bucketsOfTally;  // one of each tally; none where nobody asks for quantiles
   std::uint32_t buckets = 0;
   std::vector<Output> outputs;
@@ -417,6 +425,12 @@ struct Program {
   std::uint32_t until = kNone;  // value
 
   std::uint32_t ColumnOf(EntityAttribute attribute) const { return builtIn[static_cast<size_t>(attribute)]; }
+  std::uint32_t timeColumn(Allocation category) const {
+    return builtIn[static_cast<size_t>(EntityAttribute::VATime) + IndexOf(category)];
+  }
+  std::uint32_t costColumn(Allocation category) const {
+    return builtIn[static_cast<size_t>(EntityAttribute::VACost) + IndexOf(category)];
+  }
 
  private:
   static constexpr std::array<std::uint32_t, kEntityAttributeCount> NoColumns() {

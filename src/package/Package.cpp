@@ -199,8 +199,8 @@ Package::Part& Package::Get(const XmlPart& tree) const {
 
 void Package::SetPresent(XmlPart& tree, bool present) {
   Part& part = Get(tree);
-  part.present = present;
   if (present) byName_[LowerAscii(part.name)] = &part;
+  part.present = present;
 }
 
 void Package::Forget(XmlPart& tree) {
@@ -209,8 +209,7 @@ void Package::Forget(XmlPart& tree) {
   part.xml.reset();
   if (part.index) return;
   // Another part that came and went may have had its name meanwhile.
-  if (const auto named = byName_.find(LowerAscii(part.name)); named != byName_.end() && named->second == &part)
-    byName_.erase(named);
+  std::erase_if(byName_, [&](const auto& named) { return named.second == &part; });
   std::erase_if(parts_, [&](const auto& known) { return known.get() == &part; });
 }
 

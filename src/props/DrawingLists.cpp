@@ -89,16 +89,18 @@ StringList FillComboFromDrawing(const StringList& registers, const StringList& f
   return unique ? UniqueItems(gathered.items) : StringList(gathered.items.begin(), gathered.items.end());
 }
 
-bool TextOccursAtLeast(const StringList& registers, const StringList& fields, std::string_view text, int times) {
-  if (text.find(kListDelimiter) != std::string_view::npos) {
-    StringList values;
-    ForEachPage([&](const IVPagePtr& page) {
-      for (size_t j = 0; j < registers.size(); ++j) CollectPageValues(page, registers[j], CellName(fields.at(j)), values);
-    });
-    return NameOccursAtLeast(values, text, times);
-  }
+StringList ValuesInDrawing(const StringList& registers, const StringList& fields) {
+  StringList values;
+  ForEachPage([&](const IVPagePtr& page) {
+    for (size_t j = 0; j < registers.size(); ++j) CollectPageValues(page, registers[j], CellName(fields.at(j)), values);
+  });
+  return values;
+}
+
+std::optional<int> TimesByHostsCount(const StringList& registers, const StringList& fields, std::string_view text) {
+  if (text.empty() || text.find(kListDelimiter) != std::string_view::npos) return std::nullopt;
   int found = 0;
-  bool counted = !text.empty();
+  bool counted = true;
   ForEachPage([&](const IVPagePtr& page) {
     for (size_t j = 0; counted && j < registers.size(); ++j) {
       const auto listed = page->CountInListedShapes(registers[j], fields.at(j), text);
@@ -108,7 +110,13 @@ bool TextOccursAtLeast(const StringList& registers, const StringList& fields, st
       CreateProperties(page, listed->lacking, fields.at(j));
     }
   });
-  if (counted) return times >= 1 && found >= times;
+  return counted ? std::optional(found) : std::nullopt;
+}
+
+bool TextOccursAtLeast(const StringList& registers, const StringList& fields, std::string_view text, int times) {
+  if (text.find(kListDelimiter) != std::string_view::npos)
+    return NameOccursAtLeast(ValuesInDrawing(registers, fields), text, times);
+  if (const auto found = TimesByHostsCount(registers, fields, text)) return times >= 1 && *found >= times;
   return NameOccursAtLeast(FillComboFromDrawing(registers, fields, false), text, times);
 }
 

@@ -6,6 +6,7 @@
 #include "addin/host/HostFwd.h"
 #include "props/StringFunctions.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,6 +17,13 @@ namespace vardo {
 // document; with `unique` as SplitToUniqueList has it. One empty item when nothing is registered. The two lists are of one
 // length.
 StringList FillComboFromDrawing(const StringList& registers, const StringList& fields, bool unique);
+
+// The same values whole, not taken apart where a value holds ";".
+StringList ValuesInDrawing(const StringList& registers, const StringList& fields);
+
+// How many items of that gathering equal the text, case apart, where the host keeps count. None of a host that does not, of the
+// empty text, and of one that holds ";" and so is no item.
+std::optional<int> TimesByHostsCount(const StringList& registers, const StringList& fields, std::string_view text);
 
 // True when at least `times` items of that gathering, repeats and all, equal the text, case apart; never for fewer than one. A
 // text with the list's delimiter in it is no item: it is compared with whole values.

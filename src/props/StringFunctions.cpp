@@ -112,10 +112,10 @@ std::string UnquoteFormula(std::string_view formula) {
 }
 
 bool NameOccursAtLeast(const StringList& list, std::string_view name, int times) {
+  const std::string sought = ThePlatform().CaseFoldKey(name);
   int count = 0;
-  return std::any_of(list.begin(), list.end(), [&](const std::string& item) {
-    return ThePlatform().EqualTextIgnoringCase(item, name) && ++count == times;
-  });
+  return std::any_of(list.begin(), list.end(),
+                     [&](const std::string& item) { return ThePlatform().CaseFoldKey(item) == sought && ++count == times; });
 }
 
 std::string_view TrimBlanks(std::string_view text) {

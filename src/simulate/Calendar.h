@@ -53,6 +53,8 @@ class Calendar {
     return true;
   }
 
+  // An order that no event has.
+  std::uint64_t TakeOrder() { return ++orders_; }
   std::uint64_t orders() const { return orders_; }
   size_t size() const { return size_ - (hole_ ? 1 : 0) + ringSize_; }
 

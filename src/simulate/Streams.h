@@ -71,9 +71,4 @@ class LongDraw {
   uint64_t attempt_ = 0;
 };
 
-// The number of a source: a shape's page and ID, which of its fields, and which call within the field.
-uint64_t SourceOf(uint64_t page, uint64_t shape, uint64_t field, uint64_t call);
-// That of a stream that expressions name by its number, shared by all who name it.
-uint64_t SourceOfNamedStream(uint64_t number);
-
 }  // namespace vardo

@@ -119,12 +119,13 @@ std::string PageListPart() {
 std::string EmptyPagePart() { return VisioPart("PageContents", {}, nullptr); }
 
 std::string CorePropertiesPart() {
-  return std::string(kOfficeDeclaration) +
-         "<cp:coreProperties xmlns:cp=\"http://schemas.openxmlformats.org/package/2006/metadata/core-properties\" "
-         "xmlns:dc=\"http://purl.org/dc/elements/1.1/\" xmlns:dcterms=\"http://purl.org/dc/terms/\" "
-         "xmlns:dcmitype=\"http://purl.org/dc/dcmitype/\" xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\">"
-         "<dc:title></dc:title><dc:creator></dc:creator><dc:language>" +
-         std::string(kLanguage) + "</dc:language></cp:coreProperties>";
+  std::string part(kOfficeDeclaration);
+  part +=
+      "<cp:coreProperties xmlns:cp=\"http://schemas.openxmlformats.org/package/2006/metadata/core-properties\" "
+      "xmlns:dc=\"http://purl.org/dc/elements/1.1/\" xmlns:dcterms=\"http://purl.org/dc/terms/\" "
+      "xmlns:dcmitype=\"http://purl.org/dc/dcmitype/\" xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\">"
+      "<dc:title></dc:title><dc:creator></dc:creator><dc:language>";
+  return part + std::string(kLanguage) + "</dc:language></cp:coreProperties>";
 }
 
 std::string ApplicationPropertiesPart(const std::vector<std::string>& pages, const std::vector<std::string>& masters) {
@@ -136,12 +137,14 @@ std::string ApplicationPropertiesPart(const std::vector<std::string>& pages, con
   };
   add("Pages", pages);
   add("Masters", masters);
-  return std::string(kOfficeDeclaration) +
-         "<Properties xmlns=\"http://schemas.openxmlformats.org/officeDocument/2006/extended-properties\" "
-         "xmlns:vt=\"http://schemas.openxmlformats.org/officeDocument/2006/docPropsVTypes\"><Application>Vardo</Application>"
-         "<HeadingPairs><vt:vector size=\"4\" baseType=\"variant\">" +
-         counts + "</vt:vector></HeadingPairs><TitlesOfParts><vt:vector size=\"" + std::to_string(pages.size() + masters.size()) +
-         "\" baseType=\"lpstr\">" + titles + "</vt:vector></TitlesOfParts></Properties>";
+  std::string part(kOfficeDeclaration);
+  part +=
+      "<Properties xmlns=\"http://schemas.openxmlformats.org/officeDocument/2006/extended-properties\" "
+      "xmlns:vt=\"http://schemas.openxmlformats.org/officeDocument/2006/docPropsVTypes\"><Application>Vardo</Application>"
+      "<HeadingPairs><vt:vector size=\"4\" baseType=\"variant\">";
+  return part + counts + "</vt:vector></HeadingPairs><TitlesOfParts><vt:vector size=\"" +
+         std::to_string(pages.size() + masters.size()) + "\" baseType=\"lpstr\">" + titles +
+         "</vt:vector></TitlesOfParts></Properties>";
 }
 
 }  // namespace vardo

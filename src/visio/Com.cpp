@@ -125,10 +125,29 @@ Variant Variant::ArrayOf(const std::vector<std::int16_t>& numbers) {
   });
 }
 
+Variant Variant::ArrayOf(const std::vector<std::int32_t>& numbers) {
+  return FilledArray<LONG>(VT_I4, numbers.size(), [&](LONG* element) {
+    for (const std::int32_t number : numbers) *element++ = number;
+  });
+}
+
+Variant Variant::ArrayOf(std::vector<Variant> values) {
+  return FilledArray<VARIANT>(VT_VARIANT, values.size(), [&](VARIANT* element) {
+    for (Variant& value : values) *element++ = value.Detach();
+  });
+}
+
 Variant Variant::ArrayOf(const std::vector<std::string>& texts) {
   return FilledArray<VARIANT>(VT_VARIANT, texts.size(), [&](VARIANT* element) {
     for (const std::string& text : texts) *element++ = Variant(text).Detach();
   });
+}
+
+Variant Variant::NoArray(VARENUM element) {
+  Variant none;
+  none.value_.vt = static_cast<VARTYPE>(VT_ARRAY | element);
+  none.value_.parray = nullptr;
+  return none;
 }
 
 Variant Variant::ReferenceTo(Variant& array) {
@@ -197,6 +216,12 @@ ComPtr<IDispatch> AsObject(const VARIANT& value) {
 std::vector<std::int16_t> AsInt16Array(const VARIANT& value) {
   const LockedArray array(value, VT_I2);
   const SHORT* const first = array.begin<SHORT>();
+  return {first, first + array.size()};
+}
+
+std::vector<std::int32_t> AsInt32Array(const VARIANT& value) {
+  const LockedArray array(value, VT_I4);
+  const LONG* const first = array.begin<LONG>();
   return {first, first + array.size()};
 }
 

@@ -145,7 +145,11 @@ class Variant {
   static Variant CopyOf(const VARIANT& value);
   // The one-dimensional arrays of the host's bulk operations, counted from 0.
   static Variant ArrayOf(const std::vector<std::int16_t>& numbers);
+  static Variant ArrayOf(const std::vector<std::int32_t>& numbers);
   static Variant ArrayOf(const std::vector<std::string>& texts);
+  static Variant ArrayOf(std::vector<Variant> values);
+  // An array variable of that type that nothing has been put into yet.
+  static Variant NoArray(VARENUM element);
   // For by-reference arguments: refers to the array, which must stay where it is meanwhile.
   static Variant ReferenceTo(Variant& array);
   // An optional argument that is left out.
@@ -175,6 +179,7 @@ std::string AsText(const VARIANT& value);
 // Null for nothing, which Empty and Null are too.
 ComPtr<IDispatch> AsObject(const VARIANT& value);
 std::vector<std::int16_t> AsInt16Array(const VARIANT& value);
+std::vector<std::int32_t> AsInt32Array(const VARIANT& value);
 std::vector<Variant> AsVariantArray(const VARIANT& value);
 // No argument at all, or an optional one left out.
 bool IsMissing(const VARIANT* value);

@@ -4,6 +4,8 @@
 #include "visio/DispatchObject.h"
 #include "visio/VisioObjects.h"
 
+#include <new>
+
 namespace vardo {
 namespace {
 
@@ -31,8 +33,10 @@ class EventSinkDispatch : public DispatchObject {
     const ComPtr<IDispatch> alive(this);
     try {
       Tell(CallArguments(parameters));
+    } catch (const std::bad_alloc&) {
+      return E_OUTOFMEMORY;
     } catch (...) {
-      // The host must never see a failure of its listener.
+      // The host must not see any other failure of its listener.
     }
     return S_OK;
   }

@@ -40,16 +40,20 @@ enum class HostClass {
 // objects reached from one object of the host's share one table; another host's objects need another.
 class DispidTable {
  public:
+  // Whether the object has such a member.
+  bool Knows(HostClass hostClass, const wchar_t* member, IDispatch& object);
   // Throws HostError when the object has no such member.
   DISPID Find(HostClass hostClass, const wchar_t* member, IDispatch& object);
 
  private:
+  HRESULT Ask(HostClass hostClass, const wchar_t* member, IDispatch& object, DISPID& id);
+
   std::array<std::unordered_map<std::wstring_view, DISPID>, static_cast<size_t>(HostClass::Count)> ids_;
 };
 using DispidTablePtr = std::shared_ptr<DispidTable>;
 
 // Member names are literals. Every call throws HostError when the host refuses it or returns something else than the type asked
-// for.
+// for. A busy host is asked again for a second, while the thread's messages are let through.
 class LateBound {
  public:
   LateBound(HostClass hostClass, ComPtr<IDispatch> object, DispidTablePtr dispids)
@@ -57,6 +61,8 @@ class LateBound {
   const ComPtr<IDispatch>& object() const { return object_; }
   const DispidTablePtr& dispids() const { return dispids_; }
 
+  // Whether the object has that member; an older host may lack it.
+  bool Has(const wchar_t* member) const { return dispids_->Knows(hostClass_, member, *object_); }
   // A property, with its indexes. Basic asks for a property and for a function that returns something in the same way.
   template <class Result, class... Arguments>
   Result Get(const wchar_t* member, const Arguments&... arguments) const {

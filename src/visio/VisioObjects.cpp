@@ -6,7 +6,11 @@
 #include "addin/host/IVMenus.h"
 #include "addin/host/IVShape.h"
 #include "visio/EventSinkDispatch.h"
+#include "visio/PropertyReader.h"
 #include "visio/Visio.h"
+
+#include <algorithm>
+#include <unordered_map>
 
 namespace vardo {
 namespace {
@@ -71,6 +75,7 @@ class VisioShape : public Wrapper<IVShape, HostClass::Shape> {
   IVCellPtr CellsSRC(short section, short row, short column) override {
     return Get<VisioCell>(L"CellsSRC", section, row, column);
   }
+  short CellsRowIndex(std::string_view name) override { return host().Get<short>(L"CellsRowIndex", name); }
   std::string Text() override { return host().Get<std::string>(L"Text"); }
   void SetText(std::string_view text) override { host().Put(L"Text", text); }
   std::string Name() override { return host().Get<std::string>(L"Name"); }
@@ -118,6 +123,44 @@ class VisioPage : public Wrapper<IVPage, HostClass::Page> {
   IVShapePtr PageSheet() override { return Get<VisioShape>(L"PageSheet"); }
   IVShapesPtr Shapes() override { return Get<VisioShapes>(L"Shapes"); }
   void Delete(short renumber) override { host().Call(L"Delete", renumber); }
+
+  BulkTexts PropertyFormulas(std::span<const int> positions, std::string_view field) override {
+    if (positions.size() < kWorthABulkRead) return IVPage::PropertyFormulas(positions, field);
+    const IVShapesPtr shapes = Shapes();
+    const auto ids = ShapeIdsByPosition(host(), *shapes);
+    const auto isThere = [&](int position) { return position >= 1 && static_cast<size_t>(position) <= ids->size(); };
+    if (!ids || !std::all_of(positions.begin(), positions.end(), isThere)) return IVPage::PropertyFormulas(positions, field);
+    return Copies(PropertyReader(host(), *ids, *shapes).Read(positions, field));
+  }
+  // One selection for each master.
+  BulkTexts MasterNames() override {
+    const IVShapesPtr shapes = Shapes();
+    const auto ids = ShapeIdsByPosition(host(), *shapes);
+    if (!ids) return IVPage::MasterNames();
+    std::unordered_map<int, std::optional<std::string>> names;
+    for (size_t i = 0; i < ids->size(); ++i) {
+      if (names.contains((*ids)[i])) continue;
+      const auto master = std::static_pointer_cast<VisioMaster>(shapes->Item(static_cast<int>(i) + 1)->Master());
+      const auto name = master ? std::optional(master->Name()) : std::nullopt;
+      names.emplace((*ids)[i], name);
+      if (!master) continue;
+      for (const int id : InstancesOnPage(host(), master->host().object())) names.emplace(id, name);
+    }
+    std::vector<std::optional<std::string>> ordered;
+    for (const int id : *ids) ordered.push_back(names[id]);
+    return Copies(std::move(ordered));
+  }
+
+ private:
+  // With fewer a call for each costs no more.
+  static constexpr size_t kWorthABulkRead = 8;
+
+  static BulkTexts Copies(std::vector<std::optional<std::string>> texts) {
+    BulkTexts copies;
+    copies.Reserve(texts.size());
+    for (std::optional<std::string>& text : texts) text ? copies.AddCopy(*std::move(text)) : copies.AddView(std::nullopt);
+    return copies;
+  }
 };
 
 IVPagePtr VisioShape::ContainingPage() { return Get<VisioPage>(L"ContainingPage"); }
@@ -239,6 +282,13 @@ class VisioApplication : public Wrapper<IVApplication, HostClass::Application> {
     const auto* own = dynamic_cast<const VisioUIObject*>(menus.get());
     if (!own) throw HostError(kHostNotAllowed, "Only menus got from the drawing host can be shown there.");
     host().Call(L"SetCustomMenus", own->host().object());
+  }
+  bool IsUndoingOrRedoing() override { return host().Has(L"IsUndoingOrRedoing") && host().Get<bool>(L"IsUndoingOrRedoing"); }
+  int BeginUndoScope(std::string_view name) override {
+    return host().Has(L"BeginUndoScope") ? host().Call<int>(L"BeginUndoScope", name) : 0;
+  }
+  void EndUndoScope(int scope, bool keep) override {
+    if (scope != 0) host().Call(L"EndUndoScope", scope, keep);
   }
 };
 

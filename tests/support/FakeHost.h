@@ -83,6 +83,7 @@ class Shape : public IVShape {
   int Index() override { return index; }
 
   IVCellPtr CellsSRC(short, short, short) override { Unused(); }
+  short CellsRowIndex(std::string_view) override { Unused(); }
   std::string Text() override { Unused(); }
   void SetText(std::string_view) override { Unused(); }
   std::string Name() override { Unused(); }
@@ -172,6 +173,9 @@ class Application : public IVApplication {
   IVUIObjectPtr CustomMenus() override { Unused(); }
   IVUIObjectPtr BuiltInMenus() override { Unused(); }
   void SetCustomMenus(const IVUIObjectPtr&) override { Unused(); }
+  bool IsUndoingOrRedoing() override { Unused(); }
+  int BeginUndoScope(std::string_view) override { Unused(); }
+  void EndUndoScope(int, bool) override { Unused(); }
 };
 
 // A drawing of one page, the add-in's while it lives.

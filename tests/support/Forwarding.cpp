@@ -62,6 +62,7 @@ class ForwardingShape : public Forwarding<IVShape> {
   IVCellPtr CellsSRC(short section, short row, short column) override {
     return Wrap<ForwardingCell>(Call("Shape.CellsSRC").CellsSRC(section, row, column));
   }
+  short CellsRowIndex(std::string_view name) override { return Call("Shape.CellsRowIndex").CellsRowIndex(name); }
   std::string Text() override { return Call("Shape.Text").Text(); }
   void SetText(std::string_view text) override { Call("Shape.SetText").SetText(text); }
   std::string Name() override { return Call("Shape.Name").Name(); }
@@ -246,6 +247,9 @@ class ForwardingEventList : public Forwarding<IVEventList> {
 class ForwardingApplication : public Forwarding<IVApplication> {
  public:
   using Forwarding::Forwarding;
+  bool IsUndoingOrRedoing() override { return Call("Application.IsUndoingOrRedoing").IsUndoingOrRedoing(); }
+  int BeginUndoScope(std::string_view name) override { return Call("Application.BeginUndoScope").BeginUndoScope(name); }
+  void EndUndoScope(int scope, bool keep) override { Call("Application.EndUndoScope").EndUndoScope(scope, keep); }
   IVWindowPtr ActiveWindow() override { return Wrap<ForwardingWindow>(Call("Application.ActiveWindow").ActiveWindow()); }
   IVPagePtr ActivePage() override { return Wrap<ForwardingPage>(Call("Application.ActivePage").ActivePage()); }
   IVDocumentPtr ActiveDocument() override {

@@ -482,6 +482,65 @@ TEST_P(HostConformance, CellsHaveTheNumbersOfTheReference) {
   EXPECT_EQ(ErrorOf([&] { shape->CellsSRC(kSectionObject, kRowXForm1D, kCell1DBeginX); }), kHostNoSuchCell) << "no connector";
 }
 
+TEST_P(HostConformance, ANamedCellTellsItsRowsNumber) {
+  const IVShapePtr shape = Drop();
+  for (const char* row : {"CreateName", "CreateUnits"}) {
+    const auto number = static_cast<short>(PropRow(shape, row));
+    EXPECT_EQ(shape->CellsRowIndex(std::string("Prop.") + row), number);
+    EXPECT_EQ(shape->CellsRowIndex(std::string("prop.") + row + ".Label"), number);
+  }
+  EXPECT_EQ(shape->CellsRowIndex("PinX"), kRowXFormOut);
+  EXPECT_EQ(ErrorOf([&] { shape->CellsRowIndex("Prop.Nothing"); }), kHostNoSuchCell);
+}
+
+// Every shape has its rows to itself: here they stand elsewhere, are missing, and have others' labels.
+TEST_P(HostConformance, PropertiesReadInBulkAreEachShapesOwn) {
+  const auto setApart = [](const IVShapePtr& shape, int i) {
+    const std::string value = '"' + std::to_string(i) + '"';
+    const auto deleteRow = [&](const char* name) { shape->DeleteRow(kSectionProp, static_cast<short>(PropRow(shape, name))); };
+    if (i % 10 == 2) deleteRow("CreateName");
+    if (i % 10 == 3) deleteRow("CreateValue");
+    if (i % 10 == 4) {
+      deleteRow("CreateValue");
+      shape->AddNamedRow(kSectionProp, "CreateValue", kTagDefault);
+    }
+    if (i % 10 == 5) deleteRow("CreateEntityType");
+    if (i % 10 == 6) Write(shape, "Prop.CreateValue.Label", "\"Other\"");
+    if (i % 10 == 7)
+      while (shape->RowCount(kSectionProp) > 1) shape->DeleteRow(kSectionProp, 0);
+    if (shape->CellExists("Prop.CreateValue", kExistsAnywhere)) Write(shape, "Prop.CreateValue", value);
+  };
+  std::vector<int> positions;
+  for (int i = 1; i <= 30; ++i) {
+    setApart(Drop(i == 1 ? "Dispose" : "Create"), i);
+    positions.insert(positions.begin(), i);
+  }
+  const IVPagePtr page = Page();
+  const auto expectOwn = [&] {
+    const BulkTexts read = page->PropertyFormulas(positions, "CreateValue");
+    ASSERT_EQ(read.texts().size(), positions.size());
+    for (size_t i = 0; i < positions.size(); ++i)
+      EXPECT_EQ(read.texts()[i], FormulaIfThere(*Shapes()->Item(positions[i]), "Prop.CreateValue")) << positions[i];
+  };
+  expectOwn();
+  Shapes()->Item(9)->Delete();
+  for (int& position : positions) position = std::min(position, 29);
+  expectOwn();
+  positions.push_back(30);
+  EXPECT_EQ(ErrorOf([&] { page->PropertyFormulas(positions, "CreateValue"); }), kHostBadIndex);
+  EXPECT_TRUE(page->PropertyFormulas({}, "CreateValue").texts().empty());
+}
+
+TEST_P(HostConformance, MastersReadInBulkAreEachShapesOwn) {
+  for (const char* master : {"Create", "Process", "Dynamic connector", "Create", "Batch", "Batch"}) Drop(master);
+  const IVMastersPtr masters = app()->ActiveDocument()->Masters();
+  for (int i = masters->Count(); i >= 1; --i)
+    if (masters->Item(i)->Name() == "Batch") masters->Item(i)->Delete();
+  const BulkTexts names = Page()->MasterNames();
+  const std::vector<std::optional<std::string_view>> wanted = {"Create", "Process", "Dynamic connector", "Create", {}, {}};
+  EXPECT_EQ(names.texts(), wanted);
+}
+
 TEST_P(HostConformance, OnlyAConnectorHasEndPoints) {
   const IVShapePtr module = Drop(), connector = Drop("Dynamic connector");
   EXPECT_FALSE(module->RowExists(kSectionObject, kRowXForm1D, kExistsAnywhere));
@@ -828,6 +887,30 @@ TEST_P(HostConformance, WritingManyFormulasEndsAtTheFirstThatFails) {
 }
 
 // --- Pages
+
+TEST_P(HostConformance, AGuardedFormulaStaysUnlessGuardsAreBlasted) {
+  const IVShapePtr shape = Drop();
+  for (const std::string guarded : {"GUARD(\"a\")", " guard( (1+2)*3 ) ", "GUARD(\"a)\")"}) {
+    SCOPED_TRACE(guarded);
+    shape->SetFormulas({243, 0, 0}, {guarded}, kSetBlastGuards);
+    const IVCellPtr cell = shape->CellsSRC(kSectionProp, 0, kCellPropValue);
+    const std::string before = cell->Formula();
+    EXPECT_EQ(ErrorOf([&] { cell->SetFormula("1"); }), kHostGuarded);
+    EXPECT_EQ(ErrorOf([&] { cell->SetResult(1); }), kHostGuarded);
+    EXPECT_EQ(ErrorOf([&] { shape->SetFormulas({243, 0, 0}, {"1"}, 0); }), kHostGuarded);
+    EXPECT_EQ(cell->Formula(), before);
+    EXPECT_EQ(shape->SetFormulas({243, 0, 0}, {"1"}, kSetBlastGuards), 1);
+    EXPECT_EQ(cell->Formula(), "1");
+  }
+  for (const std::string free : {"GUARD(1)+GUARD(2)", "1+GUARD(2)", "GUARDED(1)", "\"GUARD(1)\""}) {
+    SCOPED_TRACE(free);
+    const IVCellPtr cell = shape->CellsSRC(kSectionProp, 0, kCellPropValue);
+    cell->SetFormula(free);
+    EXPECT_EQ(cell->Formula(), free);
+    cell->SetFormula("1");
+    EXPECT_EQ(cell->Formula(), "1");
+  }
+}
 
 TEST_P(HostConformance, ANewPageComesLastNamedByItsNumberAndIsShown) {
   EXPECT_EQ(Pages()->Add()->Name(), "Page-2");
@@ -1276,15 +1359,88 @@ TEST_P(HostConformance, PagesComeBackWithTheirShapes) {
   EXPECT_THAT(PageNames(), ElementsAre("Page-1", "Page-2"));
 }
 
-TEST_P(HostConformance, UndoAndRedoRaiseNoEvent) {
+TEST_P(HostConformance, UndoAndRedoAreToldLikeWhatAPersonDoesAndSayWhatTheyAre) {
   const IVShapePtr shape = Drop();
+  const IVShapePtr other = Drop();
   user().Type(shape, "A");
+  user().Select({shape});
+  user().DeleteSelection();
   Pages()->Add();
   Page()->SetName("Other");
-  const auto sink = Listen(AllCodes());
-  for (int i = 0; i < 4; ++i) user().Undo();
-  for (int i = 0; i < 4; ++i) user().Redo();
-  EXPECT_THAT(sink->events, IsEmpty());
+  int told = 0;
+  const auto sink = Listen(AllCodes(), [&](const RecordingSink::Event&) { told += app()->IsUndoingOrRedoing() ? 1 : 0; });
+  const auto toldBy = [&](void (HostUser::*act)()) {
+    sink->events.clear();
+    (user().*act)();
+    return sink->Codes();
+  };
+  EXPECT_THAT(toldBy(&HostUser::Undo), ElementsAre(kEventPageChanged));
+  EXPECT_THAT(toldBy(&HostUser::Undo), ElementsAre(kEventPageDeleted, kEventWindowChanged));
+  EXPECT_THAT(toldBy(&HostUser::Undo), ElementsAre(kEventShapeAdded));
+  EXPECT_EQ(std::get<IVShapePtr>(sink->events.front().subject)->Text(), "A") << "it is there, with all that it had";
+  EXPECT_THAT(toldBy(&HostUser::Undo), ElementsAre(kEventTextChanged));
+  EXPECT_EQ(sink->events.front().moreInfo, "/doc=1 /page=1 /shape=Sheet." + std::to_string(shape->ID()));
+  EXPECT_THAT(toldBy(&HostUser::Undo), ElementsAre(kEventBeforeSelectionDelete));
+  EXPECT_THAT(toldBy(&HostUser::Redo), ElementsAre(kEventShapeAdded));
+  EXPECT_THAT(toldBy(&HostUser::Redo), ElementsAre(kEventTextChanged));
+  EXPECT_THAT(toldBy(&HostUser::Redo), ElementsAre(kEventBeforeSelectionDelete));
+  EXPECT_THAT(toldBy(&HostUser::Redo), ElementsAre(kEventPageAdded));
+  EXPECT_THAT(toldBy(&HostUser::Redo), ElementsAre(kEventPageChanged));
+  EXPECT_EQ(told, 11) << "each of them says what it comes from";
+  EXPECT_FALSE(app()->IsUndoingOrRedoing());
+  Drop();
+  EXPECT_EQ(told, 11);
+}
+
+TEST_P(HostConformance, WhatGoesByAnUndoIsToldOfWhileItIsStillThere) {
+  Drop()->SetText("A");
+  std::string text;
+  Listen({kEventBeforeSelectionDelete},
+         [&](const RecordingSink::Event& event) { text = std::get<IVSelectionPtr>(event.subject)->Item(1)->Text(); });
+  user().Undo();
+  user().Undo();
+  EXPECT_EQ(text, "Create 1");
+}
+
+TEST_P(HostConformance, AnUndoScopeIsOneStep) {
+  const IVShapePtr shape = Drop();
+  const int scope = app()->BeginUndoScope("Outer");
+  shape->SetText("A");
+  const int inner = app()->BeginUndoScope("Inner");
+  EXPECT_NE(scope, inner);
+  shape->SetText("B");
+  EXPECT_EQ(ErrorOf([&] { app()->EndUndoScope(scope, true); }), kHostNotAllowed) << "the inner one ends first";
+  EXPECT_EQ(ErrorOf([&] { user().Undo(); }), kHostNotAllowed) << "it has not ended";
+  app()->EndUndoScope(inner, true);
+  Write(shape, "Prop.CreateName", "\"B\"");
+  app()->EndUndoScope(scope, true);
+  EXPECT_EQ(ErrorOf([&] { app()->EndUndoScope(scope, true); }), kHostNotAllowed) << "it has ended";
+  app()->EndUndoScope(0, true);
+  user().Undo();
+  EXPECT_EQ(shape->Text(), "Create 1");
+  EXPECT_EQ(Formula(shape, "Prop.CreateName"), "\"Create 1\"");
+}
+
+TEST_P(HostConformance, AnUndoScopeThatIsNotKeptIsTakenBack) {
+  const IVShapePtr shape = Drop();
+  const int scope = app()->BeginUndoScope("Tried");
+  shape->SetText("A");
+  app()->EndUndoScope(scope, false);
+  EXPECT_EQ(shape->Text(), "Create 1");
+  user().RunCommand([&] {
+    const int inside = app()->BeginUndoScope("Inside");
+    shape->SetText("B");
+    EXPECT_EQ(ErrorOf([&] { app()->EndUndoScope(inside, false); }), kHostNotAllowed) << "that is the command's";
+    app()->EndUndoScope(inside, true);
+  });
+  EXPECT_EQ(shape->Text(), "B");
+}
+
+TEST_P(HostConformance, AnUndoScopeThatNobodyEndsEndsWithItsCommand) {
+  Listen({kEventShapeAdded}, [&](const RecordingSink::Event&) { app()->BeginUndoScope("Forgotten"); });
+  Drop();
+  user().Undo();
+  EXPECT_EQ(Shapes()->Count(), 0);
 }
 
 // --- Menus

@@ -1,4 +1,5 @@
 // Every allocation of an opening and of a save fails once. Whatever the program and its libraries allocate is counted here.
+#include "FailingMemory.h"
 #include "TestFiles.h"
 #include "TestPackages.h"
 #include "base/FileError.h"
@@ -9,35 +10,7 @@
 #include <libdeflate.h>
 #include <pugixml.hpp>
 
-#include <cstdlib>
 #include <functional>
-#include <new>
-
-namespace {
-
-long allocationsLeft = -1;  // how many succeed before one fails; negative: all
-long alive = 0;
-
-void* Allocate(size_t size) {
-  if (allocationsLeft >= 0 && allocationsLeft-- == 0) return nullptr;  // and all succeed again
-  void* const memory = std::malloc(size ? size : 1);
-  if (memory) ++alive;
-  return memory;
-}
-
-void Free(void* memory) {
-  if (memory) --alive;
-  std::free(memory);
-}
-
-}  // namespace
-
-void* operator new(size_t size) {
-  if (void* const memory = Allocate(size)) return memory;
-  throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept { Free(memory); }
-void operator delete(void* memory, size_t) noexcept { Free(memory); }
 
 namespace vardo {
 namespace {

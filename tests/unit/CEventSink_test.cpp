@@ -51,6 +51,9 @@ class NotedApplication : public IVApplication {
   IVUIObjectPtr CustomMenus() override { return target_->CustomMenus(); }
   IVUIObjectPtr BuiltInMenus() override { return target_->BuiltInMenus(); }
   void SetCustomMenus(const IVUIObjectPtr& menus) override { target_->SetCustomMenus(menus); }
+  bool IsUndoingOrRedoing() override { return target_->IsUndoingOrRedoing(); }
+  int BeginUndoScope(std::string_view name) override { return target_->BeginUndoScope(name); }
+  void EndUndoScope(int scope, bool keep) override { target_->EndUndoScope(scope, keep); }
 
  private:
   IVApplicationPtr target_;
@@ -94,7 +97,8 @@ class EventSink : public testing::Test {
   void Call(std::uint16_t code, const EventSubject& subject = {}, std::string_view moreInfo = {}) {
     sink_.VisEventProc(static_cast<std::int16_t>(code), visApp, 1, 1, subject, moreInfo);
   }
-  IVPagePtr Page(std::string_view name) { return visApp->ActiveDocument()->Pages()->Item(name); }
+  static IVPagePtr Page(IVApplication& host, std::string_view name) { return host.ActiveDocument()->Pages()->Item(name); }
+  IVPagePtr Page(std::string_view name) { return Page(*visApp, name); }
   IVPagePtr AddPage(const char* name) { return host_.AddPage(name); }
   IVShapePtr Drop(std::string_view master) { return host_.Drop(master, host_.ActivePage().id(), 1, 1, std::nullopt); }
   Log PageNames() {
@@ -125,6 +129,26 @@ TEST_F(EventSink, IsRegisteredOnceForNineEventsInTheirOrder) {
   EXPECT_THAT(log, IsEmpty());
   EXPECT_EQ(host_.AdviseCount(), 9);
   EXPECT_EQ(visApp, host_.application()) << "the host is remembered all the same";
+}
+
+TEST_F(EventSink, TheSubmodelCommandsUseTheirHostForThatCallOnly) {
+  const IVShapePtr process = Drop("Process");
+  const IVApplicationPtr known = visApp;
+  for (const IVApplicationPtr& before : {IVApplicationPtr(), known}) {
+    visApp = before;
+    Log log;
+    const auto application = std::make_shared<NotedApplication>(host_.application(), log);
+    Application().Submodel(application, process);
+    EXPECT_EQ(visApp, before);
+    EXPECT_EQ(host_.ActivePage().Name(), "Process 1 (Submodel)");
+    Application().CloseSubmodel(application, Page(*host_.application(), "Process 1 (Submodel)"));
+    EXPECT_EQ(visApp, before);
+    EXPECT_EQ(host_.ActivePage().Name(), "Page-1");
+    const IVPagePtr gone = AddPage("Gone");
+    gone->Delete(1);
+    EXPECT_THROW(Application().CloseSubmodel(application, gone), HostError);
+    EXPECT_EQ(visApp, before) << "also when the host refuses";
+  }
 }
 
 TEST_F(EventSink, AnswersItsCodesAndNoOthers) {

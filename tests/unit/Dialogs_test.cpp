@@ -116,6 +116,33 @@ void AllDialogs::ExpectLayout(const Form& form) {
   }
 }
 
+// What comes and goes stands last, so that a dialog opens without a gap that a row would fill.
+TEST_P(AllDialogs, OpensWithoutAHole) {
+  OpenAny(table(), false, [&](Form& form) {
+    std::map<const Frame*, std::vector<TwipsRect>> places;
+    for (const Control* control : form.Controls())
+      if (control->Shown() && control->kind() != ControlKind::Button) places[control->parent()].push_back(control->Place());
+    for (auto& [frame, rows] : places) {
+      std::sort(rows.begin(), rows.end(), [](const TwipsRect& a, const TwipsRect& b) { return a.top < b.top; });
+      double end = frame ? frame->Place().top : 0;
+      for (const TwipsRect& row : rows) {
+        EXPECT_LT(row.top - end, 420) << (frame ? frame->name() : "the form") << " at " << end;
+        end = std::max(end, row.top + row.height);
+      }
+    }
+  });
+}
+
+TEST_P(AllDialogs, TitlesOfFramesStandOnTheLabelColumn) {
+  OpenAny(table(), false, [&](Form& form) {
+    for (const Control* control : form.Controls())
+      if (control->parent() && control->kind() == ControlKind::Label) {
+        EXPECT_EQ(control->Place().left, form.Controls().front()->Place().left) << control->name();
+        EXPECT_EQ(control->Place().left - control->parent()->Place().left, 135) << control->name();
+      }
+  });
+}
+
 TEST_P(AllDialogs, IsMadeOfItsControls) {
   OpenAny(table(), false, [&](Form& form) {
     EXPECT_EQ(form.Caption(), table().caption);

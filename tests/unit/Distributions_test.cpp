@@ -1,6 +1,7 @@
 #include "simulate/Distributions.h"
 
 #include "Fingerprint.h"
+#include "model/Sources.h"
 
 #include <gtest/gtest.h>
 

@@ -514,6 +514,20 @@ TEST_F(FormTest, AHandlersFailureIsShownAndTheFormStaysOpen) {
   }
 }
 
+TEST_F(FormTest, ARefusalQuotesShortly) {
+  const std::string text = "bell\a" + std::string(1000, 'x');
+  const std::function<void()> refused[] = {[&] { form.UserKey(text); }, [&] { form.UserType(form.cboKind, text); }};
+  for (const auto& act : refused) {
+    try {
+      act();
+      ADD_FAILURE() << "it was not refused";
+    } catch (const RuntimeError& error) {
+      EXPECT_THAT(error.description(), testing::HasSubstr("\"bell?xxx"));
+      EXPECT_LT(error.description().size(), 300u);
+    }
+  }
+}
+
 TEST_F(FormTest, AFailureOnLeavingABoxIsShownOnce) {
   form.cboName.LostFocus = [] { throw RuntimeError::TypeMismatch(); };
   form.UserClick(form.cmdOK);

@@ -23,6 +23,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
+#include <QStyleOptionGroupBox>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextBrowser>
@@ -69,6 +70,18 @@ class QtPresenterTest : public PresenterTest {
   }
 };
 
+// Its first control shows nothing of a text.
+class ChoiceForm : public Form {
+ public:
+  ChoiceForm() : Form("ChoiceForm", "Choice") {
+    FormLayout(*this, 1500, 2400).Row(chkFirst).Buttons({&cmdOK, &cmdCancel});
+    cmdCancel.Click = [this] { Hide(*this); };
+    SetDefaultButtons(cmdOK, cmdCancel);
+  }
+  CheckBox chkFirst{*this, "chkFirst", "&First"};
+  Button cmdOK{*this, "cmdOK", "OK"}, cmdCancel{*this, "cmdCancel", "Cancel"};
+};
+
 template <class W>
 W& Widget(QDialog& window, const char* name) {
   return *window.findChild<W*>(name);
@@ -105,6 +118,40 @@ TEST_F(QtPresenterTest, WindowIsWhereTheFormSaysWithItsControlsInPlace) {
       EXPECT_EQ(widget.isVisible(), control->Shown()) << control->name();
     }
     EXPECT_EQ(Widget<QWidget>(window, "txtValue").parent(), &Widget<QGroupBox>(window, "Frame1"));
+  });
+}
+
+TEST_F(QtPresenterTest, WindowHasACloseBoxAndNoOther) {
+  WithWindow<TestForm>([](TestForm&, QDialog& window, QtPresenter&) {
+    const Qt::WindowFlags flags = window.windowFlags();
+    EXPECT_TRUE(flags & Qt::CustomizeWindowHint) << "or the window manager adds what it likes";
+    EXPECT_TRUE(flags & Qt::WindowTitleHint);
+    EXPECT_TRUE(flags & Qt::WindowCloseButtonHint);
+    EXPECT_FALSE(flags & (Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint));
+  });
+}
+
+TEST_F(QtPresenterTest, KeyboardFocusIsSeenFromTheFirstMoment) {
+  WithWindow<ChoiceForm>([](ChoiceForm& form, QDialog& window, QtPresenter&) {
+    QWidget& first = Widget<QWidget>(window, "chkFirst");
+    const QImage atFirst = first.grab().toImage();
+    QTest::keyClick(window.windowHandle(), Qt::Key_Tab);
+    EXPECT_NE(first.grab().toImage(), atFirst);
+    QTest::keyClick(window.windowHandle(), Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_EQ(form.Focus(), &form.chkFirst);
+    EXPECT_EQ(first.grab().toImage(), atFirst);
+  });
+}
+
+TEST_F(QtPresenterTest, TitleOfAFrameStandsOverTheLabelsInIt) {
+  WithWindow<TestForm>([](TestForm&, QDialog& window, QtPresenter&) {
+    auto& frame = Widget<QGroupBox>(window, "Frame1");
+    QStyleOptionGroupBox option;
+    option.initFrom(&frame);
+    option.text = frame.title();
+    option.subControls = QStyle::SC_All;
+    const QRect title = frame.style()->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxLabel, &frame);
+    EXPECT_EQ(title.left(), Widget<QWidget>(window, "lblValue").x());
   });
 }
 

@@ -1,5 +1,7 @@
 #include "simulate/Streams.h"
 
+#include "model/Sources.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -141,6 +141,26 @@ TEST(UnquoteFormula, DecodesAStringFormula) {
   for (const auto& c : cases) EXPECT_EQ(UnquoteFormula(c.formula), c.want) << c.why;
 }
 
+// Notes what it makes keys of.
+class KeyNoting : public ForwardingPlatform {
+ public:
+  using ForwardingPlatform::ForwardingPlatform;
+  std::string CaseFoldKey(std::string_view text) override {
+    asked.emplace_back(text);
+    return ForwardingPlatform::CaseFoldKey(text);
+  }
+  StringList asked;
+};
+
+TEST(SoughtName, IsMadeAKeyOfOnce) {
+  const auto native = MakeNativePlatform();
+  KeyNoting noting(*native);
+  Platform* const before = SetPlatform(&noting);
+  EXPECT_TRUE(NameOccursAtLeast({"a", "\u00e4", "b", "C"}, "\u00c4", 1));
+  SetPlatform(before);
+  EXPECT_THAT(noting.asked, ElementsAre("\u00c4", "a", "\u00e4"));
+}
+
 TEST(NameOccursAtLeast, CountsNamesWithoutRegardToCase) {
   TestPlatform platform;
   const StringList queues = {"Queue 1", "queue 1"};

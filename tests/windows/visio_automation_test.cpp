@@ -189,7 +189,7 @@ TEST_F(HostAutomationTest, FailsWithTheHostsNumberAndDescription) {
 TEST_F(HostAutomationTest, WritesManyFormulasFromArraysOfEveryForm) {
   const IVShapePtr shape = Drop();
   const ComPtr<IDispatch> offered = automation->Offer(shape);
-  Variant cells = Variant::ArrayOf({243, 0, 0, 243, 1, 0, 243, 2, 0});
+  Variant cells = Variant::ArrayOf(std::vector<std::int16_t>{243, 0, 0, 243, 1, 0, 243, 2, 0});
   Variant texts = Variant::ArrayOf(std::vector<std::string>{"\"a\"", "x", "\"c\""});
   VARIANT* element = nullptr;
   LONG second = 1;
@@ -209,6 +209,47 @@ TEST_F(HostAutomationTest, WritesManyFormulasFromArraysOfEveryForm) {
   Variant one = Variant::ArrayOf(std::vector<std::string>{"7"});
   EXPECT_EQ(Invoke(offered, L"SetFormulas", kCall, {cells, one, Variant(0)}).code, S_OK);
   EXPECT_THAT(values(), ElementsAre("7", "7", "7"));
+}
+
+TEST_F(HostAutomationTest, ReadsManyFormulasOfAPage) {
+  const auto id = static_cast<std::int16_t>(Drop()->ID());
+  const auto other = static_cast<std::int16_t>(Drop("Process")->ID());
+  const ComPtr<IDispatch> page = Object(App(), L"ActivePage");
+  const auto read = [&](const std::vector<std::int16_t>& stream, Variant& texts) {
+    Variant cells = Variant::ArrayOf(stream);
+    return Invoke(page, L"GetFormulas", kCall, {Variant::ReferenceTo(cells), Variant::ReferenceTo(texts)}).code;
+  };
+  Variant texts = Variant::NoArray(VT_VARIANT);
+  ASSERT_EQ(read({other, 243, 0, 0, -1, 243, 0, 0, id, 255, 0, 0, id, 243, 0, 2}, texts), S_OK);
+  const std::vector<Variant> formulas = AsVariantArray(texts.get());
+  ASSERT_EQ(formulas.size(), 4u);
+  EXPECT_EQ(AsText(formulas[0].get()), "\"Process 1\"");
+  EXPECT_EQ(formulas[1].get().vt, VT_EMPTY) << "no sheet is asked";
+  EXPECT_EQ(formulas[2].get().vt, VT_EMPTY) << "no section is asked";
+  EXPECT_EQ(AsText(formulas[3].get()), "\"Name\"");
+  EXPECT_EQ(read({id, 243, 99, 0}, texts), DISP_E_EXCEPTION) << "a row that is not there";
+  EXPECT_EQ(read({id, 243, 0}, texts), E_INVALIDARG) << "half a cell";
+  EXPECT_EQ(read({}, texts), E_INVALIDARG);
+  Variant numbers = Variant::NoArray(VT_I4);
+  EXPECT_EQ(read({id, 243, 0, 0}, numbers), DISP_E_TYPEMISMATCH) << "an array of something else";
+}
+
+TEST_F(HostAutomationTest, SelectsAllShapesOrThoseOfAMaster) {
+  Drop("Process");
+  const IVShapePtr create = Drop();
+  Drop("Process");
+  const ComPtr<IDispatch> page = Object(App(), L"ActivePage");
+  const auto idsOf = [&](const std::vector<Variant>& arguments) {
+    const ComPtr<IDispatch> selection = Object(page, L"CreateSelection", arguments);
+    Variant ids = Variant::NoArray(VT_I4);
+    EXPECT_EQ(Invoke(selection, L"GetIDs", kCall, {Variant::ReferenceTo(ids)}).code, S_OK);
+    return AsInt32Array(ids.get());
+  };
+  const Variant master(Object(automation->Offer(create), L"Master"));
+  EXPECT_THAT(idsOf({Variant(1), Variant(0x400), Variant::Missing()}), ElementsAre(1, 2, 3));
+  EXPECT_THAT(idsOf({Variant(1), Variant(0x400)}), ElementsAre(1, 2, 3)) << "what may be left out";
+  EXPECT_THAT(idsOf({Variant(5), Variant(0x400), master}), ElementsAre(2));
+  EXPECT_EQ(Invoke(page, L"CreateSelection", kCall, {Variant(5), Variant(0x400)}).code, DISP_E_TYPEMISMATCH);
 }
 
 TEST_F(HostAutomationTest, IsOneObjectForOneHandle) {

@@ -53,6 +53,7 @@ constexpr struct FakeMember {
     {"Selection", "Item", kGet, "Shape"},
     {"Document", "Pages", kGet, "Pages"},
     {"Document", "Masters", kGet, "Masters"},
+    {"Document", "Path", kGet, "'C:\\Drawings\\'"},
     {"Pages", "Count", kGet, "1"},
     {"Pages", "Item", kGet, "Page"},
     {"Pages", "Add", kCall, "Page"},
@@ -75,6 +76,7 @@ constexpr struct FakeMember {
     {"Shape", "Type", kGet, "3"},
     {"Shape", "Master", kGet, "Master"},
     {"Shape", "ContainingPage", kGet, "Page"},
+    {"Shape", "Shapes", kGet, "Shapes"},
     {"Shape", "RowCount", kGet, "4"},
     {"Shape", "RowExists", kGet, "0"},
     {"Shape", "AddSection", kCall, "0"},
@@ -272,6 +274,7 @@ void UseEverything(IDispatch* application) {
   pages->Item(1);
   pages->Item("Page-1");
   pages->Add();
+  document->Path();
   const IVMastersPtr masters = document->Masters();
   masters->Count();
   masters->Item(1)->Name();
@@ -296,6 +299,7 @@ void UseEverything(IDispatch* application) {
   shape->Type();
   shape->Master();
   shape->ContainingPage();
+  shape->Shapes();
   shape->RowCount(kSectionProp);
   shape->RowExists(kSectionProp, 0, kExistsLocally);
   shape->AddSection(kSectionUser);
@@ -542,6 +546,53 @@ TEST(VisioAdapter, CarriesTheHostsNumberAndDescription) {
       EXPECT_EQ(error.description(), description);
     }
   }
+}
+
+TEST(VisioAdapter, AsksABusyHostAgain) {
+  for (const HRESULT busy : {RPC_E_CALL_REJECTED, RPC_E_SERVERCALL_RETRYLATER}) {
+    FakeHost host;
+    host.failingCall = 1;
+    int refused = 0;
+    host.failure = [&](EXCEPINFO&) {
+      // Another two calls after this one.
+      if (++refused < 3) ++host.failingCall;
+      return busy;
+    };
+    const ComPtr<IDispatch> object = host.Make("Shape");
+    PostThreadMessageW(GetCurrentThreadId(), WM_APP, 0, 0);
+    WrapShape(object.get())->SetText("x");
+    EXPECT_EQ(refused, 3);
+    EXPECT_EQ(host.calls, std::vector<std::string>(4, "put Shape.Text('x')"));
+    MSG message;
+    EXPECT_FALSE(PeekMessageW(&message, nullptr, WM_APP, WM_APP, PM_REMOVE)) << "messages are let through meanwhile";
+  }
+}
+
+TEST(VisioAdapter, LeavesAHostThatStaysBusy) {
+  FakeHost host;
+  host.failingCall = 1;
+  host.failure = [&](EXCEPINFO&) {
+    ++host.failingCall;
+    return RPC_E_CALL_REJECTED;
+  };
+  const ComPtr<IDispatch> object = host.Make("Shape");
+  EXPECT_THROW(WrapShape(object.get())->Text(), HostError);
+  // One that is to end waits for nobody.
+  PostQuitMessage(7);
+  host.calls.clear();
+  EXPECT_THROW(WrapShape(object.get())->Text(), HostError);
+  EXPECT_EQ(host.calls.size(), 1u);
+  MSG message;
+  ASSERT_TRUE(PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE));
+  EXPECT_EQ(message.message, static_cast<UINT>(WM_QUIT)) << "the quit is passed on";
+}
+
+TEST(VisioAdapter, AsksOnceForWhatIsRefusedForGood) {
+  FakeHost host;
+  host.failingCall = 1;
+  const ComPtr<IDispatch> object = host.Make("Shape");
+  EXPECT_THROW(WrapShape(object.get())->Text(), HostError);
+  EXPECT_EQ(host.calls.size(), 1u);
 }
 
 TEST(VisioAdapter, RefusesWhatIsNotWhatWasAskedFor) {
@@ -839,18 +890,19 @@ TEST_F(SinkDispatch, EachEventHasASubjectOfItsKind) {
   EXPECT_EQ(host.references, 0);
 }
 
-TEST_F(SinkDispatch, LetsNoErrorOut) {
+TEST_F(SinkDispatch, LetsNoErrorOutButThatThereIsNoMemory) {
   const std::function<void()> failures[] = {
       [] { throw HostError(kSomeFailure, "refused"); },
       [] { throw RuntimeError::Overflow(); },
       [] { throw std::runtime_error("other"); },
-      [] { throw std::bad_alloc(); },
       [] { throw 7; },
   };
   for (const auto& failure : failures) {
     sink->then = [&](const EventSubject&) { failure(); };
     EXPECT_EQ(Call(Usual()), S_OK);
   }
+  sink->then = [](const EventSubject&) { throw std::bad_alloc(); };
+  EXPECT_EQ(Call(Usual()), E_OUTOFMEMORY);
   host.failingCall = 1;
   sink->then = [](const EventSubject& subject) { std::get<IVShapePtr>(subject)->Text(); };
   EXPECT_EQ(Call(Usual()), S_OK) << "the host fails while it is listened to";

@@ -4,9 +4,7 @@
 #include "base/Errors.h"
 
 namespace vardo {
-namespace {
 
-// None when the shape has no such cell; what the host refuses to tell is not taken for nothing.
 std::optional<std::string> FormulaIfThere(IVShape& shape, const std::string& cell) {
   try {
     return shape.Cells(cell)->Formula();
@@ -15,9 +13,6 @@ std::optional<std::string> FormulaIfThere(IVShape& shape, const std::string& cel
   }
   return std::nullopt;
 }
-
-}  // namespace
-
 BulkTexts IVPage::PropertyFormulas(std::span<const int> positions, std::string_view field) {
   BulkTexts formulas;
   formulas.Reserve(positions.size());

@@ -24,6 +24,17 @@ class IVApplication {
   virtual IVUIObjectPtr BuiltInMenus() = 0;
   // Shows these menus from now on. The host keeps a copy.
   virtual void SetCustomMenus(const IVUIObjectPtr& menus) = 0;
+
+  // True while the host takes something back, or does it again, at a person's wish. It tells of that by events like any other,
+  // but a listener that changed the drawing then would do twice what the host restores. False for a host that cannot tell.
+  virtual bool IsUndoingOrRedoing() = 0;
+  // Whatever is written from here to EndUndoScope is undone as one, under that name; scopes nest, and one inside a command of a
+  // person belongs to the command. One ends with the event or the command that it was begun in at the latest. Returns the scope's
+  // number, or 0 for a host that has no scopes.
+  virtual int BeginUndoScope(std::string_view name) = 0;
+  // Ends the scope begun last, which has that number; nothing happens for 0. Unless it is to be kept, what it wrote is taken
+  // back. Throws HostError(kHostNotAllowed) for another number, and for taking back what is inside a command.
+  virtual void EndUndoScope(int scope, bool keep) = 0;
 };
 
 class IVWindow {

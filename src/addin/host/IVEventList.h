@@ -18,7 +18,7 @@ class IVEventSink {
  public:
   virtual ~IVEventSink() = default;
   // eventCode is the published unsigned code in a signed 16-bit number (0x8040 arrives as -32704). source is the application.
-  // moreInfo is empty but for text events: "/doc=1 /page=1 /shape=Sheet.3".
+  // moreInfo is empty but for text events: "/doc=1 /page=1 /shape=Sheet.3". Throws nothing but std::bad_alloc.
   virtual void VisEventProc(std::int16_t eventCode, const IVApplicationPtr& source, std::int32_t eventId,
                             std::int32_t eventSeqNum, const EventSubject& subject, std::string_view moreInfo) = 0;
 };

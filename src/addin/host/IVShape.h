@@ -6,6 +6,7 @@
 #include "addin/host/HostFwd.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,6 +34,8 @@ class IVShape {
   // True when Cells(name) would succeed; with kExistsLocally only when the cell is the shape's own.
   virtual bool CellExists(std::string_view name, short localOnly) = 0;
   virtual IVCellPtr CellsSRC(short section, short row, short column) = 0;
+  // The number, in its section, of the row that the cell of that name stands in. Throws HostError(kHostNoSuchCell).
+  virtual short CellsRowIndex(std::string_view name) = 0;
 
   // The text shown, without the text block's closing line end. SetText raises the text-changed event.
   virtual std::string Text() = 0;
@@ -67,22 +70,27 @@ class IVShape {
   virtual void DeleteRow(short section, short row) = 0;
 
   // Writes formulas[i] to the cell (stream[3i], stream[3i+1], stream[3i+2]); the last formula serves for all further cells.
-  // Returns how many were written; throws at the first that fails. Inside a command of the user the earlier ones are written
-  // then, outside nothing is.
+  // Returns how many were written; throws at the first that fails, which a guarded one does unless flags have kSetBlastGuards.
+  // Inside a command of the user the earlier ones are written then, outside nothing is.
   virtual int SetFormulas(const std::vector<std::int16_t>& stream, const std::vector<std::string>& formulas, short flags) = 0;
 
   // Takes the shape off its page. On a sheet that is no shape throws HostError(kHostNotAllowed).
   virtual void Delete() = 0;
 };
 
+// The formula of a shape's cell; none when the shape has no such cell. Throws HostError when the host refuses to tell, so that
+// what is there is not taken for nothing.
+std::optional<std::string> FormulaIfThere(IVShape& shape, const std::string& cell);
+
 class IVCell {
  public:
   virtual ~IVCell() = default;
   // The formula as written, a string with its quotes; empty for a cell that has none.
   virtual std::string Formula() = 0;
-  // Makes an inherited cell local. Kept as written, also when the host cannot evaluate it.
+  // Makes an inherited cell local. Kept as written, also when the host cannot evaluate it. Throws HostError(kHostGuarded) when
+  // the formula that is there is guarded.
   virtual void SetFormula(std::string_view formula) = 0;
-  // Sets the value as a number in the cell's own units.
+  // Sets the value as a number in the cell's own units; throws as SetFormula does.
   virtual void SetResult(double value) = 0;
 };
 

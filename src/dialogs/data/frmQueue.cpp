@@ -29,9 +29,9 @@ frmQueue::frmQueue() : ModuleDialog(kQueueModule, "frmQueue", "Queue", "Queue_.h
 
   FormLayout(*this, 1700, 3000)
       .Row(lblName, cboName)
+      .Row(chkReportStatistics)
       .Row(lblType, cboType)
       .Row(lblAttributeName, cboAttributeName)
-      .Row(chkReportStatistics)
       .Buttons(buttons.All());
 }
 

@@ -17,11 +17,11 @@ class frmQueue : public ModuleDialog {
 
   Label lblName{*this, "lblName", "&Name:"};
   ComboBox cboName{*this, "cboName"};
+  CheckBox chkReportStatistics{*this, "chkReportStatistics", "R&eport Statistics"};
   Label lblType{*this, "lblType", "&Type:"};
   ComboBox cboType{*this, "cboType", ComboBox::Style::PickOnly};
   Label lblAttributeName{*this, "lblAttributeName", "&Attribute Name:"};
   ComboBox cboAttributeName{*this, "cboAttributeName"};
-  CheckBox chkReportStatistics{*this, "chkReportStatistics", "R&eport Statistics"};
   Buttons buttons{*this};
 };
 

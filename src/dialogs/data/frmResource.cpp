@@ -30,16 +30,16 @@ frmResource::frmResource() : ModuleDialog(kResourceModule, "frmResource", "Resou
 
   FormLayout(*this, 1900, 3000)
       .Row(lblName, cboName)
-      .Row(lblType, cboType)
-      .Row(lblCapacity, txtCapacity)
-      .InPlace(lblScheduleName, cboScheduleName)
-      .Row(lblScheduleRule, cboScheduleRule)
       .BeginFrame(Frame1)
       .Row(lblBusy_Hour, txtBusy_Hour)
       .Row(lblIdle_Hour, txtIdle_Hour)
       .Row(lblPerUse, txtPerUse)
       .EndFrame()
       .Row(chkReportStatistics)
+      .Row(lblType, cboType)
+      .Row(lblCapacity, txtCapacity)
+      .InPlace(lblScheduleName, cboScheduleName)
+      .Row(lblScheduleRule, cboScheduleRule)
       .Buttons(buttons.All());
 }
 

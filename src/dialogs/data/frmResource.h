@@ -19,14 +19,6 @@ class frmResource : public ModuleDialog {
 
   Label lblName{*this, "lblName", "&Name:"};
   ComboBox cboName{*this, "cboName"};
-  Label lblType{*this, "lblType", "&Type:"};
-  ComboBox cboType{*this, "cboType", ComboBox::Style::PickOnly};
-  Label lblCapacity{*this, "lblCapacity", "&Capacity:"};
-  TextBox txtCapacity{*this, "txtCapacity"};
-  Label lblScheduleName{*this, "lblScheduleName", "&Schedule Name:"};
-  ComboBox cboScheduleName{*this, "cboScheduleName"};
-  Label lblScheduleRule{*this, "lblScheduleRule", "Schedule &Rule:"};
-  ComboBox cboScheduleRule{*this, "cboScheduleRule", ComboBox::Style::PickOnly};
   Frame Frame1{*this, "Frame1", "Costs"};
   Label lblBusy_Hour{*this, "lblBusy_Hour", "&Busy / Hour:"};
   TextBox txtBusy_Hour{*this, "txtBusy_Hour"};
@@ -35,6 +27,14 @@ class frmResource : public ModuleDialog {
   Label lblPerUse{*this, "lblPerUse", "&Per Use:"};
   TextBox txtPerUse{*this, "txtPerUse"};
   CheckBox chkReportStatistics{*this, "chkReportStatistics", "R&eport Statistics"};
+  Label lblType{*this, "lblType", "&Type:"};
+  ComboBox cboType{*this, "cboType", ComboBox::Style::PickOnly};
+  Label lblCapacity{*this, "lblCapacity", "&Capacity:"};
+  TextBox txtCapacity{*this, "txtCapacity"};
+  Label lblScheduleName{*this, "lblScheduleName", "&Schedule Name:"};
+  ComboBox cboScheduleName{*this, "cboScheduleName"};
+  Label lblScheduleRule{*this, "lblScheduleRule", "Schedule &Rule:"};
+  ComboBox cboScheduleRule{*this, "cboScheduleRule", ComboBox::Style::PickOnly};
   Buttons buttons{*this};
 };
 

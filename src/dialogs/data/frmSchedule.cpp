@@ -21,8 +21,8 @@ frmSchedule::frmSchedule() : ModuleDialog(kScheduleModule, "frmSchedule", "Sched
       .Row(lblName, cboName)
       .Row(lblType, cboType)
       .Row(lblTimeUnits, cboTimeUnits)
-      .Row(lblScaleFactor, txtScaleFactor)
       .List(rows.label, rows.list, rows.Buttons(), 6)
+      .Row(lblScaleFactor, txtScaleFactor)
       .Buttons(buttons.All());
 }
 

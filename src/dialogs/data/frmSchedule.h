@@ -24,13 +24,13 @@ class frmSchedule : public ModuleDialog {
   ComboBox cboType{*this, "cboType", ComboBox::Style::PickOnly};
   Label lblTimeUnits{*this, "lblTimeUnits", "Time &Units:"};
   ComboBox cboTimeUnits{*this, "cboTimeUnits", ComboBox::Style::PickOnly};
-  Label lblScaleFactor{*this, "lblScaleFactor", "&Scale Factor:"};
-  TextBox txtScaleFactor{*this, "txtScaleFactor"};
 
  public:
   RowList rows{*this, "lstDurations", "lblDurations", "&Durations"};
 
  private:
+  Label lblScaleFactor{*this, "lblScaleFactor", "&Scale Factor:"};
+  TextBox txtScaleFactor{*this, "txtScaleFactor"};
   Buttons buttons{*this};
 };
 

@@ -2,6 +2,7 @@
 
 #include "addin/host/HostConstants.h"
 #include "dialogs/ItemLists.h"
+#include "dialogs/flow/ProcessRows.h"
 #include "dialogs/flow/frmProcess_Resource.h"
 #include "events/SubmodelPages.h"
 #include "forms/FormLayout.h"
@@ -25,24 +26,12 @@ constexpr CodeRow kPriorities[] = {{"1", "High(1)"}, {"2", "Medium(2)"}, {"3", "
 constexpr CodeRow kAllocations[] = {
     {"VA", "Value Added"}, {"NVA", "Non-Value Added"}, {"Tran", "Transfer"}, {"Wait", "Wait"}, {"Other", "Other"}};
 
-constexpr std::string_view kSpecificMember = "SM";
-constexpr CodeRow kRules[] = {
-    {"CYC", "Cyclical"},
-    {"RAN", "Random"},
-    {"POR", "Preferred Order"},
-    {kSpecificMember, "Specific Member"},
-    {"LRC", "Largest Remaining Capacity"},
-    {"SNB", "Smallest Number Busy"},
-};
-
 // The cell that chooses between the shape's two shortcut menus: 1 standard, 0 submodel.
 constexpr std::string_view kMenuIdRow = "menuid";
 constexpr std::string_view kMenuIdCell = "User.menuid";
 
-constexpr std::string_view kResource = "Resource";
-
 // A row that is not for a resource is for a set.
-std::string RowType(std::string_view stored) { return stored == kResource ? std::string(stored) : "Set"; }
+std::string RowType(std::string_view stored) { return std::string(stored == kResourceRow ? kResourceRow : kSetRow); }
 
 constexpr const RowGroup& kRows = kProcessModule.rows;
 constexpr size_t kType = kRows.ColumnOf("Process_RType"), kResourceName = kRows.ColumnOf("Process_RResourceName"),
@@ -51,15 +40,15 @@ constexpr size_t kType = kRows.ColumnOf("Process_RType"), kResourceName = kRows.
                  kSetIndex = kRows.ColumnOf("Process_RInputAttribute");
 
 std::vector<size_t> LineColumns(const StringList& row) {
-  if (row[kType] == kResource) return {kType, kResourceName, kQuantity};
-  return {kType, kSetName, kQuantity, kRule, row[kRule] == kSpecificMember ? kSetIndex : kSaveAttribute};
+  if (row[kType] == kResourceRow) return {kType, kResourceName, kQuantity};
+  return {kType, kSetName, kQuantity, kRule, row[kRule] == kSpecificMember.code ? kSetIndex : kSaveAttribute};
 }
 
 }  // namespace
 
-std::string RuleCodeToText(std::string_view code) { return CodeToText(kRules, code); }
+std::string RuleCodeToText(std::string_view code) { return CodeToText(kSelectionRules, code); }
 
-std::string RuleTextToCode(std::string_view text) { return TextToCode(kRules, text); }
+std::string RuleTextToCode(std::string_view text) { return TextToCode(kSelectionRules, text); }
 
 frmProcess::frmProcess() : ModuleDialog(kProcessModule, "frmProcess", "Process", "Process_.htm") {
   Name(cboName, NamesOf<NameList::FlowModules>);
@@ -91,18 +80,18 @@ frmProcess::frmProcess() : ModuleDialog(kProcessModule, "frmProcess", "Process",
       .BeginChoice()
       .BeginFrame(Frame1)
       .Row(lblAction, cboAction)
-      .Row(lblPriority, cboPriority)
-      .List(rows.label, rows.list, rows.Buttons(), 5)
       .Separator(DelayLine1)
       .Row(lblDelayType, cboDelayType)
       .Row(lblUnits, cboUnits)
       .Row(lblAllocation, cboAllocation)
       .Separator(DelayLine2)
-      .Row(lblMin, txtMin)
-      .InPlace(lblExpression, cboExpression)
       .Row(lblValue, txtValue)
-      .Row(lblMax, txtMax)
+      .InPlace(lblExpression, cboExpression)
+      .Row(lblMin, txtMin)
       .InPlace(lblStdDev, txtStdDev)
+      .Row(lblMax, txtMax)
+      .Row(lblPriority, cboPriority)
+      .List(rows.label, rows.list, rows.Buttons(), 5)
       .EndFrame()
       .Or()
       .Separator(SubmodelLine)
@@ -164,6 +153,10 @@ void frmProcess::cboDelayType_Click() {
   Show({&lblStdDev, &txtStdDev}, boxes.deviation);
   Show({&lblExpression, &cboExpression}, boxes.expression);
   if (boxes.caption) lblValue.SetCaption(boxes.caption);
+}
+
+std::optional<std::string> frmProcess::WhyNotNamed(const IVShapePtr& shape) {
+  return IsRenamed() ? WhySubmodelPageStays(shape, NewName()) : std::nullopt;
 }
 
 void frmProcess::WriteBeforeName(const IVShapePtr& shape) {

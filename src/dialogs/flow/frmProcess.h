@@ -21,6 +21,7 @@ class frmProcess : public ModuleDialog {
 
  private:
   void AfterLoad() override;
+  std::optional<std::string> WhyNotNamed(const IVShapePtr& shape) override;
   void WriteBeforeName(const IVShapePtr& shape) override;
   void UnloadRowDialog() override;
   void cboType_Click();
@@ -35,13 +36,6 @@ class frmProcess : public ModuleDialog {
   Frame Frame1{*this, "Frame1", "Logic"};
   Label lblAction{*this, "lblAction", "&Action:"};
   ComboBox cboAction{*this, "cboAction", ComboBox::Style::PickOnly};
-  Label lblPriority{*this, "lblPriority", "&Priority:"};
-  ComboBox cboPriority{*this, "cboPriority"};
-
- public:
-  RowList rows{*this, "lstResources", "lblResources", "&Resources:"};
-
- private:
   Line DelayLine1{*this, "DelayLine1"};
   Label lblDelayType{*this, "lblDelayType", "&Delay Type:"};
   ComboBox cboDelayType{*this, "cboDelayType", ComboBox::Style::PickOnly};
@@ -50,16 +44,23 @@ class frmProcess : public ModuleDialog {
   Label lblAllocation{*this, "lblAllocation", "&Allocation:"};
   ComboBox cboAllocation{*this, "cboAllocation", ComboBox::Style::PickOnly};
   Line DelayLine2{*this, "DelayLine2"};
-  Label lblMin{*this, "lblMin", "&Minimum:"};
-  TextBox txtMin{*this, "txtMin"};
   Label lblValue{*this, "lblValue", "&Value:"};
   TextBox txtValue{*this, "txtValue"};
+  Label lblMin{*this, "lblMin", "&Minimum:"};
+  TextBox txtMin{*this, "txtMin"};
   Label lblMax{*this, "lblMax", "Max&imum:"};
   TextBox txtMax{*this, "txtMax"};
   Label lblStdDev{*this, "lblStdDev", "&Std Dev:"};
   TextBox txtStdDev{*this, "txtStdDev"};
   Label lblExpression{*this, "lblExpression", "E&xpression:"};
   ComboBox cboExpression{*this, "cboExpression"};
+  Label lblPriority{*this, "lblPriority", "&Priority:"};
+  ComboBox cboPriority{*this, "cboPriority"};
+
+ public:
+  RowList rows{*this, "lstResources", "lblResources", "&Resources:"};
+
+ private:
   CheckBox chkReportStatistics{*this, "chkReportStatistics", "R&eport Statistics"};
   Line SubmodelLine{*this, "SubmodelLine"};
   Frame EditSubmodelFrame{*this, "EditSubmodelFrame"};

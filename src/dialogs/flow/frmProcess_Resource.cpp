@@ -1,23 +1,17 @@
 #include "dialogs/flow/frmProcess_Resource.h"
 
 #include "dialogs/ItemLists.h"
+#include "dialogs/flow/ProcessRows.h"
 #include "dialogs/flow/frmProcess.h"
 #include "forms/FormLayout.h"
 #include "modules/flow/ProcessModule.h"
 #include "validate/CheckDataType.h"
 
 namespace vardo {
-namespace {
-
-constexpr std::string_view kResource = "Resource";
-constexpr std::string_view kSet = "Set";
-constexpr std::string_view kSpecificMember = "Specific Member";
-
-}  // namespace
 
 frmProcess_Resource::frmProcess_Resource()
     : RowDialog(kProcessModule, "frmProcess_Resource", "Resources", "Process_Shape_Prompts.htm", RowsOf<frmProcess>) {
-  Field(cboType, "Process_RType").Items({kResource, kSet});
+  Field(cboType, "Process_RType").Items({kResourceRow, kSetRow});
   Field(cboResourceName, "Process_RResourceName").Offers(NamesOf<NameList::Resources>).Check(kSymbolName).WhenEmpty();
   Field(cboSetName, "Process_RSetName").Offers(NamesOf<NameList::Sets>).Check(kSymbolName).WhenEmpty();
   Field(cboSaveAttribute, "Process_RSaveAttribute").Offers(UserAttributes).Check(kSymbolName);
@@ -27,14 +21,12 @@ frmProcess_Resource::frmProcess_Resource()
       .Offers(UserAttributes)
       .Check(kExpression)
       .WhenEmpty();
-  Field(cboSelectionRule, "Process_RSelectionRule")
-      .Default("Cyclical")
-      .Items({"Cyclical", "Random", "Preferred Order", kSpecificMember, "Largest Remaining Capacity", "Smallest Number Busy"});
+  Field(cboSelectionRule, "Process_RSelectionRule").Default(kSelectionRules[0].text).Items(kSelectionRuleTexts);
 
   cboType.Click = [this] { cboType_Click(); };
   cboSelectionRule.Click = [this] { cboSelectionRule_Click(); };
 
-  FormLayout(*this, 1900, 3000)
+  FormLayout(*this, 1900, 3600)
       .Row(lblType, cboType)
       .Row(lblResourceName, cboResourceName)
       .InPlace(lblSetName, cboSetName)
@@ -45,12 +37,12 @@ frmProcess_Resource::frmProcess_Resource()
       .Buttons(buttons.All());
 }
 
-bool frmProcess_Resource::IsResource() const { return cboType.Text() == kResource; }
+bool frmProcess_Resource::IsResource() const { return cboType.Text() == kResourceRow; }
 
-bool frmProcess_Resource::IsSpecificMember() const { return cboSelectionRule.Text() == kSpecificMember; }
+bool frmProcess_Resource::IsSpecificMember() const { return cboSelectionRule.Text() == kSpecificMember.text; }
 
 void frmProcess_Resource::cboType_Click() {
-  if (!IsResource() && cboType.Text() != kSet) return;
+  if (!IsResource() && cboType.Text() != kSetRow) return;
   Show({&lblResourceName, &cboResourceName}, IsResource());
   Show({&lblSetName, &cboSetName, &lblSelectionRule, &cboSelectionRule}, !IsResource());
   if (IsResource())

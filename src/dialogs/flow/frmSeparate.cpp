@@ -35,12 +35,13 @@ bool HasDuplicateExit(IVShape& shape) {
 
 // A point that could not be placed is taken away again, so that the next OK makes it anew.
 void AddDuplicateExit(IVShape& shape) {
-  shape.AddRow(kSectionConnectionPts, kDuplicateExit, kTagDefault);
+  // Another row than the one asked for when the shape has lost points of its own.
+  const short row = shape.AddRow(kSectionConnectionPts, kDuplicateExit, kTagDefault);
   try {
-    shape.CellsSRC(kSectionConnectionPts, kDuplicateExit, kCellConnectionX)->SetFormula(kDuplicateExitX);
-    shape.CellsSRC(kSectionConnectionPts, kDuplicateExit, kCellConnectionY)->SetFormula(kDuplicateExitY);
+    shape.CellsSRC(kSectionConnectionPts, row, kCellConnectionX)->SetFormula(kDuplicateExitX);
+    shape.CellsSRC(kSectionConnectionPts, row, kCellConnectionY)->SetFormula(kDuplicateExitY);
   } catch (const AutomationError&) {
-    shape.DeleteRow(kSectionConnectionPts, kDuplicateExit);
+    shape.DeleteRow(kSectionConnectionPts, row);
     throw;
   }
 }
@@ -59,7 +60,7 @@ frmSeparate::frmSeparate() : ModuleDialog(kSeparateModule, "frmSeparate", "Separ
   cboType.Click = [this] { cboType_Click(); };
   cboMemberAttributes.Click = [this] { cboMemberAttributes_Click(); };
 
-  FormLayout(*this, 3600, 3900)
+  FormLayout(*this, 4000, 3900)
       .Row(lblName, cboName)
       .Row(lblType, cboType)
       .BeginChoice()

@@ -1,6 +1,7 @@
 #include "forms/headless/HeadlessPresenter.h"
 
 #include "base/Errors.h"
+#include "base/Text.h"
 #include "forms/Forms.h"
 
 namespace vardo {
@@ -12,7 +13,7 @@ void HeadlessPresenter::RunModal(Form& form) {
 }
 
 void HeadlessPresenter::Screenshot(Form& form, const std::string& file) {
-  throw RuntimeError(5, "No picture of " + form.name() + " was written to " + file + ": headless forms are not drawn.");
+  throw RuntimeError(5, "No picture of " + form.name() + " was written to " + InWords(file) + ": headless forms are not drawn.");
 }
 
 }  // namespace vardo

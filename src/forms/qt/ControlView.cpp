@@ -13,6 +13,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMouseEvent>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QScrollBar>
@@ -61,9 +62,30 @@ class LabelView : public ControlView {
   QLabel& label_;
 };
 
+// A style that puts a frame's title over the labels in it.
+class TitleOverLabels : public QProxyStyle {
+ public:
+  QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                       const QWidget* widget) const override {
+    QRect place = QProxyStyle::subControlRect(control, option, part, widget);
+    if (control == CC_GroupBox && part == SC_GroupBoxLabel) place.moveLeft(LabelColumn(*widget));
+    return place;
+  }
+
+ private:
+  static int LabelColumn(const QWidget& frame) {
+    const auto labels = frame.findChildren<QLabel*>(Qt::FindDirectChildrenOnly);
+    return labels.isEmpty() ? 0 : labels.front()->x();
+  }
+};
+
 class FrameView : public ControlView {
  public:
-  FrameView(Control& control, QGroupBox& box, bool& mirroring) : ControlView(control, box, mirroring), box_(box) {}
+  FrameView(Control& control, QGroupBox& box, bool& mirroring) : ControlView(control, box, mirroring), box_(box) {
+    auto* const style = new TitleOverLabels;
+    style->setParent(&box);
+    box.setStyle(style);
+  }
 
  private:
   void Update() override { box_.setTitle(ToQt(control().Caption())); }

@@ -15,6 +15,9 @@ namespace vardo {
 namespace {
 
 constexpr double kTwipsPerPixel = 15;
+// The size is fixed, so there is nothing to minimise or maximise.
+constexpr Qt::WindowFlags kFlags =
+    Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
 constexpr int kLargestFont = 13, kSmallestFont = 9;  // pixels
 
 QString ToQt(const std::string& text) { return QString::fromStdString(text); }
@@ -68,7 +71,7 @@ QFont FontFor(const Form& form) {
 
 }  // namespace
 
-FormWindow::FormWindow(Form& form, QWidget* below) : QDialog(below), form_(form) {
+FormWindow::FormWindow(Form& form, QWidget* below) : QDialog(below, kFlags), form_(form) {
   setObjectName(ToQt(form.name()));
   setWindowTitle(ToQt(form.Caption()));
   setModal(true);
@@ -119,6 +122,8 @@ void FormWindow::Open() {
   FocusMoved(form_.Focus());
   show();
   ActivateWindow(*this);
+  // Styles draw the focus only once a key has moved it.
+  setAttribute(Qt::WA_KeyboardFocusChange);
 }
 
 void FormWindow::Close() {

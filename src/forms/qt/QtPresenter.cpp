@@ -1,6 +1,7 @@
 #include "forms/qt/QtPresenter.h"
 
 #include "base/Errors.h"
+#include "base/Text.h"
 #include "forms/Forms.h"
 #include "forms/qt/FormWindow.h"
 #include "forms/qt/Keys.h"
@@ -95,7 +96,7 @@ void QtPresenter::Key(Form& form, std::string_view name) {
 
 void QtPresenter::Screenshot(Form& form, const std::string& file) {
   if (!windows_.Of(form).grab().save(QString::fromStdString(file), "PNG"))
-    throw RuntimeError(5, "No picture of " + form.name() + " could be written to " + file + ".");
+    throw RuntimeError(5, "No picture of " + form.name() + " could be written to " + InWords(file) + ".");
 }
 
 void QtPresenter::ProcessEvents() { QApplication::processEvents(); }

@@ -70,6 +70,17 @@ struct Parts {
   HWND window, edit, list;
 };
 
+// The part of a box's place that one line of text fills, edges included: Windows writes at the top of a box, whatever its height.
+RECT LineWithin(const RECT& place, HWND box) {
+  const TextMeasure measure(box, reinterpret_cast<HFONT>(SendMessageW(box, WM_GETFONT, 0, 0)));
+  TEXTMETRICW text = {};
+  GetTextMetricsW(measure.dc(), &text);
+  constexpr LONG kMargin = 1;  // within the edge
+  const LONG needed = text.tmHeight + 2 * (GetSystemMetrics(SM_CYEDGE) + kMargin);
+  const LONG spare = std::max(0L, place.bottom - place.top - needed);
+  return {place.left, place.top + spare / 2, place.right, place.bottom - (spare - spare / 2)};
+}
+
 // What shows a caption and no more: a label, a frame, a line.
 class CaptionView : public ControlView {
  public:
@@ -173,6 +184,8 @@ class TextView : public TypingView {
  public:
   TextView(TextBox& control, HWND parent, bool& mirroring) : TypingView(control, MakeEdit(parent), mirroring) {}
 
+  void SetPlace(const RECT& place) override { TypingView::SetPlace(LineWithin(place, window())); }
+
   void Notified(WORD code) override {
     if (code == EN_CHANGE) Typed();
   }
@@ -190,8 +203,8 @@ class ComboView : public TypingView {
 
   // The list hangs under the place, which the closed box fills. What it adds to its line's height is its own affair.
   void SetPlace(const RECT& place) override {
-    const int wanted = static_cast<int>(place.bottom - place.top);
-    RECT box = place;
+    RECT box = LineWithin(place, window());
+    const int wanted = static_cast<int>(box.bottom - box.top);
     box.bottom += Send(window(), CB_GETITEMHEIGHT, 0) * ComboBox::kItemsInSight + 2;
     TypingView::SetPlace(box);
     SetLineHeight(wanted);
@@ -426,6 +439,9 @@ class ListView : public ControlView {
   ListBox& items_;
 };
 
+// A label stands beside its box, in the middle as the box's text does.
+DWORD LabelStyle(const Label& label) { return label.Wraps() ? SS_LEFT : SS_LEFT | SS_CENTERIMAGE; }
+
 DWORD LineStyle(const Control& line) { return line.Place().width >= line.Place().height ? SS_ETCHEDHORZ : SS_ETCHEDVERT; }
 
 std::unique_ptr<ControlView> MakeCombo(ComboBox& control, HWND parent, bool& mirroring) {
@@ -460,7 +476,8 @@ Answer AnswerAsParent(UINT message, WPARAM wParam, LPARAM lParam) {
 std::unique_ptr<ControlView> ControlView::Make(Control& control, HWND parent, bool& mirroring) {
   switch (control.kind()) {
     case ControlKind::Label:
-      return std::make_unique<CaptionView>(control, MakeWindow(parent, WC_STATICW, SS_LEFT), mirroring);
+      return std::make_unique<CaptionView>(control, MakeWindow(parent, WC_STATICW, LabelStyle(static_cast<Label&>(control))),
+                                           mirroring);
     case ControlKind::Frame:
       return std::make_unique<FrameView>(control, parent, mirroring);
     case ControlKind::Line:

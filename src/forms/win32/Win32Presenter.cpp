@@ -1,6 +1,7 @@
 #include "forms/win32/Win32Presenter.h"
 
 #include "base/Errors.h"
+#include "base/Text.h"
 #include "forms/Forms.h"
 #include "forms/win32/Hands.h"
 #include "forms/win32/Keys.h"
@@ -80,7 +81,7 @@ void Win32Presenter::Key(Form& form, std::string_view name) {
 void Win32Presenter::Screenshot(Form& form, const std::string& file) {
   FormWindow& window = windows_.Of(form);
   if (!SavePicture(window.window(), file))
-    throw RuntimeError(5, "No picture of " + form.name() + " could be written to " + file + ".");
+    throw RuntimeError(5, "No picture of " + form.name() + " could be written to " + InWords(file) + ".");
 }
 
 HWND Win32Presenter::WindowOf(const Form& form) const {

@@ -1,5 +1,7 @@
 #include "platform/FileSystem.h"
 
+#include "base/Text.h"
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -85,7 +87,7 @@ void KeepAttributes(const fs::path& from, const fs::path& to) {
   const Attributes wanted = AttributesOf(from), present = AttributesOf(to);
   const auto check = [](const std::string& name, int result) {
     if (result != 0 && !IsMachines(name))
-      throw std::system_error(errno, std::generic_category(), "its attribute " + name + " cannot be kept");
+      throw std::system_error(errno, std::generic_category(), "its attribute " + InWords(name) + " cannot be kept");
   };
   for (const auto& [name, value] : present)
     if (!wanted.contains(name)) check(name, removexattr(to.c_str(), name.c_str()));
