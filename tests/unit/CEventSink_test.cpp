@@ -1,6 +1,7 @@
 // The listener seen from the host's side: how it is registered, which codes it answers, and how it works off its queues.
 #include "events/CEventSink.h"
 
+#include "FakeHost.h"
 #include "TestPlatform.h"
 #include "addin/Application.h"
 #include "addin/Global_Variables.h"
@@ -167,6 +168,24 @@ TEST_F(EventSink, AnswersItsCodesAndNoOthers) {
   EXPECT_THAT(GetPagePropList(bare, "Create", ""), ElementsAre("1"));
   sink_.VisEventProc(901, visApp, 1, 1, visApp->ActiveWindow()->Selection(), "");
   EXPECT_THAT(GetPagePropList(bare, "Create", ""), ElementsAre(""));
+}
+
+TEST_F(EventSink, OnlyWhatIsDrawnComesAsAModuleOrAConnector) {
+  class Other : public fake::Shape {
+   public:
+    explicit Other(short type) : type_(type) { master = "Create"; }
+    short Type() override { return type_; }
+    std::string Text() override { return asked = true, "Create 1"; }
+    bool asked = false;
+
+   private:
+    short type_;
+  };
+  for (const auto& [type, isDrawn] : {std::pair<short, bool>{1, false}, {2, true}, {3, true}, {4, false}, {5, false}}) {
+    const auto shape = std::make_shared<Other>(type);
+    Call(kEventShapeAdded, IVShapePtr(shape));
+    EXPECT_EQ(shape->asked, isDrawn) << type;
+  }
 }
 
 TEST_F(EventSink, SaysNothingWhenItCannotDoWhatItShould) {

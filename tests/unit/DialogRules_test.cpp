@@ -345,6 +345,21 @@ TEST_P(AnyModule, AnEmptiedNameGetsTheTextThatTheShapeHasByThen) {
   });
 }
 
+TEST_P(AnyModule, ANameIsInUseWhenItIsSoByThen) {
+  const IVShapePtr other = Drop(table().kind), shape = Drop(table().kind);
+  const std::string nameProperty = table().fields.front().property;
+  Open(table(), shape, [&](Form& form) {
+    Put(form, table().name, "Taken");
+    SetProperty(other, nameProperty, "taken");
+    Click(form, "cmdOK");
+    EXPECT_TRUE(form.IsShown());
+    SetProperty(other, nameProperty, "free");
+    Click(form, "cmdOK");
+    EXPECT_FALSE(form.IsShown());
+  });
+  EXPECT_EQ(shape->Text(), "Taken");
+}
+
 TEST_P(AnyModule, OKWritesToTheShapeThatIsSelectedByThen) {
   const IVShapePtr opened = Drop(table().kind);
   const IVShapePtr other = Drop(table().kind);

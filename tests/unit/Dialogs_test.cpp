@@ -174,6 +174,23 @@ TEST_P(AllDialogs, IsMadeOfItsControls) {
   });
 }
 
+TEST_P(AllDialogs, TabGoesThroughWhatIsShownInTheOrderOfTheTable) {
+  OpenAny(table(), false, [&](Form& form) {
+    InEveryState(form, [&] {
+      std::vector<std::string> order, reached;
+      for (const ControlRow& row : table().controls)
+        if (At(form, row.name).Shown() && At(form, row.name).TakesFocus()) order.push_back(row.name);
+      form.SetFocus(At(form, order.front()));
+      for (size_t i = 0; i < order.size(); ++i) {
+        reached.push_back(form.Focus()->name());
+        presenter_.Key(form, "Tab");
+      }
+      EXPECT_THAT(reached, ElementsAreArray(order));
+      EXPECT_EQ(form.Focus()->name(), order.front()) << "and round again";
+    });
+  });
+}
+
 TEST_P(AllDialogs, FramesHoldTheirControls) {
   OpenAny(table(), false, [&](Form& form) {
     std::map<std::string, std::string> frameOf;
