@@ -6,11 +6,13 @@
 #include "addin/Global_Variables.h"
 #include "addin/host/HostConstants.h"
 #include "addin/host/IVApplication.h"
+#include "addin/host/IVDocument.h"
 #include "addin/host/IVMenus.h"
 #include "addin/host/IVShape.h"
 #include "base/Errors.h"
 #include "catalog/NameCatalogues.h"
 #include "events/CEventSink.h"
+#include "forms/Forms.h"
 #include "forms/headless/HeadlessPresenter.h"
 #include "memoryhost/DrawingHost.h"
 
@@ -32,8 +34,11 @@ class ApplicationTest : public testing::Test {
   ApplicationTest() {
     host_.New();
     addin_.SetupEventSink(host_.application());
+    SetFormPresenter(&presenter_);
   }
   ~ApplicationTest() override {
+    UnloadAllForms();
+    SetFormPresenter(nullptr);
     visApp.reset();
     eventSink.reset();
   }

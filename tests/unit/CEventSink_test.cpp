@@ -1,7 +1,7 @@
 // The listener seen from the host's side: how it is registered, which codes it answers, and how it works off its queues.
 #include "events/CEventSink.h"
 
-#include "FakeHost.h"
+#include "TestDrawings.h"
 #include "TestPlatform.h"
 #include "addin/Application.h"
 #include "addin/Global_Variables.h"
@@ -171,22 +171,17 @@ TEST_F(EventSink, AnswersItsCodesAndNoOthers) {
   EXPECT_THAT(GetPagePropList(bare, "Create", ""), ElementsAre(""));
 }
 
-TEST_F(EventSink, OnlyWhatIsDrawnComesAsAModuleOrAConnector) {
-  class Other : public fake::Shape {
-   public:
-    explicit Other(short type) : type_(type) { master = "Create"; }
-    short Type() override { return type_; }
-    std::string Text() override { return asked = true, "Create 1"; }
-    bool asked = false;
-
-   private:
-    short type_;
-  };
-  for (const auto& [type, isDrawn] : {std::pair<short, bool>{1, false}, {2, true}, {3, true}, {4, false}, {5, false}}) {
-    const auto shape = std::make_shared<Other>(type);
-    Call(kEventShapeAdded, IVShapePtr(shape));
-    EXPECT_EQ(shape->asked, isDrawn) << type;
-  }
+TEST_F(EventSink, PicturesAndGuidesThatAMasterMadeAreNoModules) {
+  const test::TempFolder folder;
+  test::WriteFile(folder / "types.vsdx", test::ZipOf({.shapes = "<Shape ID='1' Type='Foreign' Master='2'/>"
+                                                                "<Shape ID='2' Type='Group' Master='2'/>"
+                                                                "<Shape ID='3' Type='Guide' Master='2'/>"
+                                                                "<Shape ID='4' Type='Shape' Master='2'/>",
+                                                      .masters = {{"Create", "<Shape ID='5' Type='Shape'/>"}}}));
+  host_.Open(folder / "types.vsdx");
+  const IVPagePtr page = visApp->ActivePage();
+  for (int i = 1; i <= 4; ++i) Call(kEventShapeAdded, page->Shapes()->Item(i));
+  EXPECT_THAT(GetPagePropList(page, "Create", ""), ElementsAre("2", "4"));
 }
 
 TEST_F(EventSink, SaysNothingWhenItCannotDoWhatItShould) {

@@ -67,7 +67,7 @@ TEST(FormLayout, LabelsStandInOneColumnAndBoxesInTheNext) {
   const LaidOutForm form;
   for (const Label* label : {&form.lblA, &form.lblB, &form.lblD, &form.lblE}) {
     EXPECT_EQ(label->Place().left, form.lblA.Place().left);
-    EXPECT_EQ(Right(*label), form.lblA.Place().left + 1500);
+    EXPECT_EQ(Right(*label) + 120, form.cboA.Place().left) << "a gap between them";
   }
   for (const Control* box : {static_cast<const Control*>(&form.txtB), static_cast<const Control*>(&form.txtE)}) {
     EXPECT_EQ(box->Place().left, form.cboA.Place().left);

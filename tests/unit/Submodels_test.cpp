@@ -112,13 +112,12 @@ TEST_F(GroupedProcesses, APageOfTheirsLeadsBackWhenItsParentWasRenamed) {
   EXPECT_EQ(host().ActivePage().Name(), "Office");
 }
 
-// ------------------------------------------------------------------------------------------------------------ names of their
-// pages
+// --- The names of their pages.
 
 class SubmodelPageNames : public testing::Test {
  protected:
   SubmodelPageNames() {
-    session_.host().New();
+    session_.New();
     for (const char* page : {"THE QUITE LONG NAME 0_X", "the quite long name of a page", "The quite long nam"})
       session_.host().AddPage(page);
   }
