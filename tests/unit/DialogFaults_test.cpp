@@ -146,6 +146,34 @@ TEST_P(SeparateFaults, TheThirdConnectionPointComesOnce) {
   EXPECT_EQ(shape->RowCount(kSectionConnectionPts), points + 1) << "as each was undone";
 }
 
+TEST_P(SeparateFaults, APointThatCannotBePlacedGoesAgainWhereverItStood) {
+  const IVShapePtr shape = DropFilled(table());
+  while (shape->RowCount(kSectionConnectionPts) > 1) shape->DeleteRow(kSectionConnectionPts, 1);
+  const auto save = [&](Form& form) {
+    Put(form, "cboType", "Duplicate Original");
+    Click(form, "cmdOK");
+  };
+  faults_.Start(std::numeric_limits<int>::max());
+  Open(table(), shape, save);
+  const auto added = std::ranges::find(faults_.members, "Shape.AddRow");
+  const auto placed = std::find(added, faults_.members.end(), "Cell.SetFormula") - faults_.members.begin() + 1;
+  faults_.SwitchOff();
+  ASSERT_EQ(shape->RowCount(kSectionConnectionPts), 2);
+  host_.Undo();
+  ASSERT_EQ(shape->RowCount(kSectionConnectionPts), 1);
+
+  faults_.Start(static_cast<int>(placed));
+  Open(table(), shape, [&](Form& form) {
+    save(form);
+    faults_.SwitchOff();
+    EXPECT_EQ(platform_->messages.size(), 1u);
+    EXPECT_EQ(shape->RowCount(kSectionConnectionPts), 1);
+    Click(form, "cmdOK");
+  });
+  EXPECT_EQ(shape->RowCount(kSectionConnectionPts), 2);
+  EXPECT_EQ(shape->CellsSRC(kSectionConnectionPts, 1, kCellConnectionX)->Formula(), "Width*0.8912");
+}
+
 INSTANTIATE_TEST_SUITE_P(Forms, SeparateFaults, testing::Values(&TableOf("frmSeparate")), ParamName);
 
 // A Process that is renamed takes its submodel page along.
