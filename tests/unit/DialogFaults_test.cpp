@@ -149,23 +149,22 @@ TEST_P(SeparateFaults, TheThirdConnectionPointComesOnce) {
 TEST_P(SeparateFaults, APointThatCannotBePlacedGoesAgainWhereverItStood) {
   const IVShapePtr shape = DropFilled(table());
   while (shape->RowCount(kSectionConnectionPts) > 1) shape->DeleteRow(kSectionConnectionPts, 1);
-  const auto save = [&](Form& form) {
+  const auto save = [&](Form& form, int failing) {
     Put(form, "cboType", "Duplicate Original");
+    faults_.Start(failing);
     Click(form, "cmdOK");
+    faults_.SwitchOff();
   };
-  faults_.Start(std::numeric_limits<int>::max());
-  Open(table(), shape, save);
+  Open(table(), shape, [&](Form& form) { save(form, std::numeric_limits<int>::max()); });
   const auto added = std::ranges::find(faults_.members, "Shape.AddRow");
   const auto placed = std::find(added, faults_.members.end(), "Cell.SetFormula") - faults_.members.begin() + 1;
-  faults_.SwitchOff();
   ASSERT_EQ(shape->RowCount(kSectionConnectionPts), 2);
   host_.Undo();
   ASSERT_EQ(shape->RowCount(kSectionConnectionPts), 1);
 
-  faults_.Start(static_cast<int>(placed));
   Open(table(), shape, [&](Form& form) {
-    save(form);
-    faults_.SwitchOff();
+    save(form, static_cast<int>(placed));
+    EXPECT_EQ(faults_.members.at(static_cast<size_t>(placed) - 1), "Cell.SetFormula");
     EXPECT_EQ(platform_->messages.size(), 1u);
     EXPECT_EQ(shape->RowCount(kSectionConnectionPts), 1);
     Click(form, "cmdOK");
