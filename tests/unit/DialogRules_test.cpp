@@ -296,6 +296,24 @@ TEST_F(DialogRules, DimensionsAreLookedAtWhenTheRowsAreLeft) {
 
 // --- Texts that pass.
 
+// Programs can show what a person cannot pick.
+TEST_F(DialogRules, AChoiceOutsideItsListIsStoredAsTheLast) {
+  const struct {
+    const char *form, *kind, *box, *property, *stored;
+  } cases[] = {
+      {"frmDecide", "Decide", "cboType", "DecideType", "If"},
+      {"frmSeparate", "Separate", "cboType", "SeparateType", "Split"},
+      {"frmSeparate", "Separate", "cboMemberAttributes", "SeparateMemberAttributes", "Specific"},
+      {"frmProcess", "Process", "cboAllocation", "ProcessAllocation", "Other"},
+      {"frmResource", "Resource", "cboType", "ResourceType", "Schedule"},
+  };
+  for (const auto& c : cases) {
+    const IVShapePtr shape = Drop(c.kind);
+    Save(TableOf(c.form), shape, {{c.box, "Odd"}});
+    EXPECT_EQ(Property(shape, c.property), c.stored) << c.box;
+  }
+}
+
 TEST_F(DialogRules, TextsThatTheChecksLetPass) {
   const struct {
     const char* form;
