@@ -1,6 +1,7 @@
 // The listener seen from the host's side: how it is registered, which codes it answers, and how it works off its queues.
 #include "events/CEventSink.h"
 
+#include "TestDrawings.h"
 #include "TestPlatform.h"
 #include "addin/Application.h"
 #include "addin/Global_Variables.h"
@@ -168,6 +169,19 @@ TEST_F(EventSink, AnswersItsCodesAndNoOthers) {
   EXPECT_THAT(GetPagePropList(bare, "Create", ""), ElementsAre("1"));
   sink_.VisEventProc(901, visApp, 1, 1, visApp->ActiveWindow()->Selection(), "");
   EXPECT_THAT(GetPagePropList(bare, "Create", ""), ElementsAre(""));
+}
+
+TEST_F(EventSink, PicturesAndGuidesThatAMasterMadeAreNoModules) {
+  const test::TempFolder folder;
+  test::WriteFile(folder / "types.vsdx", test::ZipOf({.shapes = "<Shape ID='1' Type='Foreign' Master='2'/>"
+                                                                "<Shape ID='2' Type='Group' Master='2'/>"
+                                                                "<Shape ID='3' Type='Guide' Master='2'/>"
+                                                                "<Shape ID='4' Type='Shape' Master='2'/>",
+                                                      .masters = {{"Create", "<Shape ID='5' Type='Shape'/>"}}}));
+  host_.Open(folder / "types.vsdx");
+  const IVPagePtr page = visApp->ActivePage();
+  for (int i = 1; i <= 4; ++i) Call(kEventShapeAdded, page->Shapes()->Item(i));
+  EXPECT_THAT(GetPagePropList(page, "Create", ""), ElementsAre("2", "4"));
 }
 
 TEST_F(EventSink, SaysNothingWhenItCannotDoWhatItShould) {
