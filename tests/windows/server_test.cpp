@@ -10,6 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <initguid.h>
+#include <ocidl.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -343,6 +344,8 @@ TEST(Server, TellsItsVersion) {
   const std::pair<const wchar_t*, const char*> texts[] = {{L"FileVersion", VARDO_VERSION},
                                                           {L"ProductVersion", VARDO_VERSION},
                                                           {L"ProductName", "Vardo"},
+                                                          {L"CompanyName", "The Vardo founders"},
+                                                          {L"LegalCopyright", "Copyright (c) 2026 The Vardo founders"},
                                                           {L"OriginalFilename", "VardoBasic.dll"}};
   for (const auto& [name, want] : texts) {
     wchar_t* text = nullptr;
@@ -428,6 +431,46 @@ TEST_F(ServerTest, KnowsItsMethodsByName) {
   EXPECT_EQ(object_->GetIDsOfNames(IID_NULL, nullptr, 1, LOCALE_NEUTRAL, &id), E_INVALIDARG);
   EXPECT_EQ(object_->GetIDsOfNames(IID_NULL, &unknown, 1, LOCALE_NEUTRAL, nullptr), E_INVALIDARG);
   EXPECT_EQ(object_->GetIDsOfNames(IID_IUnknown, &unknown, 1, LOCALE_NEUTRAL, &id), DISP_E_UNKNOWNINTERFACE);
+}
+
+TEST_F(ServerTest, ItsClassIsCalledApplication) {
+  const auto provider = object_.As<IProvideClassInfo>();
+  ASSERT_TRUE(provider);
+  EXPECT_EQ(provider.As<IUnknown>(), object_.As<IUnknown>());
+  ComPtr<ITypeInfo> info;
+  ASSERT_EQ(provider->GetClassInfo(info.Receive()), S_OK);
+  BSTR name = nullptr;
+  ASSERT_EQ(info->GetDocumentation(MEMBERID_NIL, &name, nullptr, nullptr, nullptr), S_OK);
+  EXPECT_EQ(FromBstr(unique_bstr(name).get()), "Application");
+  EXPECT_EQ(provider->GetClassInfo(nullptr), E_POINTER);
+}
+
+TEST_F(ServerTest, LoadsItsTypeLibraryOnce) {
+  ComPtr<ITypeInfo> first, second;
+  ASSERT_EQ(object_->GetTypeInfo(0, LOCALE_NEUTRAL, first.Receive()), S_OK);
+  ASSERT_EQ(Server::The().NewObject()->GetTypeInfo(0, LOCALE_NEUTRAL, second.Receive()), S_OK);
+  EXPECT_EQ(first, second);
+}
+
+TEST_F(ServerTest, RefusesCallsFromAnotherApartment) {
+  EXPECT_EQ(object_->CopyAndPaste(nullptr), S_OK);
+  struct Call {
+    HRESULT result = S_OK;
+    std::string told;
+  } call;
+  const auto run = [](void* parameter) -> DWORD {
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    auto& made = *static_cast<Call*>(parameter);
+    made.result = Server::The().NewObject()->CopyAndPaste(nullptr);
+    made.told = TakeErrorDescription();
+    CoUninitialize();
+    return 0;
+  };
+  const HANDLE thread = CreateThread(nullptr, 0, run, &call, 0, nullptr);
+  WaitForSingleObject(thread, INFINITE);
+  CloseHandle(thread);
+  EXPECT_EQ(call.result, RPC_E_WRONG_THREAD);
+  EXPECT_NE(call.told, "");
 }
 
 TEST_F(ServerTest, DescribesItself) {
@@ -654,6 +697,32 @@ TEST_F(ServerTest, TellsTheHostsOwnWords) {
   });
   EXPECT_EQ(object_->ShowEditor(FirstHost(), refusing.get()), kSomeHostFailure);
   EXPECT_EQ(TakeErrorDescription(), words);
+}
+
+TEST_F(ServerTest, TellsWhereAFailureComesFromAndWhereItsHelpIs) {
+  const auto refusing = ObjectThat([&](IDispatch&, VARIANT&, EXCEPINFO& failure) {
+    failure.scode = kSomeHostFailure;
+    failure.bstrSource = ToBstr("Visio").release();
+    failure.bstrHelpFile = ToBstr("visio.chm").release();
+    failure.dwHelpContext = 42;
+    return DISP_E_EXCEPTION;
+  });
+  const auto told = [](const auto& call) {
+    call();
+    ComPtr<IErrorInfo> info;
+    EXPECT_EQ(GetErrorInfo(0, info.Receive()), S_OK);
+    GUID called = GUID_NULL;
+    BSTR source = nullptr, help = nullptr;
+    DWORD context = 0;
+    info->GetGUID(&called);
+    info->GetSource(&source);
+    info->GetHelpFile(&help);
+    info->GetHelpContext(&context);
+    EXPECT_EQ(called, IID__Application);
+    return FromBstr(unique_bstr(source).get()) + ", " + FromBstr(unique_bstr(help).get()) + ", " + std::to_string(context);
+  };
+  EXPECT_EQ(told([&] { object_->ShowEditor(FirstHost(), refusing.get()); }), "Visio, visio.chm, 42");
+  EXPECT_EQ(told([&] { object_->ShowEditor(FirstHost(), nullptr); }), "VardoBasic.Application, , 0") << "its own";
 }
 
 TEST_F(ServerTest, ShowsTheFailuresThatItsCommandsKeepToThemselves) {
