@@ -6,14 +6,25 @@
 #include "model/Model.h"
 #include "model/RunSetup.h"
 
+#include <array>
 #include <memory>
+#include <vector>
 
 namespace vardo {
 
+class Holding;
+
+// A field that counts of a module that takes part.
+struct CountingField {
+  FieldPlace at;
+  const FieldValue* value;
+  const FieldMeaning* meaning;
+};
+
 class CheckedModel {
  public:
-  CheckedModel(const Model& ofModel, const RunSetup& ofSetup, bool isToBeRun)
-      : model(ofModel), setup(ofSetup), toBeRun(isToBeRun), uses(ofModel), paths(ofModel) {}
+  CheckedModel(const Model& ofModel, const RunSetup& ofSetup, bool isToBeRun);
+  ~CheckedModel();
 
   const Model& model;
   const RunSetup& setup;
@@ -36,18 +47,23 @@ class CheckedModel {
   }
   template <class Visit>
   void ForEach(std::string_view kind, const Visit& visit) const {
-    ForEach([&](int i) {
-      if (Is(i, kind)) visit(i);
-    });
+    for (const int i : ofKind_[static_cast<size_t>(FindModule(kind) - kModules)]) visit(i);
   }
-  // Each field that counts of each module that takes part: the module, the value, its place, its row and its meaning.
+  // visit(at, value, meaning)
   template <class Visit>
   void ForEachField(const Visit& visit) const {
-    ForEach([&](int i) {
-      Fields(i).ForEach([&](const FieldValue& value, size_t place, int row) {
-        if (value.counts) visit(FieldPlace{i, place, row}, value, MeaningsOf(*Module(i).schema)[place]);
-      });
-    });
+    for (const CountingField& field : fields_) visit(field.at, *field.value, *field.meaning);
+  }
+  // visit(at, expression)
+  template <class Visit>
+  void ForEachExpression(const Visit& visit) const {
+    for (const CountingField& field : fields_)
+      if (field.value->expression >= 0) visit(field.at, model.ExpressionOf(*field.value));
+  }
+  // Those that are none.
+  template <class Visit>
+  void ForEachWrongExpression(const Visit& visit) const {
+    for (const CountingField* field : wrongExpressions_) visit(field->at, model.ExpressionOf(*field->value));
   }
 
   // The number that a field of a module always has; none when it depends on something.
@@ -57,6 +73,15 @@ class CheckedModel {
   std::optional<double> Mean(const FieldValue& value) const {
     return value.expression < 0 ? std::nullopt : MeanOf(model.ExpressionOf(value));
   }
+
+  // Found when it is first asked for.
+  const Holding& holding() const;
+
+ private:
+  std::array<std::vector<int>, std::size(kModules)> ofKind_;  // those that take part
+  std::vector<CountingField> fields_;
+  std::vector<const CountingField*> wrongExpressions_;
+  mutable std::unique_ptr<Holding> holding_;
 };
 
 }  // namespace vardo

@@ -179,7 +179,7 @@ void MaybeNegative(const CheckedModel& checked, RuleReport& report) {
 // Each distribution whose parameters are all constants: those that expressions call, and the delays.
 template <class Visit>
 void ForEachDistribution(const CheckedModel& checked, const Visit& visit) {
-  ForEachExpression(checked.model, [&](const FieldPlace& at, const FieldValue&, const Expression& expression) {
+  checked.ForEachExpression([&](const FieldPlace& at, const Expression& expression) {
     if (!expression.IsGood()) return;
     for (const ExpressionNode& node : expression.nodes)
       if (const auto distribution = DistributionAt(expression, node)) visit(at, *distribution, &node);

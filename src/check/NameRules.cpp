@@ -89,7 +89,7 @@ void Unreadable(const CheckedModel& checked, RuleReport& report) {
 // --- Names in expressions
 
 void Ambiguous(const CheckedModel& checked, RuleReport& report) {
-  ForEachExpression(checked.model, [&](const FieldPlace& at, const FieldValue&, const Expression& expression) {
+  checked.ForEachExpression([&](const FieldPlace& at, const Expression& expression) {
     for (const ExpressionDoubt& doubt : expression.doubts) {
       const auto word = [](Thing thing) {
         const std::string text(WordFor(thing));

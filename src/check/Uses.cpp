@@ -43,9 +43,6 @@ Uses::Uses(const Model& model) {
   capacityAssigned_.resize(model.names.Of(Thing::Resource).size());
   for (size_t i = 0; i < model.fields.size(); ++i)
     if (model.graph.nodes[i].takesPart && !IsKind(model.source.modules[i], "Set")) NoteReferences(model, static_cast<int>(i));
-  ForEachExpression(model, [&](const FieldPlace& at, const FieldValue&, const Expression& expression) {
-    if (expression.IsGood()) NoteExpression(model, at, expression);
-  });
   // Of a set that nobody uses the members are not used, either.
   for (const Named& set : model.names.Of(Thing::Set))
     if (Of(Thing::Set, model.names.Find(Thing::Set, set.name)).IsUsed()) NoteReferences(model, set.module);
@@ -60,7 +57,9 @@ void Uses::Note(const Reference& reference, const FieldPlace& at, bool isAssigne
 void Uses::NoteReferences(const Model& model, int module) {
   const auto i = static_cast<size_t>(module);
   model.fields[i].ForEach([&](const FieldValue& value, size_t place, int row) {
-    if (value.reference) Note(value.reference, {module, place, row}, Makes(model.source.modules[i], place));
+    const FieldPlace at{module, place, row};
+    if (value.reference) Note(value.reference, at, Makes(model.source.modules[i], place));
+    if (value.expression >= 0 && model.ExpressionOf(value).IsGood()) NoteExpression(model, at, model.ExpressionOf(value));
   });
 }
 

@@ -44,15 +44,4 @@ std::vector<int> ResourcesOfRow(const Model& model, int process, int row);
 // The places of a set's members among the things of its kind.
 std::vector<int> MembersOf(const Model& model, int setModule);
 
-// A number of something that is evaluated, whatever is above it: each node of each expression that counts.
-template <class Visit>
-void ForEachExpression(const Model& model, const Visit& visit) {
-  for (size_t i = 0; i < model.fields.size(); ++i) {
-    if (!model.graph.nodes[i].takesPart) continue;
-    model.fields[i].ForEach([&](const FieldValue& value, size_t place, int row) {
-      if (value.expression >= 0) visit(FieldPlace{static_cast<int>(i), place, row}, value, model.ExpressionOf(value));
-    });
-  }
-}
-
 }  // namespace vardo

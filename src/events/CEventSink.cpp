@@ -119,7 +119,8 @@ void CEventSink::VisEventProc(std::int16_t eventCode, const IVApplicationPtr&, s
   const auto code = static_cast<std::uint16_t>(eventCode);
   const bool isUndone = HostIsUndoingOrRedoing();
   if (isUndone || !GoesOnWithABurst(code)) burst_ = {};
-  if (isUndone) return;
+  // Taken back is also the deletion, just before, of a Process whose page was put off to this event.
+  if (isUndone) return PagesToDelete.clear();
   const UndoScope oneStep(visApp, "Keep Modules");
   std::vector<std::string> toDelete = PagesToDelete, toInitialise = PagesToInitialise;
   try {

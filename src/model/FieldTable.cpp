@@ -28,9 +28,7 @@ consteval FieldMeaning Line(std::string_view kind, std::string_view property, Me
 consteval FieldMeaning Ignored(std::string_view kind, std::string_view property) {
   return Line(kind, property, Meaning::Nothing);
 }
-consteval FieldMeaning OwnName(std::string_view kind) {
-  return {.place = 0, .meaning = FindModule(kind) ? Meaning::Name : Meaning::Nothing};
-}
+constexpr FieldMeaning kOwnName{.place = 0, .meaning = Meaning::Name};
 consteval FieldMeaning RowCount(std::string_view kind) { return Line(kind, FindModule(kind)->rows.count, Meaning::Rows); }
 consteval FieldMeaning Report(Field field) {
   return {.place = field.place, .meaning = Meaning::Choice, .choices = kYesNo, .unknownChoice = ShownAs(YesNo::No)};
@@ -42,7 +40,7 @@ consteval FieldMeaning Cost(Field field) { return {.place = field.place, .meanin
 constexpr FieldCondition kNotBySchedule = When(kCreateType, {CreateType::Random, CreateType::Constant, CreateType::Expression});
 
 constexpr FieldMeaning kCreateMeanings[] = {
-    OwnName("Create"),
+    kOwnName,
     {.place = At(kCreateEntityType), .meaning = Meaning::Reference, .thing = Thing::EntityType},
     {.place = At(kCreateType), .meaning = Meaning::Choice, .choices = kCreateTypes},
     {.place = At(kCreateValue),
@@ -77,7 +75,7 @@ constexpr FieldCondition kOfSet = When(kProcessRowType, {ResourceRowType::Set});
 constexpr FieldCondition kOfSpecificMember = When(kProcessRowRule, {SelectionRule::SpecificMember});
 
 constexpr FieldMeaning kProcessMeanings[] = {
-    OwnName("Process"),
+    kOwnName,
     {.place = At(kProcessType), .meaning = Meaning::Choice, .choices = kProcessTypes},
     {.place = At(kProcessAction), .meaning = Meaning::Choice, .choices = kProcessActions, .when = {kIsStandard}},
     {.place = At(kProcessPriority), .meaning = Meaning::Expression, .choices = kPriorities, .when = {kIsStandard, kSeizes}},
@@ -135,7 +133,7 @@ constexpr FieldMeaning kProcessMeanings[] = {
 constexpr FieldCondition kByCondition = When(kDecideType, {DecideType::Condition});
 
 constexpr FieldMeaning kDecideMeanings[] = {
-    OwnName("Decide"),
+    kOwnName,
     {.place = At(kDecideType),
      .meaning = Meaning::Choice,
      .choices = kDecideTypes,
@@ -166,7 +164,7 @@ constexpr FieldMeaning kDecideMeanings[] = {
 // --- Assign
 
 constexpr FieldMeaning kAssignMeanings[] = {
-    OwnName("Assign"),
+    kOwnName,
     RowCount("Assign"),
     {.place = At(kAssignRowType), .meaning = Meaning::Choice, .choices = kAssignTypes},
     {.place = At(kAssignVariable),
@@ -194,7 +192,7 @@ constexpr FieldMeaning kAssignMeanings[] = {
 // --- Batch
 
 constexpr FieldMeaning kBatchMeanings[] = {
-    OwnName("Batch"),
+    kOwnName,
     {.place = At(kBatchType), .meaning = Meaning::Choice, .choices = kBatchTypes},
     {.place = At(kBatchSize), .meaning = Meaning::Count, .least = 1},
     {.place = At(kBatchSaveCriterion), .meaning = Meaning::Choice, .choices = kSaveCriteria},
@@ -211,7 +209,7 @@ constexpr FieldCondition kDuplicates = When(kSeparateType, {SeparateType::Duplic
 constexpr FieldCondition kSplits = When(kSeparateType, {SeparateType::Split});
 
 constexpr FieldMeaning kSeparateMeanings[] = {
-    OwnName("Separate"),
+    kOwnName,
     {.place = At(kSeparateType),
      .meaning = Meaning::Choice,
      .choices = kSeparateTypes,
@@ -241,7 +239,7 @@ constexpr FieldCondition kIntoSet = When(kRecordInSet, {YesNo::Yes});
 constexpr FieldCondition kIntoOne = When(kRecordInSet, {YesNo::No});
 
 constexpr FieldMeaning kRecordMeanings[] = {
-    OwnName("Record"),
+    kOwnName,
     {.place = At(kRecordType), .meaning = Meaning::Choice, .choices = kRecordTypes},
     {.place = At(kRecordValue),
      .meaning = Meaning::Expression,
@@ -270,20 +268,24 @@ constexpr FieldMeaning kRecordMeanings[] = {
     {.place = At(kRecordSetIndex), .meaning = Meaning::Count, .least = 1, .when = {kOfNoEntity, kIntoSet}},
 };
 
-constexpr FieldMeaning kDisposeMeanings[] = {OwnName("Dispose"), Report(kDisposeStatistics)};
+constexpr FieldMeaning kDisposeMeanings[] = {kOwnName, Report(kDisposeStatistics)};
 
 // --- Data
 
 constexpr FieldMeaning kEntityMeanings[] = {
-    OwnName("Entity"),          {.place = At(kEntityPicture), .meaning = Meaning::Reference, .thing = Thing::Picture},
-    Cost(kEntityHoldingCost),   Cost(kEntityValueAdded),
-    Cost(kEntityNonValueAdded), Cost(kEntityWaiting),
-    Cost(kEntityTransfer),      Cost(kEntityOther),
+    kOwnName,
+    {.place = At(kEntityPicture), .meaning = Meaning::Reference, .thing = Thing::Picture},
+    Cost(kEntityHoldingCost),
+    Cost(kEntityValueAdded),
+    Cost(kEntityNonValueAdded),
+    Cost(kEntityWaiting),
+    Cost(kEntityTransfer),
+    Cost(kEntityOther),
     Report(kEntityReport),
 };
 
 constexpr FieldMeaning kQueueMeanings[] = {
-    OwnName("Queue"),
+    kOwnName,
     {.place = At(kQueueType), .meaning = Meaning::Choice, .choices = kQueueTypes},
     {.place = At(kQueueAttribute),
      .meaning = Meaning::Reference,
@@ -295,7 +297,7 @@ constexpr FieldMeaning kQueueMeanings[] = {
 constexpr FieldCondition kOnSchedule = When(kResourceType, {ResourceType::Schedule});
 
 constexpr FieldMeaning kResourceMeanings[] = {
-    OwnName("Resource"),
+    kOwnName,
     {.place = At(kResourceType),
      .meaning = Meaning::Choice,
      .choices = kResourceTypes,
@@ -312,7 +314,7 @@ constexpr FieldMeaning kResourceMeanings[] = {
 };
 
 constexpr FieldMeaning kScheduleMeanings[] = {
-    OwnName("Schedule"),
+    kOwnName,
     {.place = At(kScheduleType), .meaning = Meaning::Choice, .choices = kScheduleTypes},
     {.place = At(kScheduleUnits), .meaning = Meaning::Choice, .choices = kTimeUnitChoices},
     {.place = At(kScheduleScale),
@@ -330,7 +332,7 @@ consteval FieldMeaning Members(SetType type) {
 }
 
 constexpr FieldMeaning kSetMeanings[] = {
-    OwnName("Set"),
+    kOwnName,
     {.place = At(kSetType), .meaning = Meaning::Choice, .choices = kSetTypes},
     RowCount("Set"),
     Ignored("Set", "SetMembers"),
@@ -347,7 +349,7 @@ constexpr FieldMeaning kSetMeanings[] = {
 };
 
 constexpr FieldMeaning kVariableMeanings[] = {
-    OwnName("Variable"),
+    kOwnName,
     {.place = At(kVariableRowCount), .meaning = Meaning::Integer, .mayBeEmpty = true, .least = 1},
     {.place = At(kVariableColumnCount), .meaning = Meaning::Integer, .mayBeEmpty = true, .least = 1},
     Report(kVariableReport),

@@ -192,7 +192,8 @@ RunSetup ReadSetup(const SetupTexts& options, const SetupTexts& cells, std::vect
   for (const auto& [item, read, isNot] : kReaders) {
     const auto i = static_cast<size_t>(item);
     const bool isOption = options[i].has_value();
-    const std::string_view text = TrimBlanks(isOption ? *options[i] : cells[i].value_or(""));
+    const std::string given = isOption ? *options[i] : cells[i].value_or("");
+    const std::string_view text = TrimBlanks(given);
     // An empty cell says nothing.
     if ((text.empty() && !isOption) || read(setup, text)) continue;
     findings.push_back(Unreadable(std::string(isOption ? InfoOf(item).option : InfoOf(item).cell) + ": \"" + InWords(text) +

@@ -70,11 +70,15 @@ void PrintFindings(std::string_view file, std::span<const Finding> findings, std
 }
 
 Json FindingsJson(std::string_view file, std::span<const Finding> findings) {
-  Json list = Json::array();
-  for (const Finding& finding : findings) list.push_back(FindingJson(finding));
+  Json json{{"format", kFormat}, {"version", kVersion}};
+  Put(json, "file", std::string(file));
+  json["findings"] = Json::array();
+  for (const Finding& finding : findings) json["findings"].push_back(FindingJson(finding));
   const FindingCounts counts = CountFindings(findings);
-  return {{"format", kFormat},       {"version", kVersion},         {"file", file},         {"findings", list},
-          {"errors", counts.errors}, {"warnings", counts.warnings}, {"notes", counts.notes}};
+  json["errors"] = counts.errors;
+  json["warnings"] = counts.warnings;
+  json["notes"] = counts.notes;
+  return json;
 }
 
 }  // namespace vardo

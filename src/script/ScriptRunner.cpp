@@ -1,11 +1,15 @@
 #include "script/ScriptRunner.h"
 
+#include "addin/host/IVApplication.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
 #include "base/Errors.h"
 #include "base/FileError.h"
 #include "base/Text.h"
+#include "check/Check.h"
 #include "memoryhost/HostObjects.h"
+#include "props/StringFunctions.h"
+#include "report/FindingsReport.h"
 #include "script/FormJson.h"
 
 #include <algorithm>
@@ -109,6 +113,7 @@ const ScriptRunner::Command ScriptRunner::kCommands[] = {
     {"menu.run", When::NoForm, &ScriptRunner::MenuRun},
     {"actions", When::Always, &ScriptRunner::Actions},
     {"action.run", When::NoForm, &ScriptRunner::ActionRun},
+    {"check", When::NoForm, &ScriptRunner::CheckDrawing},
     {"undo", When::NoForm, &ScriptRunner::Undo},
     {"redo", When::NoForm, &ScriptRunner::Redo},
     {"screen", When::Always, &ScriptRunner::Screen},
@@ -194,9 +199,12 @@ void ScriptRunner::Handle(const std::string& line) {
 }
 
 Json ScriptRunner::Execute(const std::string& name, const Json& arguments) {
-  const auto command = std::find_if(std::begin(kCommands), std::end(kCommands), [&](const Command& c) { return c.name == name; });
-  if (command == std::end(kCommands)) Refuse("there is no such command");
   const std::string form = desktop_.TopForm();
+  // Of two commands of a name one is for forms.
+  const Command* command = nullptr;
+  for (const Command& known : kCommands)
+    if (known.name == name && (!command || (known.when == When::FormOnly) != form.empty())) command = &known;
+  if (!command) Refuse("there is no such command");
   if (command->when == When::NoForm && !form.empty())
     Refuse("this changes the drawing and has to wait until " + form + " is closed");
   if (command->when == When::FormOnly && form.empty()) Refuse("no form is shown");
@@ -325,6 +333,15 @@ Json ScriptRunner::Paste(const Json& arguments) {
   for (const IVShapePtr& shape : session_.host().Paste(originals, target))
     copies.push_back({{"id", shape->ID()}, {"index", shape->Index()}, {"name", shape->Name()}});
   return copies;
+}
+
+Json ScriptRunner::CheckDrawing(const Json& arguments) {
+  if (arguments.contains("control")) Refuse("no form is shown");
+  SetupTexts options;
+  if (const auto ignored = Optional<StringList>(arguments, "ignore"))
+    options[static_cast<size_t>(SetupItem::Ignore)] = JoinList(*ignored);
+  session_.host().drawing();
+  return FindingsJson("", Examine(session_.host().application()->ActiveDocument(), options, {}, CheckFor::Itself).findings);
 }
 
 Json ScriptRunner::Select(const Json& arguments) {

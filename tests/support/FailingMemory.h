@@ -28,5 +28,6 @@ void* operator new(size_t size) {
   if (void* const memory = Allocate(size)) return memory;
   throw std::bad_alloc();
 }
+void* operator new(size_t size, const std::nothrow_t&) noexcept { return Allocate(size); }
 void operator delete(void* memory) noexcept { Free(memory); }
 void operator delete(void* memory, size_t) noexcept { Free(memory); }

@@ -51,9 +51,10 @@ class NotedApplication : public IVApplication {
   IVUIObjectPtr CustomMenus() override { return target_->CustomMenus(); }
   IVUIObjectPtr BuiltInMenus() override { return target_->BuiltInMenus(); }
   void SetCustomMenus(const IVUIObjectPtr& menus) override { target_->SetCustomMenus(menus); }
-  bool IsUndoingOrRedoing() override { return target_->IsUndoingOrRedoing(); }
+  bool IsUndoingOrRedoing() override { return isUndoing || target_->IsUndoingOrRedoing(); }
   int BeginUndoScope(std::string_view name) override { return target_->BeginUndoScope(name); }
   void EndUndoScope(int scope, bool keep) override { target_->EndUndoScope(scope, keep); }
+  bool isUndoing = false;
 
  private:
   IVApplicationPtr target_;
@@ -227,6 +228,19 @@ TEST_F(EventSink, QueuedPagesAreInitialisedWhenTheyAreThere) {
   EXPECT_THAT(PagesToInitialise, IsEmpty());
   EXPECT_EQ(Rows(plain), 17);
   EXPECT_EQ(Rows(other), 0);
+}
+
+TEST_F(EventSink, APageWhoseProcessIsBackByUndoBeforeTheNextEventStays) {
+  AddPage("A"), AddPage("Here");
+  Log log;
+  const auto undoing = std::make_shared<NotedApplication>(host_.application(), log);
+  visApp = undoing;
+  PagesToDelete = {"A"};
+  undoing->isUndoing = true;
+  Call(kEventShapeAdded, Drop("Process"));
+  undoing->isUndoing = false;
+  Call(kNoneOfItsOwn);
+  EXPECT_THAT(PageNames(), ElementsAre("Page-1", "A", "Here"));
 }
 
 TEST_F(EventSink, PagesAreDeletedBeforeOthersAreInitialisedAndBeforeTheEventIsAnswered) {

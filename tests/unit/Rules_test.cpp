@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
 #include <map>
 #include <set>
 #include <string>
@@ -793,6 +795,15 @@ TEST_F(Rules, EachHasItsDrawings) {
   for (const RuleCase& of : AllCases()) tested.insert(of.rule);
   for (const RuleInfo& rule : AllRules()) EXPECT_TRUE(known.insert(rule.id).second) << rule.id << " is there twice";
   EXPECT_EQ(tested, known);
+}
+
+TEST_F(Rules, EachStandsInTheHelp) {
+  std::ifstream file(VARDO_DOCS "/check-rules.md");
+  const std::string help{std::istreambuf_iterator<char>(file), {}};
+  for (const RuleInfo& rule : AllRules()) {
+    const std::string line = "\n| `" + std::string(rule.id) + "` | " + std::string(WordFor(rule.severity)) + " | ";
+    EXPECT_NE(help.find(line), std::string::npos) << rule.id;
+  }
 }
 
 }  // namespace

@@ -765,8 +765,8 @@ TEST_F(ServerTest, CommandsMayFindNoMemory) {
   EXPECT_GT(WithEachAllocationFailing([&] { return object_->AddVardoMenu(); }), 0);
   EXPECT_GT(WithEachAllocationFailing([&] { return object_->InitializePage(); }), 0);
   EXPECT_GT(WithEachAllocationFailing([&] { return object_->CloseSubmodel(host.get(), page.get()); }), 0);
-  EXPECT_THAT(boxes.texts(), testing::Contains("Error in AddVardoMenu\n7\nOut of memory"));
-  EXPECT_THAT(boxes.texts(), testing::Contains("Error in procedure InititalizePage"));
+  EXPECT_THAT(boxes.texts(),
+              testing::AllOf(testing::SizeIs(testing::Gt(0)), testing::Each("Error in AddVardoMenu\n7\nOut of memory")));
 }
 
 TEST_F(ServerTest, LateCallsMayFindNoMemory) {
@@ -916,11 +916,16 @@ TEST(ServerDeathTest, EventsMayFindNoMemory) {
         Server::The().NewObject()->SetupEventSink(automation.Offer(drawing.application()).get());
         const int page = drawing.ActivePage().id();
         const int count = WithEachAllocationFailing([&] {
-          drawing.AddPage(std::nullopt);
-          drawing.application()->ActivePage()->Delete(1);
-          const IVShapePtr shape = drawing.Drop("Process", page, 1, 1, std::nullopt);
-          shape->SetText("Weld");
-          shape->Delete();
+          try {
+            drawing.AddPage(std::nullopt);
+            drawing.application()->ActivePage()->Delete(1);
+            const IVShapePtr shape = drawing.Drop("Process", page, 1, 1, std::nullopt);
+            shape->SetText("Weld");
+            shape->Delete();
+          } catch (const std::bad_alloc&) {
+            // The host has been told, and has taken back what it was doing.
+            while (drawing.drawing().log().CanUndo()) drawing.Undo();
+          }
           return S_OK;
         });
         const IVShapePtr last = drawing.Drop("Process", page, 1, 1, std::nullopt);

@@ -87,8 +87,8 @@ class IVCell {
   virtual ~IVCell() = default;
   // The formula as written, a string with its quotes; empty for a cell that has none.
   virtual std::string Formula() = 0;
-  // Makes an inherited cell local. Kept as written, also when the host cannot evaluate it. Throws HostError(kHostGuarded) when the
-  // formula that is there is guarded.
+  // Makes an inherited cell local. Kept as written, also when the host cannot evaluate it. Throws HostError(kHostGuarded) when
+  // the formula that is there is guarded.
   virtual void SetFormula(std::string_view formula) = 0;
   // Sets the value as a number in the cell's own units; throws as SetFormula does.
   virtual void SetResult(double value) = 0;
