@@ -108,6 +108,7 @@ class ListReader {
     for (const Relationship& relationship : package.RelationshipsOf(list))
       if (!relationship.external) targets_.emplace(relationship.id, relationship.target);
   }
+  bool LeadsNowhere() const { return targets_.empty(); }
 
   void CheckId(pugi::xml_node entry, size_t most) {
     if (ids_.size() == most)
@@ -169,8 +170,8 @@ void Drawing::ReadPages() {
     reader.CheckId(entry, kMaxPages);
     CheckRows(package_->displayName(), pagesPart_, entry.child("PageSheet"));
     const std::string part = reader.PartOf(entry);
-    const bool isOnlyPage = !entry.previous_sibling("Page") && !entry.next_sibling("Page");
-    if (part.empty() && !RelId(entry) && !isOnlyPage) throw reader.Damaged("a page that leads to no part");
+    const bool isStencils = !entry.previous_sibling("Page") && !entry.next_sibling("Page") && reader.LeadsNowhere();
+    if (part.empty() && !RelId(entry) && !isStencils) throw reader.Damaged("a page that leads to no part");
     XmlPart* contents = part.empty() ? nullptr : &ExpectRoot(*package_, part, "PageContents");
     if (contents) CheckShapes(package_->displayName(), *contents);
     pages_.push_back(std::make_unique<DrawingPage>(*this, list, entry, part, contents));

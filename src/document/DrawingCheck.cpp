@@ -26,16 +26,15 @@ class ShapeCheck {
   ShapeCheck(const std::string& file, XmlPart& part) : file_(file), part_(part) {}
 
   void Run() {
-    for (const pugi::xml_attribute attribute : part_.root().attributes())
-      if (std::string_view(attribute.name()).starts_with("xmlns:") && attribute.value() == kDrawingNamespace)
-        throw FileError::NotADrawing(file_, "written in a way that is not understood (" + PartInWords(part_.name()) +
-                                                " has a prefix for the elements of drawings)");
+    RefusePrefixFor(part_.root());
+    for (const pugi::xml_node child : part_.root().children()) RefusePrefixFor(child);
     std::vector<pugi::xml_node> pending{part_.root()};
     while (!pending.empty()) {
       const pugi::xml_node sheet = pending.back();
       pending.pop_back();
-      for (const pugi::xml_node shape : ShapesOf(sheet).children("Shape")) {
-        if (IsDeleted(shape)) continue;
+      for (const pugi::xml_node shape : ShapesOf(sheet).children()) {
+        RefusePrefixFor(shape);
+        if (!IsNamed(shape, "Shape") || IsDeleted(shape)) continue;
         CheckRows(file_, part_.name(), shape);
         shapes_.push_back({NumberOf(shape), shape});
         pending.push_back(shape);
@@ -45,6 +44,14 @@ class ShapeCheck {
   }
 
  private:
+  // Where shapes are looked for, one with a prefix would be overlooked.
+  void RefusePrefixFor(pugi::xml_node element) const {
+    for (const pugi::xml_attribute attribute : element.attributes())
+      if (std::string_view(attribute.name()).starts_with("xmlns:") && attribute.value() == kDrawingNamespace)
+        throw FileError::NotADrawing(file_, "written in a way that is not understood (" + PartInWords(part_.name()) +
+                                                " has a prefix for the elements of drawings)");
+  }
+
   pugi::xml_node ShapesOf(pugi::xml_node sheet) const {
     const pugi::xml_node shapes = sheet.child("Shapes");
     if (shapes.next_sibling("Shapes")) throw Damaged("has two lists of shapes in one place");

@@ -470,6 +470,7 @@ void DrawingHost::TellOfChange(const ReplayNews& news) {
 
 int DrawingHost::BeginUndoScope(std::string_view label) {
   EditLog& log = drawing().log();
+  undoScopes_.reserve(undoScopes_.size() + 1);
   log.BeginStep(label);
   if (log.IsOutermost()) log.SetShownBefore(activePage_);
   undoScopes_.push_back({++lastUndoScope_, activePage_});

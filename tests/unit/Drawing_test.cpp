@@ -180,6 +180,10 @@ TEST(Drawing, WhatCannotBeToldApartIsRefused) {
       {{.shapes = "<Shape ID='1x' Type='Shape'/>"}, "part visio/pages/page1.xml has a shape with the ID 1x"},
       {{.shapes = "<Shape ID='1' Type='Group'><Shapes/><Shapes/></Shape>"},
        "part visio/pages/page1.xml has two lists of shapes in one place"},
+      {{.shapes = box + "<v:Shape xmlns:v='http://schemas.microsoft.com/office/visio/2012/main' ID='6'/>"},
+       "part visio/pages/page1.xml has a prefix for the elements of drawings"},
+      {{.shapes = box + "</Shapes><v:Shapes xmlns:v='http://schemas.microsoft.com/office/visio/2012/main'/><Shapes>"},
+       "part visio/pages/page1.xml has a prefix for the elements of drawings"},
       {{.shapes = "", .masters = {{"Box", "<Shape ID='1'/></Shapes><Shapes><Shape ID='2'/>"}}},
        "part visio/masters/master1.xml has two lists of shapes in one place"},
   };
@@ -204,6 +208,7 @@ TEST(Drawing, PagesAndMastersLeadToPartsOfTheirOwn) {
       {kPages, "</Pages>", "<Page ID='0' Name='x'/></Pages>", "names two entries with the ID 0"},
       {kPages, "</Pages>", "<Page ID='1' Name='x'><Rel r:id='rId1'/></Page></Pages>", "which another one has already"},
       {kPages, "</Pages>", "<Page ID='1' Name='x'/></Pages>", "names a page that leads to no part"},
+      {kPages, "<Rel r:id='rId1'/>", "", "names a page that leads to no part"},
       {kPages, "rId1", "rId9", "names a page by the relationship rId9, which is missing"},
       {kRels, "page1.xml", "page7.xml", "names a page in part visio/pages/page7.xml, which is missing"},
       {kMastersPart, "ID='2'", "ID='3'", "names two entries with the ID 3"},
