@@ -184,6 +184,7 @@ class VisioMasters : public Wrapper<IVMasters, HostClass::Masters> {
 class VisioDocument : public Wrapper<IVDocument, HostClass::Document> {
  public:
   using Wrapper::Wrapper;
+  int ID() override { return host().Get<int>(L"ID"); }
   IVPagesPtr Pages() override { return Get<VisioPages>(L"Pages"); }
   IVMastersPtr Masters() override { return Get<VisioMasters>(L"Masters"); }
   std::string Path() override { return host().Get<std::string>(L"Path"); }
