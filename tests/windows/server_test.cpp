@@ -160,48 +160,29 @@ class MessageBoxes {
   static inline HWND owner_ = nullptr;
 };
 
-// --- Memory that runs out
+// --- What the server takes from other DLLs
 
-// While it lives, one of the allocations that the server itself makes fails: the first after so many others.
-class OneFailingAllocation {
+// While it lives, the server calls these functions in place of others of those names.
+class ReplacedImports {
  public:
-  explicit OneFailingAllocation(int after) : after_(after) {
-    current_ = this;
-    ForEachImport([this](const char* name, void** address) {
-      for (const auto& replacement : kReplacements)
-        if (std::strcmp(name, replacement.name) == 0) Replace(address, replacement.function);
-    });
-  }
-  ~OneFailingAllocation() {
-    for (const auto& [address, function] : replaced_) Write(address, function);
-    current_ = nullptr;
-  }
-  OneFailingAllocation(const OneFailingAllocation&) = delete;
-  OneFailingAllocation& operator=(const OneFailingAllocation&) = delete;
-
-  bool HasFailed() const { return after_ < 0; }
-
- private:
-  static bool FailsNow() { return current_->after_ >= 0 && current_->after_-- == 0; }
-  static void* Malloc(size_t size) { return FailsNow() ? nullptr : std::malloc(size); }
-  static void* Calloc(size_t count, size_t size) { return FailsNow() ? nullptr : std::calloc(count, size); }
-  static void* Realloc(void* old, size_t size) { return FailsNow() ? nullptr : std::realloc(old, size); }
-  static BSTR STDMETHODCALLTYPE AllocString(const OLECHAR* text, UINT length) {
-    return FailsNow() ? nullptr : SysAllocStringLen(text, length);
-  }
-
   struct Replacement {
     const char* name;
     void* function;
   };
-  static inline const Replacement kReplacements[] = {
-      {"malloc", reinterpret_cast<void*>(Malloc)},
-      {"calloc", reinterpret_cast<void*>(Calloc)},
-      {"realloc", reinterpret_cast<void*>(Realloc)},
-      {"SysAllocStringLen", reinterpret_cast<void*>(AllocString)},
-  };
+  explicit ReplacedImports(std::initializer_list<Replacement> replacements) {
+    ForEachImport([&](const char* name, void** address) {
+      for (const Replacement& replacement : replacements)
+        if (std::strcmp(name, replacement.name) == 0) Replace(address, replacement.function);
+    });
+  }
+  ~ReplacedImports() {
+    for (const auto& [address, function] : replaced_) Write(address, function);
+  }
+  ReplacedImports(const ReplacedImports&) = delete;
+  ReplacedImports& operator=(const ReplacedImports&) = delete;
 
-  // The functions that the server takes from other DLLs, by name, and where it keeps their addresses.
+ private:
+  // By name, and where the server keeps their addresses.
   template <class Visit>
   static void ForEachImport(const Visit& visit) {
     auto* const base = reinterpret_cast<std::byte*>(Server::The().module());
@@ -230,9 +211,34 @@ class OneFailingAllocation {
     VirtualProtect(address, sizeof *address, protection, &protection);
   }
 
-  static inline OneFailingAllocation* current_ = nullptr;
-  int after_;
   std::vector<std::pair<void**, void*>> replaced_;
+};
+
+// --- Memory that runs out
+
+// While it lives, one of the allocations that the server itself makes fails: the first after so many others.
+class OneFailingAllocation {
+ public:
+  explicit OneFailingAllocation(int after) { after_ = after; }
+  OneFailingAllocation(const OneFailingAllocation&) = delete;
+  OneFailingAllocation& operator=(const OneFailingAllocation&) = delete;
+
+  bool HasFailed() const { return after_ < 0; }
+
+ private:
+  static bool FailsNow() { return after_ >= 0 && after_-- == 0; }
+  static void* Malloc(size_t size) { return FailsNow() ? nullptr : std::malloc(size); }
+  static void* Calloc(size_t count, size_t size) { return FailsNow() ? nullptr : std::calloc(count, size); }
+  static void* Realloc(void* old, size_t size) { return FailsNow() ? nullptr : std::realloc(old, size); }
+  static BSTR STDMETHODCALLTYPE AllocString(const OLECHAR* text, UINT length) {
+    return FailsNow() ? nullptr : SysAllocStringLen(text, length);
+  }
+
+  static inline int after_ = -1;
+  const ReplacedImports functions_{{"malloc", reinterpret_cast<void*>(Malloc)},
+                                   {"calloc", reinterpret_cast<void*>(Calloc)},
+                                   {"realloc", reinterpret_cast<void*>(Realloc)},
+                                   {"SysAllocStringLen", reinterpret_cast<void*>(AllocString)}};
 };
 
 // Runs the call with its first allocation failing, then with its second, and so on until it makes no more. What it returns is
@@ -445,11 +451,18 @@ TEST_F(ServerTest, ItsClassIsCalledApplication) {
   EXPECT_EQ(provider->GetClassInfo(nullptr), E_POINTER);
 }
 
-TEST_F(ServerTest, LoadsItsTypeLibraryOnce) {
-  ComPtr<ITypeInfo> first, second;
-  ASSERT_EQ(object_->GetTypeInfo(0, LOCALE_NEUTRAL, first.Receive()), S_OK);
-  ASSERT_EQ(Server::The().NewObject()->GetTypeInfo(0, LOCALE_NEUTRAL, second.Receive()), S_OK);
-  EXPECT_EQ(first, second);
+TEST_F(ServerTest, LoadsItsTypeLibraryForTheFirstObjectOnly) {
+  static int loads;
+  loads = 0;
+  struct Counted {
+    static HRESULT WINAPI Load(LPCOLESTR file, REGKIND kind, ITypeLib** library) {
+      ++loads;
+      return LoadTypeLibEx(file, kind, library);
+    }
+  };
+  const ReplacedImports counted{{"LoadTypeLibEx", reinterpret_cast<void*>(Counted::Load)}};
+  for (int i = 0; i < 2; ++i) EXPECT_TRUE(Server::The().NewObject());
+  EXPECT_EQ(loads, 0);
 }
 
 TEST_F(ServerTest, RefusesCallsFromAnotherApartment) {
