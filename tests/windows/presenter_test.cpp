@@ -585,14 +585,22 @@ TEST_F(Win32PresenterTest, AutomationChoosesItemsAsAPersonDoes) {
     WithWindow<TestForm>([&](TestForm& form, HWND window, Win32Driver&) {
       for (ComboBox* combo : {&form.cboName, &form.cboUnits}) {
         const HWND box = Find(window, combo->name());
-        for (const int item : {2, 0, 1}) {
+        const auto choose = [&](int item) {
           Ask(box, CB_SETCURSEL, static_cast<WPARAM>(item));
           for (const WORD notice : told)
             SendMessageW(GetParent(box), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(box), notice), reinterpret_cast<LPARAM>(box));
+        };
+        const auto expectBoth = [&](int item) {
           EXPECT_EQ(combo->Text(), combo->Items()[static_cast<size_t>(item)]) << combo->name();
           EXPECT_EQ(TextOf(box), combo->Text()) << combo->name();
           EXPECT_EQ(Ask(box, CB_GETCURSEL), item) << combo->name();
+        };
+        for (const int item : {2, 0, 1}) {
+          choose(item);
+          expectBoth(item);
         }
+        choose(-1);
+        expectBoth(1);
       }
     });
 }
