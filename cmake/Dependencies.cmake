@@ -3,6 +3,7 @@
 
 find_package(GTest REQUIRED)
 find_package(pugixml REQUIRED)
+find_package(Threads REQUIRED)
 
 if(WIN32)
   add_library(libdeflate::libdeflate STATIC IMPORTED)

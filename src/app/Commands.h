@@ -2,6 +2,9 @@
 // status 1; so it does when their output could not be written.
 #pragma once
 
+#include "model/RunSetup.h"
+
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <ostream>
@@ -31,6 +34,29 @@ struct CheckOptions {
 };
 // Prints what the rules say of the drawing. Status 1: an error, or too many warnings.
 Outcome CheckDrawing(const CheckOptions& options, std::ostream& output);
+
+struct SimulateOptions {
+  std::filesystem::path file;
+  SetupTexts setup;                   // as given; what is not given the drawing says
+  std::vector<std::string> settings;  // NAME=VALUE, or MODULE, FIELD=TEXT
+  std::string part;                   // I/N or auto; empty: all
+  unsigned threads = 0;               // 0: all cores
+  std::uint32_t mostEntities = 1'000'000;
+  std::uint64_t mostSteps = 100'000'000;
+  std::filesystem::path json;  // "-": instead of the tables, on the output; empty: none
+  bool all = false;            // a second table, of all observations
+  bool isQuiet = false;
+};
+// Runs the model that the drawing shows. Status 1: it has errors, or was stopped. Throws RunError.
+Outcome SimulateDrawing(const SimulateOptions& options, std::ostream& output);
+
+struct MergeOptions {
+  std::vector<std::filesystem::path> files;
+  std::filesystem::path json;
+  bool all = false;
+};
+// Puts the results of parts of one run together.
+Outcome MergeResults(const MergeOptions& options, std::ostream& output);
 
 struct EditOptions {
   std::filesystem::path file;

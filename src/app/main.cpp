@@ -4,6 +4,7 @@
 #include "base/FileError.h"
 #include "base/Text.h"
 #include "platform/FileSystem.h"
+#include "props/StringFunctions.h"
 
 #include <CLI/CLI.hpp>
 
@@ -21,12 +22,17 @@ struct CommandLine {
   CLI::App app{"Models business and production processes as flowcharts in Visio drawings.", "vardo"};
   ShowOptions show;
   CheckOptions check;
+  SimulateOptions simulate;
+  MergeOptions merge;
+  std::vector<std::string> outputs, ignored;  // of simulate
   EditOptions edit;
   ScriptOptions script;
   NewOptions create;
   PictureOptions picture;
   CLI::App* showCommand = nullptr;
   CLI::App* checkCommand = nullptr;
+  CLI::App* simulateCommand = nullptr;
+  CLI::App* mergeCommand = nullptr;
   CLI::App* editCommand = nullptr;
   CLI::App* scriptCommand = nullptr;
   CLI::App* newCommand = nullptr;
@@ -58,6 +64,8 @@ struct CommandLine {
     checkCommand->footer(
         "Examples:\n  vardo check bank.vsdx\n  vardo check --max-warnings 0 --ignore names/text-differs bank.vsdx\n"
         "  vardo check --json - bank.vsdx\n");
+
+    AddSimulate();
 
     editCommand = app.add_subcommand("edit", "Edit a module in its dialog, on screen or with the fields given");
     editCommand->add_option("FILE", edit.file, "The drawing")->required();
@@ -93,9 +101,61 @@ struct CommandLine {
         "  vardo picture bank.vsdx --page Bank -o bank.png --scale 2\n");
   }
 
+  void AddSimulate() {
+    simulateCommand = app.add_subcommand("simulate", "Run the model that a drawing shows");
+    simulateCommand->add_option("FILE", simulate.file, "The drawing")->required();
+    const auto addSetup = [this](SetupItem item, const char* help) {
+      simulateCommand->add_option(std::string(InfoOf(item).option), simulate.setup[static_cast<size_t>(item)], help);
+    };
+    addSetup(SetupItem::Replications, "How many replications, or which: 101..200");
+    addSetup(SetupItem::Length, "When a replication ends: 8h, 30 d, 90 min");
+    addSetup(SetupItem::Until, "Ends a replication as soon as this expression is not 0");
+    addSetup(SetupItem::WarmUp, "When statistics begin anew; auto proposes a time");
+    addSetup(SetupItem::TimeUnit, "Seconds, Minutes, Hours or Days");
+    addSetup(SetupItem::Seed, "Of the random numbers");
+    addSetup(SetupItem::Confidence, "Of half-widths, in percent");
+    addSetup(SetupItem::Precision, "Runs replications until the half-widths are that small, in percent of the means");
+    addSetup(SetupItem::MaxReplications, "At most so many, with --precision");
+    simulateCommand->add_option("--of", outputs, "Whose precision counts; may be given several times");
+    simulateCommand->add_option("--ignore", ignored, "A rule not to apply; may be given several times");
+    simulateCommand->add_option("--set", simulate.settings, "For this run: NAME=VALUE of a variable, or \"MODULE, FIELD=TEXT\"");
+    simulateCommand->add_option("--threads", simulate.threads, "How many; never changes a result");
+    simulateCommand->add_option("--part", simulate.part, "The I-th of N parts of the replications, as I/N, or auto");
+    simulateCommand->add_option("--max-entities", simulate.mostEntities, "Alive at a time")
+        ->check(CLI::Range(1, (1 << 24) - 65536));
+    simulateCommand->add_option("--max-steps", simulate.mostSteps, "Within one instant")->check(CLI::PositiveNumber);
+    simulateCommand->add_option("--json", simulate.json,
+                                "Write the results to this file, too; - prints them instead of the tables");
+    simulateCommand->add_flag("--all", simulate.all, "A second table, of all observations");
+    simulateCommand->add_flag("--quiet", simulate.isQuiet, "Print nothing but failures");
+    simulateCommand->footer(
+        "Examples:\n  vardo simulate bank.vsdx --length 8h\n  vardo simulate bank.vsdx --length 30d --warm-up 2d --seed 7\n"
+        "  vardo simulate bank.vsdx --length 8h --part 2/10 --json part2.json\n");
+
+    mergeCommand = app.add_subcommand("merge", "Put the results of parts of one run together");
+    mergeCommand->add_option("FILE", merge.files, "Results, as --json writes them")->required();
+    mergeCommand->add_option("--json", merge.json, "Write the results to this file, too; - prints them instead of the tables");
+    mergeCommand->add_flag("--all", merge.all, "A second table, of all observations");
+    mergeCommand->footer("Examples:\n  vardo merge part*.json --json all.json\n");
+  }
+
+  // Options that are given several times are one text in the set-up.
+  void JoinRepeated() {
+    const auto join = [&](SetupItem item, const std::vector<std::string>& texts) {
+      if (!texts.empty()) simulate.setup[static_cast<size_t>(item)] = JoinList(texts);
+    };
+    join(SetupItem::PrecisionOf, outputs);
+    join(SetupItem::Ignore, ignored);
+  }
+
   Outcome Run(std::ostream& output, int argc, char** argv) {
     if (*showCommand) return ShowDrawing(show, output);
     if (*checkCommand) return CheckDrawing(check, output);
+    if (*simulateCommand) {
+      JoinRepeated();
+      return SimulateDrawing(simulate, output);
+    }
+    if (*mergeCommand) return MergeResults(merge, output);
     if (*editCommand) return EditModule(edit, output, argc, argv);
     if (*scriptCommand) return RunScript(script, output, argc, argv);
     if (*pictureCommand) return MakePicture(picture, output);

@@ -83,7 +83,10 @@ class PathText {
         const Point a = Place(), b = Place();
         outline.Cubic(a, b, Place());
       }
-      if (step == "O") AppendCircle(outline, Number(), Number());
+      if (step == "O") {
+        const double x = Number();
+        AppendCircle(outline, x, Number());
+      }
     }
     return outline;
   }

@@ -84,34 +84,28 @@ void AppendGradient(std::vector<Operation>& operations, const Outline& outline, 
   }
 }
 
-// The patterns 25 to 40, which are gradients between the two colours.
+// The patterns 25 to 40 are gradients between the two colours: these are linear, the others lead outwards from a corner or the
+// middle.
+constexpr struct {
+  double angle;
+  bool isAxial;  // from the middle to both sides
+} kLinearPatterns[] = {{0, false}, {0, true}, {kPi, false}, {-kPi / 2, false}, {kPi / 2, true}, {kPi / 2, false}};
+constexpr Focus kPatternFocus[] = {{0, 1}, {1, 1}, {0, 0}, {1, 0}, {.5, .5}};
+constexpr int kFirstLinear = kLastHatch + 1, kFirstRectangular = 31, kFirstRadial = 36;
+
 void AppendGradientPattern(std::vector<Operation>& operations, const Outline& outline, const ShapeFormat& format) {
   const Box box = outline.Bounds();
-  const std::vector<GradientStop> once{{0, format.fillGround}, {1, format.fillColour}};
-  const std::vector<GradientStop> axial{{0, format.fillGround}, {0.5, format.fillColour}, {1, format.fillGround}};
-  const auto linear = [&](double angle, const auto& stops) {
-    operations.emplace_back(FillPath{outline, Linear(box, angle, stops), {}});
-  };
-  const std::vector<GradientStop> outwards{{0, format.fillColour}, {1, format.fillGround}};
-  constexpr Focus kCorners[] = {{0, 1}, {1, 1}, {0, 0}, {1, 0}, {.5, .5}};
-  switch (format.fillPattern) {
-    case 25:
-      return linear(0, outwards);
-    case 26:
-      return linear(0, axial);
-    case 27:
-      return linear(kPi, outwards);
-    case 28:
-      return linear(-kPi / 2, outwards);
-    case 29:
-      return linear(kPi / 2, axial);
-    case 30:
-      return linear(kPi / 2, outwards);
-    default:
-      break;
+  const int pattern = format.fillPattern;
+  if (pattern < kFirstRectangular) {
+    const auto& [angle, isAxial] = kLinearPatterns[pattern - kFirstLinear];
+    std::vector<GradientStop> stops{{0, format.fillColour}, {1, format.fillGround}};
+    if (isAxial) stops = {{0, format.fillGround}, {0.5, format.fillColour}, {1, format.fillGround}};
+    operations.emplace_back(FillPath{outline, Linear(box, angle, std::move(stops)), {}});
+    return;
   }
-  const bool isRadial = format.fillPattern >= 36;
-  const Focus focus = kCorners[format.fillPattern - (isRadial ? 36 : 31)];
+  const bool isRadial = pattern >= kFirstRadial;
+  const Focus focus = kPatternFocus[pattern - (isRadial ? kFirstRadial : kFirstRectangular)];
+  const std::vector<GradientStop> outwards{{0, format.fillColour}, {1, format.fillGround}};
   if (isRadial)
     operations.emplace_back(FillPath{outline, Radial(box, InBox(box, focus.x, focus.y), outwards), {}});
   else

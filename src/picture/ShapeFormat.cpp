@@ -4,12 +4,13 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
 
 namespace vardo::picture {
 namespace {
 
 constexpr int kLikeThePage = 65534;
+constexpr double kHeaviestLine = 100;  // inches
+constexpr int kVariantColour = 100, kFixedVariantColour = 200;
 constexpr double kLeastContrast = 0.1666, kLightGround = 0.7292;
 
 enum Variation { kVariesText = 2, kVariesLine = 4, kVariesFill = 8 };
@@ -62,14 +63,14 @@ class FormatReader::Themed {
   Rgba Base(CellName cell) const {
     const int wanted = Whole(shape_, cell);
     if (wanted == 8) return colours_->Colour("bkgnd");
-    if (wanted >= 100 && wanted < 200 && !colours_->variantColours.empty()) {
+    if (wanted >= kVariantColour && !colours_->variantColours.empty()) {
       const auto last = static_cast<int>(colours_->variantColours.size()) - 1;
-      const auto& variant = colours_->variantColours[static_cast<size_t>(std::clamp(colourVariant_, 0, last))];
-      return variant[static_cast<size_t>(std::clamp(wanted - 100, 0, 6))];
+      const auto& [isOfOneTone, colours] = colours_->variantColours[static_cast<size_t>(std::clamp(colourVariant_, 0, last))];
+      const bool isFixed = wanted >= kFixedVariantColour;
+      const int colour = isFixed ? wanted - kFixedVariantColour : isOfOneTone ? 0 : wanted - kVariantColour;
+      return colours[static_cast<size_t>(std::clamp(colour, 0, 6))];
     }
     constexpr const char* kSlots[] = {"dk1", "lt1", "accent1", "accent2", "accent3", "accent4", "accent5", "accent6"};
-    if (wanted == 200) return colours_->Colour("dk1");
-    if (wanted > 200) return colours_->Colour(kSlots[std::clamp(wanted - 199, 2, 7)]);
     return colours_->Colour(kSlots[std::clamp(wanted, 0, 7)]);
   }
 
@@ -122,9 +123,11 @@ std::string FormatReader::Face(std::string_view value) const {
 
 namespace {
 
+bool IsDistinct(Rgba colour, Rgba ground) { return std::abs(Luminance(ground) - Luminance(colour)) >= kLeastContrast; }
+
 // The colour on that ground, or a contrasting one where it can hardly be told apart.
 Rgba Distinct(Rgba colour, Rgba ground, const Theme& theme) {
-  if (std::abs(Luminance(ground) - Luminance(colour)) >= kLeastContrast) return colour;
+  if (IsDistinct(colour, ground)) return colour;
   Rgba light = theme.Colour("lt1"), dark = theme.Colour("dk1");
   if (Luminance(light) < Luminance(dark)) std::swap(light, dark);
   return Luminance(ground) <= kLightGround ? light : dark;
@@ -143,108 +146,152 @@ std::vector<GradientStop> StopsIn(const ResolvedSheet& shape, const FormatReader
 
 }  // namespace
 
-ShapeFormat FormatReader::Read(const ResolvedSheet& shape, const ResolvedSheet& page, bool isOneDimensional) const {
-  const Themed themed(*this, shape, page, isOneDimensional);
-  const ResolvedSheet& plain = resolver_.NoStyle();
-  const ThemeFill* const themeFill = themed.Fill();
-  const ThemeLine* const themeLine = themed.Line();
-  bool askedTheme = false;
-  const auto isThemed = [&](CellName cell) {
-    const bool is = shape.Text(cell) == kThemed;
-    askedTheme = askedTheme || is;
+// One shape's cells read into its format.
+class FormatReader::Reading {
+ public:
+  Reading(const FormatReader& reader, const ResolvedSheet& shape, const ResolvedSheet& page, bool isOneDimensional)
+      : reader_(reader), shape_(shape), page_(page), themed_(reader, shape, page, isOneDimensional) {}
+
+  ShapeFormat Read() {
+    ReadLine();
+    ReadFill();
+    ReadGradient();
+    ReadShadow();
+    ReadText();
+    Vary();
+    AddNotes();
+    return std::move(format_);
+  }
+
+ private:
+  bool IsThemed(CellName cell) {
+    const bool is = shape_.Text(cell) == kThemed;
+    askedTheme_ = askedTheme_ || is;
     return is;
-  };
+  }
   // What the shape says, or the theme; without one what the first style sheet says.
-  const auto number = [&](CellName cell, auto fromTheme) {
-    if (!isThemed(cell)) return shape.Number(cell);
-    const std::optional<double> value = fromTheme();
-    return value ? *value : plain.Number(cell);
-  };
-  const auto none = [] { return std::optional<double>(); };
-  const auto ofLine = [&](auto member) {
-    return [&, member] { return themeLine ? std::optional<double>(themeLine->*member) : std::nullopt; };
-  };
-  const auto ofFill = [&](double value) { return [&, value] { return themeFill ? std::optional(value) : std::nullopt; }; };
-  const auto colour = [&](CellName cell, CellName transparency, const ThemeColour* entry, CellName base) {
-    const double clear = number(transparency, none);
-    if (isThemed(cell) && entry) return WithOpacity(themed.colours()->Resolve(*entry, themed.Base(base)), 1 - clear);
-    const auto own = Colour(shape.Text(cell), clear);
-    return own ? *own : Colour(plain.Text(cell), clear).value_or(Colour(cell.info().otherwise, clear).value_or(Rgba{}));
-  };
-
-  ShapeFormat format;
-  format.lineWeight = std::clamp(number("LineWeight", ofLine(&ThemeLine::weight)), 0.0, 100.0);
-  format.linePattern = static_cast<int>(number("LinePattern", ofLine(&ThemeLine::pattern)));
-  format.rounding = number("Rounding", ofLine(&ThemeLine::rounding));
-  format.beginArrow = static_cast<int>(number("BeginArrow", ofLine(&ThemeLine::beginArrow)));
-  format.endArrow = static_cast<int>(number("EndArrow", ofLine(&ThemeLine::endArrow)));
-  format.beginSize = static_cast<int>(number("BeginArrowSize", ofLine(&ThemeLine::beginSize)));
-  format.endSize = static_cast<int>(number("EndArrowSize", ofLine(&ThemeLine::endSize)));
-  format.lineCap = isThemed("LineCap") && themeLine ? themeLine->cap : CapOf(static_cast<int>(number("LineCap", none)));
-  format.lineColour = colour("LineColor", "LineColorTrans", themeLine ? &themeLine->fill.colour : nullptr, "QuickStyleLineColor");
-  format.lineGradient = shape.IsSet("LineGradientEnabled");
-
-  format.fillPattern = static_cast<int>(number("FillPattern", ofFill(themeFill && themeFill->kind == ThemeFill::Kind::None ? 0
-                                                                     : themeFill ? themeFill->pattern
-                                                                                 : 1)));
-  format.fillColour = colour("FillForegnd", "FillForegndTrans", themeFill ? &themeFill->colour : nullptr, "QuickStyleFillColor");
-  format.fillGround = colour("FillBkgnd", "FillBkgndTrans", themeFill ? &themeFill->colour : nullptr, "QuickStyleFillColor");
-  const bool themeGradient = themeFill && themeFill->stops.size() > 1;
-  format.gradient = number("FillGradientEnabled", ofFill(themeGradient)) != 0;
-  format.gradientDirection =
-      static_cast<int>(number("FillGradientDir", ofFill(themeGradient && themeFill->kind == ThemeFill::Kind::Radial ? 3 : 0)));
-  format.gradientAngle = number("FillGradientAngle", ofFill(themeFill ? themeFill->angle : 0));
-  format.gradientTurns = number("RotateGradientWithShape", ofFill(1)) != 0;
-  format.stops = StopsIn(shape, *this);
-  if (format.gradient && themeGradient && isThemed("FillGradientEnabled") && format.stops.size() < 2) {
-    format.stops.clear();
-    const Rgba base = isThemed("FillForegnd") ? themed.Base("QuickStyleFillColor") : format.fillColour;
-    for (const ThemeFill::Stop& stop : themeFill->stops)
-      format.stops.push_back({stop.at, themed.colours()->Resolve(stop.colour, base)});
+  double Number(CellName cell, std::optional<double> fromTheme = {}) {
+    return IsThemed(cell) ? fromTheme.value_or(reader_.resolver_.NoStyle().Number(cell)) : shape_.Number(cell);
+  }
+  int Whole(CellName cell, std::optional<double> fromTheme = {}) {
+    return static_cast<int>(std::clamp(Number(cell, fromTheme), -1e6, 1e6));
+  }
+  Rgba Colour(CellName cell, CellName transparency, const ThemeColour* fromTheme, CellName base) {
+    const double clear = Number(transparency);
+    if (IsThemed(cell) && fromTheme) return WithOpacity(themed_.colours()->Resolve(*fromTheme, themed_.Base(base)), 1 - clear);
+    for (const std::string_view text : {shape_.Text(cell), reader_.resolver_.NoStyle().Text(cell), cell.info().otherwise})
+      if (const auto colour = reader_.Colour(text, clear)) return *colour;
+    return {};
   }
 
-  const ThemeShadow* const themeShadow = isThemed("ShdwPattern") ? themed.Shadow() : nullptr;
-  const int hides = Whole(shape, "ShapeShdwShow");
-  format.shadow = hides != 2 && (themeShadow || number("ShdwPattern", none) != 0);
-  format.shadowColour =
-      colour("ShdwForegnd", "ShdwForegndTrans", themeShadow ? &themeShadow->colour : nullptr, "QuickStyleShadowColor");
-  format.shadowOffset = {number("ShapeShdwOffsetX", none), number("ShapeShdwOffsetY", none)};
-  if (themeShadow && isThemed("ShapeShdwOffsetX"))
-    format.shadowOffset = Point{std::cos(themeShadow->direction), -std::sin(themeShadow->direction)} * themeShadow->distance;
-  if (format.shadowOffset == Point{} && Whole(shape, "ShapeShdwType") == 0 && !themeShadow)
-    format.shadowOffset = {page.Number("ShdwOffsetX"), page.Number("ShdwOffsetY")};
-
-  format.themedText = Colour("0").value_or(Rgba{});
-  if (const StoredSection* characters = plain.Section("Character"); characters && !characters->rows.empty())
-    format.themedText = Colour(characters->rows[0].cells.Find("Color")).value_or(format.themedText);
-  if (const ThemeColour* text = themed.Text()) {
-    format.themedText = themed.colours()->Resolve(*text, themed.Base("QuickStyleFontColor"));
-    const int varies = Whole(shape, "QuickStyleVariation");
-    const Rgba paper = themed.colours()->Colour("bkgnd");
-    const bool filled = format.fillPattern != 0;
-    if ((varies & kVariesFill) && isThemed("FillForegnd"))
-      format.fillColour = Distinct(format.fillColour, paper, *themed.colours());
-    if ((varies & kVariesLine) && isThemed("LineColor"))
-      format.lineColour = Distinct(format.lineColour, paper, *themed.colours());
-    if (varies & kVariesText)
-      format.themedText = Distinct(format.themedText, filled ? format.fillColour : paper, *themed.colours());
+  void ReadLine() {
+    const ThemeLine* const line = themed_.Line();
+    const auto of = [&](auto ThemeLine::*member) { return line ? std::optional<double>(line->*member) : std::nullopt; };
+    format_.lineWeight = std::clamp(Number("LineWeight", of(&ThemeLine::weight)), 0.0, kHeaviestLine);
+    format_.linePattern = Whole("LinePattern", of(&ThemeLine::pattern));
+    format_.rounding = Number("Rounding", of(&ThemeLine::rounding));
+    format_.beginArrow = Whole("BeginArrow", of(&ThemeLine::beginArrow));
+    format_.endArrow = Whole("EndArrow", of(&ThemeLine::endArrow));
+    format_.beginSize = Whole("BeginArrowSize", of(&ThemeLine::beginSize));
+    format_.endSize = Whole("EndArrowSize", of(&ThemeLine::endSize));
+    format_.lineCap = IsThemed("LineCap") && line ? line->cap : CapOf(Whole("LineCap"));
+    format_.lineColour = Colour("LineColor", "LineColorTrans", line ? &line->fill.colour : nullptr, "QuickStyleLineColor");
   }
-  if (themed.fonts()) format.themedFont = themed.fonts()->minorFont;
 
-  if (askedTheme && themed.themeIsMissing())
-    format.notes.emplace_back("Its theme is not in the file, so its themed colours are plain.");
-  const struct {
-    CellName cell;
-    const char* note;
-  } effects[] = {{"GlowSize", "Its glow is not painted."},
-                 {"ReflectionSize", "Its reflection is not painted."},
-                 {"SoftEdgesSize", "Its soft edges are painted sharp."},
-                 {"BevelTopType", "Its bevel is painted flat."},
-                 {"SketchEnabled", "Its sketched lines are painted straight."}};
-  for (const auto& [cell, note] : effects)
-    if (shape.IsSet(cell)) format.notes.emplace_back(note);
-  if (format.lineGradient) format.notes.emplace_back("The gradient of its line is painted in one colour.");
-  return format;
+  void ReadFill() {
+    const ThemeFill* const fill = themed_.Fill();
+    const ThemeColour* const colour = fill ? &fill->colour : nullptr;
+    const int pattern = !fill || fill->kind == ThemeFill::Kind::None ? 0 : fill->pattern;
+    format_.fillPattern = Whole("FillPattern", fill ? std::optional<double>(pattern) : std::nullopt);
+    format_.fillColour = Colour("FillForegnd", "FillForegndTrans", colour, "QuickStyleFillColor");
+    format_.fillGround = Colour("FillBkgnd", "FillBkgndTrans", colour, "QuickStyleFillColor");
+  }
+
+  void ReadGradient() {
+    constexpr double kFromTheMiddle = 3;
+    const ThemeFill* const fill = themed_.Fill();
+    const bool isGradient = fill && fill->stops.size() > 1;
+    const auto of = [&](double value) { return fill ? std::optional(value) : std::nullopt; };
+    format_.gradient = Number("FillGradientEnabled", of(isGradient)) != 0;
+    format_.gradientDirection =
+        Whole("FillGradientDir", of(isGradient && fill->kind == ThemeFill::Kind::Radial ? kFromTheMiddle : 0));
+    format_.gradientAngle = Number("FillGradientAngle", of(fill ? fill->angle : 0));
+    format_.gradientTurns = Number("RotateGradientWithShape", of(1)) != 0;
+    format_.stops = StopsIn(shape_, reader_);
+    if (!format_.gradient || !isGradient || !IsThemed("FillGradientEnabled") || format_.stops.size() > 1) return;
+    format_.stops.clear();
+    const Rgba base = IsThemed("FillForegnd") ? themed_.Base("QuickStyleFillColor") : format_.fillColour;
+    for (const ThemeFill::Stop& stop : fill->stops)
+      format_.stops.push_back({stop.at, themed_.colours()->Resolve(stop.colour, base)});
+  }
+
+  void ReadShadow() {
+    constexpr int kHidden = 2;
+    const ThemeShadow* const shadow = IsThemed("ShdwPattern") ? themed_.Shadow() : nullptr;
+    format_.shadow = Whole("ShapeShdwShow") != kHidden && (shadow || Number("ShdwPattern") != 0);
+    format_.shadowColour = Colour("ShdwForegnd", "ShdwForegndTrans", shadow ? &shadow->colour : nullptr, "QuickStyleShadowColor");
+    if (shadow && IsThemed("ShapeShdwOffsetX"))
+      format_.shadowOffset = Point{std::cos(shadow->direction), -std::sin(shadow->direction)} * shadow->distance;
+    else
+      format_.shadowOffset = {Number("ShapeShdwOffsetX"), Number("ShapeShdwOffsetY")};
+    // The page's own where the shape has none.
+    if (format_.shadowOffset == Point{} && Whole("ShapeShdwType") == 0 && !shadow)
+      format_.shadowOffset = {page_.Number("ShdwOffsetX"), page_.Number("ShdwOffsetY")};
+  }
+
+  void ReadText() {
+    if (themed_.fonts()) format_.themedFont = themed_.fonts()->minorFont;
+    if (const ThemeColour* text = themed_.Text()) {
+      format_.themedText = themed_.colours()->Resolve(*text, themed_.Base("QuickStyleFontColor"));
+      return;
+    }
+    const StoredSection* const characters = reader_.resolver_.NoStyle().Section("Character");
+    const auto plain =
+        characters && !characters->rows.empty() ? reader_.Colour(characters->rows[0].cells.Find("Color")) : std::nullopt;
+    format_.themedText = plain.value_or(Rgba{});
+  }
+
+  // Colours that could hardly be told from what is behind them.
+  void Vary() {
+    const int varies = picture::Whole(shape_, "QuickStyleVariation");
+    if (varies == 0 || !themed_.colours()) return;
+    const Theme& theme = *themed_.colours();
+    const Rgba paper = theme.Colour("bkgnd");
+    if ((varies & kVariesFill) && IsThemed("FillForegnd")) format_.fillColour = Distinct(format_.fillColour, paper, theme);
+    if ((varies & kVariesLine) && IsThemed("LineColor")) format_.lineColour = Distinct(format_.lineColour, paper, theme);
+    if (!(varies & kVariesText)) return;
+    const bool isFilled = format_.fillPattern != 0;
+    const Rgba ground = isFilled ? format_.fillColour : paper;
+    // A text that has no fill behind it takes the colour that the fill would have.
+    if (!isFilled && !IsDistinct(format_.themedText, ground)) format_.themedText = themed_.Base("QuickStyleFillColor");
+    format_.themedText = Distinct(format_.themedText, ground, theme);
+  }
+
+  void AddNotes() {
+    constexpr struct {
+      CellName cell;
+      const char* note;
+    } kNotPainted[] = {{"GlowSize", "Its glow is not painted."},
+                       {"ReflectionSize", "Its reflection is not painted."},
+                       {"SoftEdgesSize", "Its soft edges are painted sharp."},
+                       {"BevelTopType", "Its bevel is painted flat."},
+                       {"SketchEnabled", "Its sketched lines are painted straight."},
+                       {"LineGradientEnabled", "The gradient of its line is painted in one colour."}};
+    for (const auto& [cell, note] : kNotPainted)
+      if (shape_.IsSet(cell)) format_.notes.emplace_back(note);
+    if (askedTheme_ && themed_.themeIsMissing())
+      format_.notes.emplace_back("Its theme is not in the file, so its themed colours are plain.");
+  }
+
+  const FormatReader& reader_;
+  const ResolvedSheet &shape_, &page_;
+  const Themed themed_;
+  bool askedTheme_ = false;
+  ShapeFormat format_;
+};
+
+ShapeFormat FormatReader::Read(const ResolvedSheet& shape, const ResolvedSheet& page, bool isOneDimensional) const {
+  return Reading(*this, shape, page, isOneDimensional).Read();
 }
 
 }  // namespace vardo::picture

@@ -18,7 +18,6 @@ struct ShapeFormat {
   Stroke::Cap lineCap = Stroke::Cap::Round;
   double rounding = 0;
   int beginArrow = 0, endArrow = 0, beginSize = 2, endSize = 2;
-  bool lineGradient = false;
 
   int fillPattern = 1;
   Rgba fillColour, fillGround;
@@ -48,6 +47,7 @@ class FormatReader {
 
  private:
   class Themed;
+  class Reading;
   const SheetResolver& resolver_;
   std::vector<Theme> themes_;
 };

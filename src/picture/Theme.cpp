@@ -150,10 +150,11 @@ Theme ReadTheme(pugi::xml_node root) {
   EachElement(colours, [&](pugi::xml_node node) {
     if (LocalName(node) != "extLst") theme.colours.emplace_back(LocalName(node), ReadColour(node).own);
   });
-  if (const pugi::xml_node background = Below(colours, "bkgnd"))
-    theme.colours.emplace_back("bkgnd", theme.Resolve(ReadColour(background), {255, 255, 255}));
+  const pugi::xml_node background = Below(colours, "bkgnd");
+  theme.colours.emplace_back("bkgnd", background ? theme.Resolve(ReadColour(background), {}) : theme.Colour("lt1"));
   EachElement(Below(colours, "variationClrSchemeLst"), [&](pugi::xml_node scheme) {
-    auto& variant = theme.variantColours.emplace_back();
+    auto& [isOfOneTone, variant] = theme.variantColours.emplace_back();
+    isOfOneTone = scheme.attribute("monotone").as_bool();
     size_t at = 0;
     EachElement(scheme, [&](pugi::xml_node node) {
       if (at < variant.size()) variant[at++] = theme.Resolve(ReadColour(node), {});

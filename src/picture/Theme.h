@@ -59,10 +59,16 @@ struct ThemeVariant {
   int fill = 1, line = 1, effect = 1, font = 1;
 };
 
+// The seven colours of a variant. Where it is of one tone, shapes that follow the variant all take the first of them.
+struct ThemeVariantColours {
+  bool isOfOneTone = false;
+  std::array<Rgba, 7> colours{};
+};
+
 struct Theme {
   int number = 0;
   std::vector<std::pair<std::string, Rgba>> colours;  // dk1, lt1, accent1, ...; "bkgnd"
-  std::vector<std::array<Rgba, 7>> variantColours;
+  std::vector<ThemeVariantColours> variantColours;
   std::vector<std::array<ThemeVariant, 4>> variants;
   ThemeFormats shapes, connectors;
   std::string majorFont, minorFont;

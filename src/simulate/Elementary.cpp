@@ -51,12 +51,13 @@ double Log(double x) {
   const uint64_t above = std::bit_cast<uint64_t>(x) - kSqrtHalf;
   exponent += static_cast<int64_t>(above) >> 52;
   const double f = std::bit_cast<double>((above & 0x000fffffffffffffu) + kSqrtHalf) - 1;
-  // log(1+f) = 2 (s + s^3/3 + s^5/5 + ...), its first part taken from f itself, which is exact.
+  // log(1+f) = 2 (s + s^3/3 + s^5/5 + ...), its first part taken from f itself, which is exact. The coefficients are those of the
+  // series, fitted to the interval so that seven of them do for eleven.
   const double s = f / (2 + f);
   const double z = s * s;
   const double w = z * z;
-  constexpr double kEven[] = {2. / 3, 2. / 7, 2. / 11, 2. / 15, 2. / 19, 2. / 23};
-  constexpr double kOdd[] = {2. / 5, 2. / 9, 2. / 13, 2. / 17, 2. / 21};
+  constexpr double kEven[] = {0.666666666666667, 0.2857142862600327, 0.18182889455674947, 0.14616585424888623};
+  constexpr double kOdd[] = {0.39999999999899444, 0.22222211130259878, 0.15331710618210773};
   const double rest = z * (Polynomial(kEven, w) + z * Polynomial(kOdd, w));
   const double half = 0.5 * f * f;
   const double k = static_cast<double>(exponent);

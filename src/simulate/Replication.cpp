@@ -274,15 +274,16 @@ void Replication::Leave(const ProcessTable& process, std::uint32_t row) {
   const double total = world_.now - entity.entered;
   world_.CountUp(process.out);
   world_.AddLevel(process.inside, -1);
-  world_.tallies[process.wait].Add(entity.waited);
-  world_.tallies[process.delay].Add(total - entity.waited);
-  world_.Observe(process.total, total);
+  const double share = world_.tallies[process.wait].ShareOfNext();
+  world_.tallies[process.wait].Add(entity.waited, share);
+  world_.tallies[process.delay].Add(total - entity.waited, share);
+  world_.Observe(process.total, total, share);
   world_.Trace(TraceAct::Leave, row);
   if (!program_.hasCosts) return;
   const double* const costs = world_.entities.Columns(row) + program_.processCosts;
-  world_.tallies[process.waitCost].Add(costs[0]);
-  world_.tallies[process.delayCost].Add(costs[1]);
-  world_.tallies[process.totalCost].Add(costs[0] + costs[1]);
+  world_.tallies[process.waitCost].Add(costs[0], share);
+  world_.tallies[process.delayCost].Add(costs[1], share);
+  world_.tallies[process.totalCost].Add(costs[0] + costs[1], share);
 }
 
 bool Replication::IsTrue(const DecideTable& decide, std::uint32_t row) {

@@ -19,9 +19,13 @@ struct Tally {
   double min = std::numeric_limits<double>::infinity();
   double max = -std::numeric_limits<double>::infinity();
 
-  void Add(double x) {
+  void Add(double x) { Add(x, ShareOfNext()); }
+  // Tallies that always take an observation each share the one division.
+  double ShareOfNext() const { return 1 / static_cast<double>(n + 1); }
+  void Add(double x, double share) {
     const double deviation = x - mean;
-    mean += deviation / static_cast<double>(++n);
+    ++n;
+    mean += deviation * share;
     squares += deviation * (x - mean);
     min = x < min ? x : min;
     max = x > max ? x : max;

@@ -119,20 +119,21 @@ double World::UnitsCostRateOf(uint32_t row) {
 void World::RecordEntity(uint32_t row) {
   const Entity& entity = entities[row];
   const EntityTypeTable& type = program_.types[entity.type];
-  const auto record = [&](uint32_t tally, const auto& column) {
+  const double share = tallies[type.times].ShareOfNext();
+  const auto record = [&](uint32_t tally, EntityAttribute first) {
     double total = 0;
     for (size_t i = 0; i < kCategories; ++i) {
-      const double x = entities.Get(row, column(static_cast<Allocation>(i)));
-      tallies[tally + i].Add(x);
+      const double x = entities.Get(row, program_.builtIn[static_cast<size_t>(first) + i]);
+      tallies[tally + i].Add(x, share);
       total += x;
     }
     return total;
   };
-  record(type.times, [&](Allocation category) { return program_.timeColumn(category); });
-  Observe(type.times + kCategories, now - entity.created);
+  record(type.times, EntityAttribute::VATime);
+  Observe(type.times + kCategories, now - entity.created, share);
   if (type.costs == kNone) return;
-  const double cost = record(type.costs, [&](Allocation category) { return program_.costColumn(category); });
-  Observe(type.costs + kCategories, cost);
+  const double cost = record(type.costs, EntityAttribute::VACost);
+  Observe(type.costs + kCategories, cost, share);
 }
 
 void World::Warn(RunWarning warning, uint32_t place, uint64_t of) {

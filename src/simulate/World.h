@@ -81,8 +81,9 @@ class World {
   void ScheduleIn(double seconds, std::uint32_t row, std::uint32_t place);
 
   // --- What is observed.
-  void Observe(std::uint32_t tally, double x) {
-    tallies[tally].Add(x);
+  void Observe(std::uint32_t tally, double x) { Observe(tally, x, tallies[tally].ShareOfNext()); }
+  void Observe(std::uint32_t tally, double x, double share) {
+    tallies[tally].Add(x, share);
     const std::uint32_t counts = program_.bucketsOfTally[tally];
     if (counts != kNone) buckets[counts].Add(x);
   }

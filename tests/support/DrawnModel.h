@@ -47,6 +47,17 @@ class DrawnModel {
     source_.modules.push_back(std::move(module));
     return *this;
   }
+  DrawnModel& Set(const std::string& module, const std::string& field, const std::string& value) {
+    SourceModule& of = source_.modules[static_cast<size_t>(Find(module))];
+    of.values[PlaceOf(*of.schema, field)] = value;
+    return *this;
+  }
+  // The one connector that leaves a module leads elsewhere.
+  DrawnModel& Reconnect(const std::string& from, const std::string& to) {
+    for (SourceConnector& connector : source_.connectors)
+      if (connector.begin.module == Find(from)) connector.end.module = Find(to);
+    return *this;
+  }
   // From the only or first exit; the second is the False one, or that of duplicates.
   DrawnModel& Connect(const std::string& from, const std::string& to) { return Join(from, to, 1, ConnectorKind::Plain); }
   DrawnModel& ConnectSecond(const std::string& from, const std::string& to) { return Join(from, to, 3, ConnectorKind::Plain); }
@@ -55,7 +66,17 @@ class DrawnModel {
     return *this;
   }
 
-  ModelSource source() const { return source_; }
+  // A module in the middle of a connector; with both of its exits leading on where it has two.
+  DrawnModel& Insert(size_t connector, const std::string& kind, const std::string& name, const Properties& properties = {}) {
+    page_ = source_.connectors[connector].page;
+    const std::string behind = source_.modules[static_cast<size_t>(source_.connectors[connector].end.module)].name;
+    Add(kind, name, properties);
+    source_.connectors[connector].end.module = Find(name);
+    Connect(name, behind);
+    return kind == "Decide" ? ConnectSecond(name, behind) : *this;
+  }
+
+  const ModelSource& source() const { return source_; }
 
   std::shared_ptr<const Program> Compile(const RunSetup& setup) const {
     const Model model = MakeModel(source_);

@@ -143,11 +143,13 @@ int main(int count, char** arguments) {
   std::sort(files.begin(), files.end());
   picture::Offscreen qt;
   std::vector<Likeness> all;
-  for (const fs::path& file : files) try {
+  for (const fs::path& file : files) {
+    try {
       Compare(file, folder, all);
     } catch (const FileError& error) {
       std::cerr << error.what() << '\n';
     }
+  }
   std::stable_sort(all.begin(), all.end(), [](const Likeness& a, const Likeness& b) { return a.alike < b.alike; });
   for (const Likeness& likeness : all) fmt::print("{:.3f} {}\n", likeness.alike, likeness.page);
 }

@@ -152,9 +152,9 @@ TEST(Elementary, ManyValuesOfEachHaveTheirFingerprint) {
     double (*function)(double u);
     uint64_t first, all;
   } cases[] = {
-      {"Log", [](double u) { return Log(u * 100); }, 10193510964210595074u, 10273261763128773054u},
+      {"Log", [](double u) { return Log(u * 100); }, 16948585692162150973u, 3566761594054001659u},
       {"Exp", [](double u) { return Exp(u * 200 - 100); }, 5497824363194203340u, 5081055759645461622u},
-      {"Pow", [](double u) { return Pow(u * 10, 0.3 + u); }, 4322983466206883608u, 375355647398899719u},
+      {"Pow", [](double u) { return Pow(u * 10, 0.3 + u); }, 4119656660573941685u, 2700752110536256498u},
       {"InverseNormal", InverseNormal, 8962605017462409674u, 13135861698395254067u},
       {"Arctangent", [](double u) { return Arctangent(u * 20 - 10); }, 4670149587048058579u, 12418077978045193984u},
   };

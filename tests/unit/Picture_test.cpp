@@ -487,6 +487,8 @@ TEST(PictureLines, ArrowHeads) {
   EXPECT_THAT(line(Cell("EndArrow", "14")),
               ElementsAre(StartsWith("line 000000 20: M 0,0 L 2000,0 L 2000,880"), StartsWith("fill ffffff: M 2000,1000"),
                           StartsWith("line 000000 20: M 2000,1000")));
+  EXPECT_THAT(line(Cell("EndArrow", "10")), Contains(AllOf(StartsWith("fill 000000: M 2000,1042 C"), HasSubstr(" 2042,1000 "))))
+      << "a dot around the end";
   EXPECT_THAT(line(Cell("EndArrow", "44")), Contains("fill 000000: M 2000,1000 L 1960,880 L 2040,880 Z"))
       << "an unknown one is the plain one";
   EXPECT_THAT(PaintedOf(Shape(kInCorner + kOnlyLine + Cell("EndArrow", "4") + kRectangle)), SizeIs(1))
@@ -586,7 +588,9 @@ TEST(PictureTheme, ThemedCellsAreTheThemes) {
       "val='ffffff'/></a:lt1><a:accent1><a:srgbClr val='0000ff'/></a:accent1><a:extLst><a:ext><vt:schemeID "
       "schemeEnum='33'/></a:ext><a:ext>"
       "<vt:variationClrSchemeLst><vt:variationClrScheme><vt:varColor1><a:srgbClr "
-      "val='ff0000'/></vt:varColor1></vt:variationClrScheme>"
+      "val='ff0000'/></vt:varColor1><vt:varColor2><a:srgbClr "
+      "val='00ff00'/></vt:varColor2></vt:variationClrScheme><vt:variationClrScheme monotone='1'><vt:varColor1><a:srgbClr "
+      "val='aa0000'/></vt:varColor1><vt:varColor2><a:srgbClr val='00aa00'/></vt:varColor2></vt:variationClrScheme>"
       "</vt:variationClrSchemeLst></a:ext></a:extLst></a:clrScheme><a:fmtScheme><a:fillStyleLst><a:solidFill><a:schemeClr "
       "val='phClr'/>"
       "</a:solidFill><a:solidFill><a:schemeClr val='phClr'><a:shade "
@@ -594,7 +598,8 @@ TEST(PictureTheme, ThemedCellsAreTheThemes) {
       "<a:ln w='45720'><a:solidFill><a:schemeClr "
       "val='lt1'/></a:solidFill></a:ln></a:lnStyleLst></a:fmtScheme><vt:fmtConnectorScheme>"
       "<a:fillStyleLst/><a:lnStyleLst><a:ln w='91440'><a:solidFill><a:schemeClr val='phClr'/></a:solidFill></a:ln></a:lnStyleLst>"
-      "</vt:fmtConnectorScheme></a:themeElements></a:theme>";
+      "</vt:fmtConnectorScheme><vt:fontStyles><vt:fontProps><vt:color><a:schemeClr "
+      "val='phClr'/></vt:color></vt:fontProps></vt:fontStyles></a:themeElements></a:theme>";
   std::string themed;
   for (const char* cell : {"FillForegnd", "FillPattern", "LineColor", "LineWeight", "LinePattern"})
     themed += Cell(cell, "Themed");
@@ -614,6 +619,13 @@ TEST(PictureTheme, ThemedCellsAreTheThemes) {
   };
   const std::string matrices = Cell("QuickStyleFillMatrix", "1") + Cell("QuickStyleLineMatrix", "1");
   EXPECT_THAT(painted(matrices + Cell("QuickStyleFillColor", "100"), sheet("33")), ElementsAre("fill ff0000", "line ffffff 50"));
+  for (const auto& [colour, variant, fill] : {std::tuple("101", "0", "fill 00ff00"),
+                                              {"201", "0", "fill 00ff00"},
+                                              {"101", "1", "fill aa0000"},
+                                              {"201", "1", "fill 00aa00"}})
+    EXPECT_THAT(painted(matrices + Cell("QuickStyleFillColor", colour) + Cell("VariationColorIndex", variant), sheet("33")),
+                Contains(fill))
+        << "a variant of one tone gives its first colour, unless another is fixed";
   EXPECT_THAT(painted(matrices + Cell("QuickStyleFillColor", "2"), sheet("33")), ElementsAre("fill 0000ff", "line ffffff 50"));
   EXPECT_THAT(painted(Cell("QuickStyleFillMatrix", "2") + Cell("QuickStyleLineMatrix", "1") + Cell("QuickStyleFillColor", "2"),
                       sheet("33")),
@@ -622,6 +634,12 @@ TEST(PictureTheme, ThemedCellsAreTheThemes) {
   EXPECT_THAT(painted(matrices + Cell("QuickStyleLineColor", "2") + Cell("BeginX", "0"), sheet("33")),
               Contains("line 0000ff 100"))
       << "lines of connectors have their own list";
+  const std::string text = Cell("FillPattern", "0") + Cell("LinePattern", "0") + Cell("QuickStyleFontColor", "1") +
+                           Cell("QuickStyleFontMatrix", "1") + Cell("QuickStyleFillColor", "2") +
+                           "<Section N='Character'><Row IX='0'>" + Cell("Color", "Themed") + "</Row></Section><Text>x</Text>";
+  EXPECT_THAT(painted(text, sheet("33")), ElementsAre(StartsWith("text ffffff ")));
+  EXPECT_THAT(painted(text + Cell("QuickStyleVariation", "2"), sheet("33")), ElementsAre(StartsWith("text 0000ff ")))
+      << "white on white paper gives way to the fill's colour";
   EXPECT_THAT(painted(matrices, ""), ElementsAre("fill ffffff", "line 000000 10")) << "a page without a theme";
   EXPECT_THAT(painted(matrices, sheet("99")), ElementsAre("fill ffffff", "line 000000 10")) << "a theme that the file has not";
 }
