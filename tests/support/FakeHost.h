@@ -166,6 +166,7 @@ class Pages : public IVPages {
 class Document : public IVDocument {
  public:
   std::shared_ptr<fake::Pages> pages = std::make_shared<fake::Pages>();
+  int ID() override { Unused(); }
   IVPagesPtr Pages() override { return ++hostCalls, pages; }
   std::string Path() override { Unused(); }
   IVMastersPtr Masters() override { Unused(); }

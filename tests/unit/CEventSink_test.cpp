@@ -2,6 +2,7 @@
 #include "events/CEventSink.h"
 
 #include "TestDrawings.h"
+#include "TestFiles.h"
 #include "TestPlatform.h"
 #include "addin/Application.h"
 #include "addin/Global_Variables.h"
@@ -151,6 +152,38 @@ TEST_F(EventSink, TheSubmodelCommandsUseTheirHostForThatCallOnly) {
     EXPECT_THROW(Application().CloseSubmodel(application, gone), HostError);
     EXPECT_EQ(visApp, before) << "also when the host refuses";
   }
+}
+
+// Whichever window a person turns to, without an event that tells of it.
+TEST_F(EventSink, LooksAtTheRegistersOfEachDrawingWhenItIsFirstTheActiveOne) {
+  const test::TempFolder folder;
+  Drop("Create");
+  SetPagePropList(visApp->ActivePage(), "Create", "5");
+  host_.Save(folder / "unfit.vsdx");
+  DrawingHost first, second;
+  first.Open(folder / "unfit.vsdx");
+  second.New();  // so that their drawings have not the same number
+  second.Open(folder / "unfit.vsdx");
+  const auto registered = [&](DrawingHost& active) {
+    visApp = active.application();
+    sink_.MendRegisters();
+    return PropText(visApp->ActivePage()->PageSheet(), "Create");
+  };
+  const auto put = [](DrawingHost& host, std::string_view text) {
+    SetPagePropList(host.application()->ActivePage(), "Create", text);
+  };
+  EXPECT_EQ(registered(first), "1");
+  EXPECT_EQ(registered(second), "1");
+  put(first, "7");
+  EXPECT_EQ(registered(first), "7") << "what is done later stays";
+  put(first, "5");
+  EXPECT_EQ(registered(second), "1");
+  EXPECT_EQ(registered(first), "1") << "but not that the counting is undone";
+  put(first, "7");
+  put(second, "7");
+  Call(kEventDocumentClosed, second.application()->ActiveDocument());
+  EXPECT_EQ(registered(first), "7");
+  EXPECT_EQ(registered(second), "1") << "another with its number has been opened";
 }
 
 TEST_F(EventSink, AnswersItsCodesAndNoOthers) {
