@@ -135,7 +135,7 @@ class RandomModel {
                              {"ResourceBusy_Hour", std::to_string(Between(0, 20))},
                              {"ResourceIdle_Hour", std::to_string(Between(0, 2) * 3)},
                              {"ResourcePerUse", Cost(0, 2)}};
-    if (OneIn(3)) {
+    if (OneIn(2)) {
       const std::string schedule = Name("Shift " + std::to_string(number));
       const std::string up = Time(6), less = Time(3), down = Time(2);
       model_.Add("Schedule", schedule,
@@ -144,7 +144,7 @@ class RandomModel {
                   {"Schedule_DurationsDuration", up + ";" + less + ";" + down}});
       properties = With(properties, {{"ResourceType", "Schedule"},
                                      {"ResourceScheduleName", schedule},
-                                     {"ResourceScheduleRule", OneOf({"Wait", "Ignore", "Preempt"})}});
+                                     {"ResourceScheduleRule", OneOf({"Wait", "Ignore", "Preempt", "Preempt"})}});
     }
     model_.Add("Resource", name, properties);
     resources_.push_back(name);
@@ -187,7 +187,7 @@ class RandomModel {
       plain += separator + name;
       values += separator + value;
     }
-    Step("Assign", NewName("Set"),
+    Step("Assign", NewName("Put"),
          {{"AssignCount", std::to_string(rows.size())},
           {"AssignType", types},
           {"AssignVariableName", names},
@@ -262,7 +262,7 @@ class RandomModel {
   void AddService() {
     const std::string name = NewName("Serve");
     const std::string priority = OneIn(3) ? Name("Size") : OneOf({"1", "2", "3"});
-    const Properties delay = Delay(.2);
+    const Properties delay = Delay(.1);
     Step("Process", name, With(With(delay, {{"ProcessAction", "SDR"}, {"ProcessPriority", priority}}), Rows()));
     if (OneIn(3))
       model_.Add("Queue", Name(name) + ".Queue",
@@ -317,9 +317,9 @@ class RandomModel {
     const std::string name = NewName("Note");
     switch (Between(0, 5)) {
       case 0:
-        return Step("Record", name, SinceCreation());
+        return Step("Record", name, With(SinceCreation(), {{"RecordTallyName", Name("Time " + name)}}));
       case 1:
-        return Step("Record", name, {{"RecordType", "Between"}});
+        return Step("Record", name, {{"RecordType", "Between"}, {"RecordTallyName", Name("Time " + name)}});
       case 2:
         return Step("Record", name, {{"RecordType", "Entity"}});
       case 3:
