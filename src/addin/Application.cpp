@@ -131,7 +131,6 @@ void Application::SetupEventSink(const IVApplicationPtr& application) {
   visApp = application;
   const IVEventListPtr events = application->EventList();
   if (!eventSink) eventSink = std::make_shared<CEventSink>();
-  eventSink->DrawingOpened();
   // Goes on where an earlier call was refused; nothing is registered twice.
   while (eventSink->AdvisedEvents() < std::size(kAdvisedEvents)) {
     const auto& event = kAdvisedEvents[eventSink->AdvisedEvents()];

@@ -92,6 +92,12 @@ struct NewOptions {
 };
 Outcome NewDrawing(const NewOptions& options, std::ostream& output);
 
+struct DesktopOptions {
+  std::vector<std::filesystem::path> files;  // none: a new drawing
+};
+// Shows the drawing program until its window is closed.
+Outcome ShowDesktop(const DesktopOptions& options, int argc, char** argv);
+
 struct PictureOptions {
   std::filesystem::path file, output;  // the output's ending says what is made: .svg, .png or .pdf
   std::string page;                    // empty: the first, or all

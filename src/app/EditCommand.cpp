@@ -18,7 +18,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace vardo {
 namespace {
@@ -146,8 +145,6 @@ std::string Changes(const FoundModule& module, const Properties& before, const P
   return fmt::format("{} \"{}\" on page \"{}\":\n{}", module.kind, module.name, module.page,
                      changes.empty() ? "  nothing changed\n" : changes);
 }
-
-bool HasDisplay() { return std::getenv("DISPLAY") || std::getenv("WAYLAND_DISPLAY") || std::getenv("QT_QPA_PLATFORM"); }
 
 // Shows the dialog through the presenter; true when it was closed with OK, which gives the shape its text.
 bool RunDialog(AddinSession& session, const FoundModule& module, FormPresenter& presenter) {

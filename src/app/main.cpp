@@ -29,6 +29,7 @@ struct CommandLine {
   ScriptOptions script;
   NewOptions create;
   PictureOptions picture;
+  DesktopOptions desktop;
   CLI::App* showCommand = nullptr;
   CLI::App* checkCommand = nullptr;
   CLI::App* simulateCommand = nullptr;
@@ -37,6 +38,7 @@ struct CommandLine {
   CLI::App* scriptCommand = nullptr;
   CLI::App* newCommand = nullptr;
   CLI::App* pictureCommand = nullptr;
+  CLI::App* desktopCommand = nullptr;
 
   CommandLine() {
     app.require_subcommand(1);
@@ -47,6 +49,10 @@ struct CommandLine {
     app.footer(
         "Examples:\n  vardo new bank.vsdx\n  vardo show bank.vsdx\n  vardo check bank.vsdx\n  vardo edit bank.vsdx Create "
         "CreateUnits=Minutes\n");
+
+    desktopCommand = app.add_subcommand("desktop", "Draw and edit in a window");
+    desktopCommand->add_option("FILE", desktop.files, "Drawings to open; without any a new one is begun");
+    desktopCommand->footer("Examples:\n  vardo desktop\n  vardo desktop bank.vsdx\n");
 
     showCommand = app.add_subcommand("show", "Print a drawing's pages, modules and connections");
     showCommand->add_option("FILE", show.file, "The drawing")->required();
@@ -175,6 +181,7 @@ struct CommandLine {
     }
     if (*editCommand) return EditModule(edit, output, argc, argv);
     if (*scriptCommand) return RunScript(script, output, argc, argv);
+    if (*desktopCommand) return ShowDesktop(desktop, argc, argv);
     if (*pictureCommand) return MakePicture(picture, output);
     return NewDrawing(create, output);
   }

@@ -240,6 +240,7 @@ constexpr OfferedMember<IVSelection> kSelection[] = {
     {L"GetIDs", DISPATCH_METHOD, {L"ShapeIDs"}, 1, GetIDs},
 };
 constexpr OfferedMember<IVDocument> kDocument[] = {
+    Get<&IVDocument::ID>(L"ID"),
     Get<&IVDocument::Pages>(L"Pages"),
     Get<&IVDocument::Masters>(L"Masters"),
     Get<&IVDocument::Path>(L"Path"),

@@ -7,6 +7,7 @@
 #include "forms/win32/Keys.h"
 #include "forms/win32/Picture.h"
 #include "forms/win32/WindowNames.h"
+#include "platform/win32/OwnModule.h"
 #include "platform/win32/WideText.h"
 
 #include <algorithm>
@@ -32,6 +33,13 @@ std::vector<HWND> ControlsOf(HWND form) {
 
 std::string FormName(HWND window) { return NameOfWindow(window, kFormProperty); }
 std::string ControlName(HWND window) { return NameOfWindow(window, kControlProperty); }
+
+// Null when the form has none of that name.
+HWND FindControl(HWND form, const std::string& name) {
+  const std::vector<HWND> controls = ControlsOf(form);
+  const auto found = std::find_if(controls.begin(), controls.end(), [&](HWND w) { return ControlName(w) == name; });
+  return found == controls.end() ? nullptr : *found;
+}
 
 TwipsRect PlaceOf(HWND form) {
   TwipsRect place;
@@ -82,24 +90,20 @@ ControlSeen See(HWND window) {
 WindowDesktop::WindowDesktop(HMODULE addin, std::function<void()> formCame)
     : screen_(addin, kUsualScreen),
       formCame_(std::move(formCame)),
-      hook_(SetWindowsHookExW(WH_CALLWNDPROCRET, Watch, nullptr, GetCurrentThreadId())) {
+      hook_(SetWinEventHook(EVENT_OBJECT_SHOW, EVENT_OBJECT_HIDE, OwnModule(), Watch, GetCurrentProcessId(), GetCurrentThreadId(),
+                            WINEVENT_INCONTEXT)) {
   theDesktop = this;
 }
 
 WindowDesktop::~WindowDesktop() {
-  UnhookWindowsHookEx(hook_);
+  UnhookWinEvent(hook_);
   theDesktop = nullptr;
 }
 
-// Every window that comes or goes is told of its new position.
-LRESULT CALLBACK WindowDesktop::Watch(int code, WPARAM wParam, LPARAM lParam) {
-  const LRESULT result = CallNextHookEx(nullptr, code, wParam, lParam);
-  const auto& sent = *reinterpret_cast<const CWPRETSTRUCT*>(lParam);
-  if (code != HC_ACTION || sent.message != WM_WINDOWPOSCHANGED || !theDesktop) return result;
-  const UINT change = reinterpret_cast<const WINDOWPOS*>(sent.lParam)->flags;
-  if (change & SWP_SHOWWINDOW) theDesktop->Appeared(sent.hwnd);
-  if (change & SWP_HIDEWINDOW) theDesktop->Vanished(sent.hwnd);
-  return result;
+// Told at once, in the middle of the showing. A hook on messages would make each of them a question to Wine's server.
+void CALLBACK WindowDesktop::Watch(HWINEVENTHOOK, DWORD event, HWND window, LONG object, LONG, DWORD, DWORD) {
+  if (object != OBJID_WINDOW || !theDesktop) return;
+  event == EVENT_OBJECT_SHOW ? theDesktop->Appeared(window) : theDesktop->Vanished(window);
 }
 
 void WindowDesktop::Appeared(HWND window) {
@@ -139,9 +143,13 @@ FormSeen WindowDesktop::SeeForm() {
   return seen;
 }
 
+std::optional<ControlSeen> WindowDesktop::SeeControl(const std::string& name) {
+  const HWND control = FindControl(Front(), name);
+  return control ? std::optional(See(control)) : std::nullopt;
+}
+
 HWND WindowDesktop::Usable(const std::string& control) const {
-  const std::vector<HWND> controls = ControlsOf(Front());
-  const HWND window = *std::find_if(controls.begin(), controls.end(), [&](HWND w) { return ControlName(w) == control; });
+  const HWND window = FindControl(Front(), control);
   if (!IsWindowVisible(window)) throw RuntimeError::InvalidArgument(control + " is not shown");
   if (!TakesFocus(window)) throw RuntimeError::InvalidArgument(control + " takes no focus");
   return window;

@@ -29,6 +29,7 @@ class WindowDesktop : public Desktop {
   std::vector<std::string> LoadedForms() override;
   std::string TopForm() override;
   FormSeen SeeForm() override;
+  std::optional<ControlSeen> SeeControl(const std::string& name) override;
   void Focus(const std::string& control) override;
   void Type(const std::string& control, const std::string& text) override;
   void Pick(const std::string& control, int index) override;
@@ -42,7 +43,7 @@ class WindowDesktop : public Desktop {
   static void HelpShown(const std::string& file, const std::string& topic);
 
  private:
-  static LRESULT CALLBACK Watch(int code, WPARAM wParam, LPARAM lParam);
+  static void CALLBACK Watch(HWINEVENTHOOK hook, DWORD event, HWND window, LONG object, LONG child, DWORD thread, DWORD time);
   void Appeared(HWND window);
   void Vanished(HWND window);
   HWND Front() const;
@@ -52,7 +53,7 @@ class WindowDesktop : public Desktop {
   std::function<void()> formCame_;
   DesktopListener* listener_ = nullptr;
   std::vector<HWND> forms_;  // the shown ones, the topmost last
-  HHOOK hook_;
+  HWINEVENTHOOK hook_;
 };
 
 }  // namespace vardo

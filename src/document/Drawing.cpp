@@ -89,6 +89,7 @@ Drawing::~Drawing() = default;
 void Drawing::Save(const std::filesystem::path& file, Overwrite overwrite) { package_->Save(file, overwrite); }
 
 bool Drawing::Changed() const { return package_->changed(); }
+std::string Drawing::FileBytes() const { return package_->FileBytes(); }
 
 void Drawing::ReadDocument() {
   const std::string document = package_->MainPart();

@@ -45,6 +45,8 @@ class Drawing : private EditObserver {
   // As the package saves.
   void Save(const std::filesystem::path& file, Overwrite overwrite = Overwrite::Refuse);
   bool Changed() const;
+  // The file that a save would write. Throws FileError.
+  std::string FileBytes() const;
 
   Package& package() { return *package_; }
   EditLog& log() { return log_; }

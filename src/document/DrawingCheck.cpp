@@ -21,6 +21,13 @@ namespace {
 
 constexpr std::string_view kDrawingNamespace = "http://schemas.microsoft.com/office/visio/2012/main";
 
+void CheckSection(const std::string& file, const std::string& part, pugi::xml_node section) {
+  size_t rows = 0;
+  for (pugi::xml_node row = section.first_child(); row && rows <= kMaxRows; row = row.next_sibling()) ++rows;
+  if (rows > kMaxRows)
+    throw FileError::Unsafe(file, PartInWords(part) + " has a section of more than " + std::to_string(kMaxRows) + " rows");
+}
+
 class ShapeCheck {
  public:
   ShapeCheck(const std::string& file, XmlPart& part) : file_(file), part_(part) {}
@@ -35,7 +42,6 @@ class ShapeCheck {
       for (const pugi::xml_node shape : ShapesOf(sheet).children()) {
         RefusePrefixFor(shape);
         if (!IsNamed(shape, "Shape") || IsDeleted(shape)) continue;
-        CheckRows(file_, part_.name(), shape);
         shapes_.push_back({NumberOf(shape), shape});
         pending.push_back(shape);
       }
@@ -52,9 +58,15 @@ class ShapeCheck {
                                                 " has a prefix for the elements of drawings)");
   }
 
+  // Counts the rows of the sheet on the way: the elements of large drawings are far apart in memory, so each is looked at once.
   pugi::xml_node ShapesOf(pugi::xml_node sheet) const {
-    const pugi::xml_node shapes = sheet.child("Shapes");
-    if (shapes.next_sibling("Shapes")) throw Damaged("has two lists of shapes in one place");
+    pugi::xml_node shapes;
+    for (const pugi::xml_node child : sheet.children()) {
+      if (IsNamed(child, "Section")) CheckSection(file_, part_.name(), child);
+      if (!IsNamed(child, "Shapes")) continue;
+      if (shapes) throw Damaged("has two lists of shapes in one place");
+      shapes = child;
+    }
     return shapes;
   }
 
@@ -98,12 +110,7 @@ class ShapeCheck {
 }  // namespace
 
 void CheckRows(const std::string& file, const std::string& part, pugi::xml_node sheet) {
-  for (const pugi::xml_node section : sheet.children("Section")) {
-    size_t rows = 0;
-    for (pugi::xml_node row = section.first_child(); row && rows <= kMaxRows; row = row.next_sibling()) ++rows;
-    if (rows > kMaxRows)
-      throw FileError::Unsafe(file, PartInWords(part) + " has a section of more than " + std::to_string(kMaxRows) + " rows");
-  }
+  for (const pugi::xml_node section : sheet.children("Section")) CheckSection(file, part, section);
 }
 
 void CheckShapes(const std::string& file, XmlPart& part) { ShapeCheck(file, part).Run(); }

@@ -69,6 +69,21 @@ bool IsUndone(const MendedRegister& mended) try {
   return false;
 }
 
+// What did not fit in a drawing, mended now, but for a shape just added and those behind it.
+std::vector<MendedRegister> MendedIn(const IVDocumentPtr& drawing, const IVShapePtr& added) {
+  const std::string changing = added ? added->ContainingPage()->Name() : "";
+  const ShapeIndexes coming = added ? PositionsFrom(added) : ShapeIndexes();
+  std::vector<MendedRegister> all;
+  const IVPagesPtr pages = drawing->Pages();
+  const int count = pages->Count();
+  for (int i = 1; i <= count; ++i) {
+    const IVPagePtr page = pages->Item(i);
+    auto mended = MendRegisters(page, page->Name() == changing ? coming : ShapeIndexes());
+    std::ranges::move(mended, std::back_inserter(all));
+  }
+  return all;
+}
+
 struct Going {
   ShapeIndexes shapes;
   std::vector<std::string> submodelPages;
@@ -152,8 +167,8 @@ void CEventSink::Answer(std::uint16_t eventCode, const EventSubject& subject, st
     case kEventPageDeleted:
       return PageDeleted(std::get<IVPagePtr>(subject));
     case kEventDocumentClosed:
-      registersInDoubt_ = registersUnseen_ = false;
-      mendedRegisters_.clear();
+      registersInDoubt_ = false;
+      mended_.erase(std::get<IVDocumentPtr>(subject)->ID());
       return;
     case kEventTextChanged:
       if (!puttingText_ && visApp->ActiveWindow()->Selection()->Count() == 0) ShapeTextEdited(moreInfo);
@@ -163,30 +178,19 @@ void CEventSink::Answer(std::uint16_t eventCode, const EventSubject& subject, st
   }
 }
 
-void CEventSink::DrawingOpened() {
-  registersUnseen_ = true;
-  mendedRegisters_.clear();
-}
-
 void CEventSink::MendRegisters(const IVShapePtr& added) try {
-  if (!registersUnseen_ && std::ranges::none_of(mendedRegisters_, IsUndone)) return;
-  registersUnseen_ = true;
-  mendedRegisters_.clear();
-  burst_ = {};
   const IVDocumentPtr drawing = visApp->ActiveDocument();
-  const std::string changing = added ? added->ContainingPage()->Name() : "";
-  const ShapeIndexes coming = added ? PositionsFrom(added) : ShapeIndexes();
-  const IVPagesPtr pages = drawing->Pages();
-  // What a new drawing's registers leave out is not the work of others.
-  const int count = drawing->Path().empty() ? 0 : pages->Count();
-  for (int i = 1; i <= count; ++i) {
-    const IVPagePtr page = pages->Item(i);
-    for (MendedRegister& mended : vardo::MendRegisters(page, page->Name() == changing ? coming : ShapeIndexes()))
-      mendedRegisters_.push_back(std::move(mended));
+  const int id = drawing->ID();
+  if (const auto seen = mended_.find(id); seen != mended_.end()) {
+    if (std::ranges::none_of(seen->second, IsUndone)) return;
+    mended_.erase(seen);
   }
-  registersUnseen_ = false;
+  burst_ = {};
+  // What a new drawing's registers leave out is not the work of others.
+  const bool isFromFile = !drawing->Path().empty();
+  mended_.emplace(id, isFromFile ? MendedIn(drawing, added) : std::vector<MendedRegister>());
 } catch (const AutomationError&) {
-  // They stay to be seen.
+  // They stay to be looked at.
 }
 
 void CEventSink::Advised(const IVEventPtr& event, bool isPageDeleted) {

@@ -9,6 +9,7 @@
 #include "events/SubmodelPages.h"
 
 #include <cstddef>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -40,9 +41,8 @@ class CEventSink : public IVEventSink {
   // moreInfo names the shape: "... /shape=Sheet.3".
   void ShapeTextEdited(std::string_view moreInfo);
 
-  // A drawing has been opened or created. One that was edited without the add-in may have registers that do not fit.
-  void DrawingOpened();
-  // Mends what does not fit in the drawing as it was opened from a file, and does it again when that was undone. To be called
+  // A drawing that was edited without the add-in may have registers that do not fit. Mends them in the active drawing, if it has
+  // been opened from a file, and does it again when that was undone; what happens to them later is not looked at. To be called
   // before the registers are read; a shape just added, and those that come behind it, are in none yet. What the host refuses is
   // tried the next time.
   void MendRegisters(const IVShapePtr& added = nullptr);
@@ -73,8 +73,8 @@ class CEventSink : public IVEventSink {
   bool puttingText_ = false;
   // A module could not be entered, or one that went not be taken out. The next module that comes or goes brings all in order.
   bool registersInDoubt_ = false;
-  bool registersUnseen_ = false;
-  std::vector<MendedRegister> mendedRegisters_;
+  // What was mended in each open drawing, by its ID, if it has been looked at.
+  std::map<int, std::vector<MendedRegister>> mended_;
 
   // Shapes that are pasted together are all there before the first of them is told of, and are told of from the lowest one on.
   struct Burst {

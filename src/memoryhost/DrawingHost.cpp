@@ -9,6 +9,7 @@
 #include "base/Text.h"
 #include "document/FormulaScopeOfDrawing.h"
 #include "document/Glue.h"
+#include "document/Places.h"
 #include "document/Recalculation.h"
 #include "memoryhost/HostObjects.h"
 #include "stencil/StencilPackage.h"
@@ -255,14 +256,7 @@ std::vector<IVShapePtr> DrawingHost::Paste(const std::vector<SheetRef>& copied, 
 IVShapePtr DrawingHost::Connect(std::string_view masterName, int pageId, const End& begin, const End& end) {
   const Command command(*this, "Connector");
   ShowPage(pageId);
-  for (const End& glued : {begin, end}) {
-    if (!glued.shape) continue;
-    const DrawingShape& shape = ResolveShape({serial_, pageId, *glued.shape});
-    const auto count = static_cast<int>(shape.Rows(ConnectionPoints()).size());
-    if (glued.point && (*glued.point < 1 || *glued.point > count))
-      throw HostError(kHostBadIndex,
-                      InWords(ActivePage().NameOf(shape)) + " has no connection point " + std::to_string(*glued.point) + ".");
-  }
+  for (const End& glued : {begin, end}) RequirePoint(pageId, glued);
   const DrawingMaster* master = drawing_->BringMaster(masterName);
   if (!master) throw HostError(kHostBadIndex, "There is no master " + InWords(masterName) + ".");
   if (!master->TopShape() || !master->TopShape()->IsOneDimensional())
@@ -288,6 +282,27 @@ IVShapePtr DrawingHost::Connect(std::string_view masterName, int pageId, const E
     if (ends[i]->shape) Glue(ref, kConnectorEnds[i], *ends[i], places[1 - i]);
 
   return Announce(ref);
+}
+
+void DrawingHost::RequirePoint(int pageId, const End& end) {
+  if (!end.shape) return;
+  const DrawingShape& shape = ResolveShape({serial_, pageId, *end.shape});
+  const auto count = static_cast<int>(shape.Rows(ConnectionPoints()).size());
+  if (end.point && (*end.point < 1 || *end.point > count))
+    throw HostError(kHostBadIndex,
+                    InWords(ActivePage().NameOf(shape)) + " has no connection point " + std::to_string(*end.point) + ".");
+}
+
+void DrawingHost::Reglue(const SheetRef& connector, bool isBegin, const End& end) {
+  const Command command(*this, "Move Connector End");
+  ShowPage(connector.page);
+  const DrawingShape& shape = ResolveShape(connector);
+  if (!shape.IsOneDimensional()) throw HostError(kHostNotAllowed, "Only a connector has ends.");
+  if (!end.shape) throw HostError(kHostBadIndex, "An end is glued to a shape.");
+  RequirePoint(connector.page, end);
+  const ConnectorEnd &cells = kConnectorEnds[isBegin ? 0 : 1], &other = kConnectorEnds[isBegin ? 1 : 0];
+  Glue(connector, cells, end, {NumberIn(shape, other.x).value_or(0), NumberIn(shape, other.y).value_or(0)});
+  Announce(connector);
 }
 
 void DrawingHost::Glue(const SheetRef& connector, const ConnectorEnd& cells, const End& end, Point otherEnd) {

@@ -74,6 +74,9 @@ class DrawingHost {
     bool walks = false;  // without a point: glued to the shape as a whole, not to a new point at its outline
   };
   IVShapePtr Connect(std::string_view master, int pageId, const End& begin, const End& end);
+  // Takes an end of a connector to another shape of its page, selects the connector and tells of it as of one just drawn. A
+  // listener that refuses it may delete it.
+  void Reglue(const SheetRef& connector, bool isBegin, const End& end);
   void Select(const std::vector<int>& shapeIds);  // of the active page
   // Deletes those shapes of the active page after raising the event that comes before a selection goes.
   void DeleteSelection();
@@ -163,6 +166,7 @@ class DrawingHost {
   void SelectAndTell(std::vector<int> shapeIds);
   IVShapePtr Announce(const SheetRef& ref);
   void PutFormula(const SheetRef& ref, const CellAddress& address, std::string_view formula);
+  void RequirePoint(int pageId, const End& end);
   void Glue(const SheetRef& connector, const ConnectorEnd& cells, const End& end, Point otherEnd);
   int AddOutlinePoint(const SheetRef& ref, Point towards);
   void MoveRowsUp(const SheetRef& ref, const SectionInfo& section, short position);

@@ -362,6 +362,10 @@ class MastersObject : public IVMasters, OfDrawing {
 class DocumentObject : public IVDocument, OfDrawing {
  public:
   DocumentObject(DrawingHost& host, int drawing) : OfDrawing(host, drawing) {}
+  int ID() override {
+    Get();
+    return drawing_;
+  }
   IVPagesPtr Pages() override {
     Get();
     return std::make_shared<PagesObject>(host_, drawing_);

@@ -324,6 +324,13 @@ void Package::CheckNotOutdated(const std::filesystem::path& target) const {
         "(in a script \"overwrite\": true) over those changes.");
 }
 
+std::string Package::FileBytes() const {
+  if (!changed()) return archive_->Bytes();
+  const Packed packed = Pack(file_);
+  CheckPacked(packed);
+  return packed.archive->Bytes();
+}
+
 void Package::Save(const std::filesystem::path& target, Overwrite overwrite, FileSystem& files) try {
   std::string displayName = PathInWords(target);
   std::filesystem::path origin = std::filesystem::absolute(target);

@@ -99,6 +99,8 @@ class Package {
   // comes from when that holds other bytes by now.
   void Save(const std::filesystem::path& target, Overwrite overwrite = Overwrite::Refuse,
             FileSystem& files = MachineFileSystem());
+  // What a save would write. The package is as changed as before.
+  std::string FileBytes() const;
 
  private:
   struct Part {

@@ -61,6 +61,8 @@ class Desktop {
 
   // The form on top; one must be shown.
   virtual FormSeen SeeForm() = 0;
+  // A control of it; none when it has none of that name.
+  virtual std::optional<ControlSeen> SeeControl(const std::string& name) = 0;
 
   // --- What a person does to the form on top. The control and the item must be there, and the control one that takes it. Each
   // throws RuntimeError 5, and changes nothing, where a person could not do it.

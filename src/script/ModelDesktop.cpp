@@ -92,6 +92,11 @@ FormSeen ModelDesktop::SeeForm() {
   return seen;
 }
 
+std::optional<ControlSeen> ModelDesktop::SeeControl(const std::string& name) {
+  const Control* control = vardo::TopForm()->Find(name);
+  return control ? std::optional(See(*control)) : std::nullopt;
+}
+
 void ModelDesktop::Focus(const std::string& control) { driver_.Focus(Named(control)); }
 void ModelDesktop::Type(const std::string& control, const std::string& text) { driver_.Type(Named<TextControl>(control), text); }
 void ModelDesktop::Pick(const std::string& control, int index) { driver_.Pick(Named(control), index); }

@@ -21,6 +21,7 @@ class ModelDesktop : public Desktop {
   std::vector<std::string> LoadedForms() override;
   std::string TopForm() override;
   FormSeen SeeForm() override;
+  std::optional<ControlSeen> SeeControl(const std::string& name) override;
   void Focus(const std::string& control) override;
   void Type(const std::string& control, const std::string& text) override;
   void Pick(const std::string& control, int index) override;

@@ -594,10 +594,8 @@ int ItemArgument(const Json& arguments, const ControlSeen& control) {
 
 ControlSeen ScriptRunner::ControlArgument(const Json& arguments) {
   const std::string name = Text(arguments, "control");
-  FormSeen form = desktop_.SeeForm();
-  for (ControlSeen& control : form.controls)
-    if (control.name == name) return std::move(control);
-  Refuse("there is no control " + Quoted(name) + " on " + form.name);
+  if (auto control = desktop_.SeeControl(name)) return *std::move(control);
+  Refuse("there is no control " + Quoted(name) + " on " + desktop_.TopForm());
 }
 
 Json ScriptRunner::DescribeForm(const Json&) { return FormToJson(desktop_.SeeForm()); }

@@ -23,6 +23,7 @@ struct Addin {
   }
 
   ModuleLock loaded;
+  const DWORD thread = GetCurrentThreadId();
   Win32Presenter presenter{HostWindow};
   Win32Platform platform{[this] { return presenter.TopWindow(); }};
   Application commands;
@@ -33,6 +34,9 @@ struct Addin {
 // Never destroyed: what the commands have begun to listen to and to keep goes on until the process ends.
 Application& TheAddin() {
   static Addin& addin = *new Addin;
+  if (GetCurrentThreadId() != addin.thread)
+    throw AutomationError(RPC_E_WRONG_THREAD,
+                          "The add-in works on the one thread that first called it, which is the drawing host's.");
   return addin.commands;
 }
 

@@ -5,7 +5,8 @@
 
 namespace vardo {
 
-// Made on first use; from then on it stays, and the server loaded, until the process ends.
+// Made on first use; from then on it stays, and the server loaded, until the process ends. Throws AutomationError on any other
+// thread than that of the first use: the host's objects and the dialogs belong to that one.
 Application& TheAddin();
 
 }  // namespace vardo

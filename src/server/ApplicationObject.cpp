@@ -6,6 +6,9 @@
 #include "server/Module.h"
 #include "visio/Visio.h"
 
+// After windows.h, which it needs.
+#include <ocidl.h>
+
 #include <algorithm>
 #include <iterator>
 #include <string>
@@ -19,13 +22,24 @@ void Check(HRESULT result, const char* what) {
   if (FAILED(result)) throw AutomationError(result, what);
 }
 
-ComPtr<ITypeInfo> LoadApplicationTypeInfo() {
-  ComPtr<ITypeLib> library;
-  Check(LoadTypeLibEx(ModuleFile(OwnModule()).c_str(), REGKIND_NONE, library.Receive()),
-        "The type library in VardoBasic.dll cannot be read.");
-  ComPtr<ITypeInfo> info;
-  Check(library->GetTypeInfoOfGuid(IID__Application, info.Receive()), "The type library in VardoBasic.dll lacks the class.");
-  return info;
+// What the type library says of the interface and of the class.
+struct Description {
+  Description() {
+    ComPtr<ITypeLib> library;
+    Check(LoadTypeLibEx(ModuleFile(OwnModule()).c_str(), REGKIND_NONE, library.Receive()),
+          "The type library in VardoBasic.dll cannot be read.");
+    Check(library->GetTypeInfoOfGuid(IID__Application, interfaceInfo.Receive()),
+          "The type library in VardoBasic.dll lacks the interface.");
+    Check(library->GetTypeInfoOfGuid(CLSID_Application, classInfo.Receive()),
+          "The type library in VardoBasic.dll lacks the class.");
+  }
+  ComPtr<ITypeInfo> interfaceInfo, classInfo;
+};
+
+// Loaded once, and kept until the process ends: by then the library's own code may be gone.
+const Description& TheDescription() {
+  static const Description& description = *new Description;
+  return description;
 }
 
 // What Windows says about a number of its own, or where it has no words for it, the number.
@@ -39,7 +53,7 @@ std::string SystemText(HRESULT code) {
 // A call that automation itself refuses, for its name, its arguments or their types, gets a description, too.
 HRESULT ReportRefusal(HRESULT result) noexcept {
   if (SUCCEEDED(result) || result == DISP_E_EXCEPTION) return result;
-  return ToHresult([&] { throw AutomationError(result, SystemText(result)); });
+  return ToHresult([&] { throw AutomationError(result, SystemText(result)); }, IID__Application);
 }
 
 // Windows itself would follow every reference.
@@ -69,13 +83,25 @@ IDispatch* Required(IDispatch* object, const char* name) {
 // Most calls bring the host that the last one brought.
 IVApplicationPtr TheHost(IDispatch* application) { return WrapApplication(Required(application, "application"), visApp); }
 
-class ApplicationObject final : public ComObject<_Application>, public ISupportErrorInfo {
+// A command of the add-in, whose failure is one of its interface.
+template <class Command>
+HRESULT Run(const Command& command) noexcept {
+  return ToHresult([&] { command(TheAddin()); }, IID__Application);
+}
+
+class ApplicationObject final : public ComObject<_Application>, public ISupportErrorInfo, public IProvideClassInfo {
  public:
-  explicit ApplicationObject(ComPtr<ITypeInfo> typeInfo) : typeInfo_(std::move(typeInfo)) {}
+  explicit ApplicationObject(const Description& description)
+      : typeInfo_(description.interfaceInfo), classInfo_(description.classInfo) {}
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) noexcept override {
-    if (!object || id != __uuidof(ISupportErrorInfo)) return ComObject::QueryInterface(id, object);
-    *object = static_cast<ISupportErrorInfo*>(this);
+    if (!object) return E_POINTER;
+    if (id == __uuidof(ISupportErrorInfo))
+      *object = static_cast<ISupportErrorInfo*>(this);
+    else if (id == __uuidof(IProvideClassInfo))
+      *object = static_cast<IProvideClassInfo*>(this);
+    else
+      return ComObject::QueryInterface(id, object);
     AddRef();
     return S_OK;
   }
@@ -84,6 +110,13 @@ class ApplicationObject final : public ComObject<_Application>, public ISupportE
 
   HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID id) noexcept override {
     return id == IID__Application || id == __uuidof(IDispatch) ? S_OK : S_FALSE;
+  }
+
+  // By which callers tell the class's name from its interface's.
+  HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** info) noexcept override {
+    if (!info) return ReportRefusal(E_POINTER);
+    *info = ComPtr<ITypeInfo>(classInfo_).Detach();
+    return S_OK;
   }
 
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) noexcept override {
@@ -114,26 +147,26 @@ class ApplicationObject final : public ComObject<_Application>, public ISupportE
   }
 
   HRESULT STDMETHODCALLTYPE AddVardoMenu() noexcept override {
-    return ToHresult([] { TheAddin().AddVardoMenu(); });
+    return Run([](Application& addin) { addin.AddVardoMenu(); });
   }
   HRESULT STDMETHODCALLTYPE InitializePage() noexcept override {
-    return ToHresult([] { TheAddin().InitializePage(); });
+    return Run([](Application& addin) { addin.InitializePage(); });
   }
   HRESULT STDMETHODCALLTYPE SetupEventSink(IDispatch* application) noexcept override {
-    return ToHresult([&] { TheAddin().SetupEventSink(TheHost(application)); });
+    return Run([&](Application& addin) { addin.SetupEventSink(TheHost(application)); });
   }
   HRESULT STDMETHODCALLTYPE ShowEditor(IDispatch* application, IDispatch* shape) noexcept override {
-    return ToHresult([&] { TheAddin().ShowEditor(TheHost(application), WrapShape(Required(shape, "shape"))); });
+    return Run([&](Application& addin) { addin.ShowEditor(TheHost(application), WrapShape(Required(shape, "shape"))); });
   }
   HRESULT STDMETHODCALLTYPE Submodel(IDispatch* application, IDispatch* shape) noexcept override {
-    return ToHresult([&] { TheAddin().Submodel(TheHost(application), WrapShape(Required(shape, "shape"))); });
+    return Run([&](Application& addin) { addin.Submodel(TheHost(application), WrapShape(Required(shape, "shape"))); });
   }
   HRESULT STDMETHODCALLTYPE CloseSubmodel(IDispatch* application, IDispatch* page) noexcept override {
-    return ToHresult([&] { TheAddin().CloseSubmodel(TheHost(application), WrapPage(Required(page, "page"))); });
+    return Run([&](Application& addin) { addin.CloseSubmodel(TheHost(application), WrapPage(Required(page, "page"))); });
   }
   // Any object will do, so it is not looked at.
   HRESULT STDMETHODCALLTYPE CopyAndPaste(IDispatch*) noexcept override {
-    return ToHresult([] { TheAddin().CopyAndPaste({}); });
+    return Run([](Application& addin) { addin.CopyAndPaste({}); });
   }
 
  protected:
@@ -141,7 +174,7 @@ class ApplicationObject final : public ComObject<_Application>, public ISupportE
 
  private:
   ModuleLock lock_;
-  ComPtr<ITypeInfo> typeInfo_;
+  ComPtr<ITypeInfo> typeInfo_, classInfo_;
 };
 
 class ApplicationFactory final : public ComObject<IClassFactory> {
@@ -151,7 +184,7 @@ class ApplicationFactory final : public ComObject<IClassFactory> {
     *object = nullptr;
     if (outer) return ReportRefusal(CLASS_E_NOAGGREGATION);
     return ToHresult([&] {
-      const auto made = MakeCom<ApplicationObject>(LoadApplicationTypeInfo());
+      const auto made = MakeCom<ApplicationObject>(TheDescription());
       Check(made->QueryInterface(id, object), "Application does not offer the interface asked for.");
     });
   }

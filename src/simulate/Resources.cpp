@@ -267,12 +267,15 @@ void Resources::Release(const ReleaseTable& table, std::uint32_t row) {
   ServeFreed();
 }
 
+// What has been taken meanwhile is given back, too: nobody owes it any more.
 void Resources::GiveBackGranted(std::uint32_t seize, std::uint32_t row) {
   for (std::uint32_t held = world_.entities[row].held; held != kNone;) {
     const Held units = world_.entities.HeldAt(held);
     if (units.seize == seize) TakeBack(held, units.units);
     held = units.next;
   }
+  if (claims_.empty()) return;
+  if (std::erase_if(claims_, [&](const Claim& claim) { return claim.row == row && claim.seize == seize; }) != 0) Recheck(row);
 }
 
 void Resources::GiveBack(const SeizeRow& asked, std::uint32_t row) {

@@ -11,7 +11,7 @@ namespace vardo {
 namespace {
 
 constexpr VARTYPE kVariantByReference = VT_BYREF | VT_VARIANT;
-constexpr OLECHAR kErrorSource[] = L"VardoBasic.Application";
+constexpr std::string_view kErrorSource = "VardoBasic.Application";
 
 std::string HexText(HRESULT code) {
   char text[16];
@@ -245,6 +245,9 @@ Failure CurrentFailure() noexcept {
   try {
     try {
       throw;
+    } catch (const ToldHostError& error) {
+      code = HresultOf(error.number());
+      return {code, error.description(), error.help()};
     } catch (const AutomationError& error) {
       code = HresultOf(error.number());
       return {code, error.description()};
@@ -259,13 +262,18 @@ Failure CurrentFailure() noexcept {
   }
 }
 
-HRESULT ReportFailure(const Failure& failure) noexcept {
+HRESULT ReportFailure(const Failure& failure, REFIID called) noexcept {
   try {
     const unique_bstr description = ToBstr(failure.description);
+    const unique_bstr source = ToBstr(failure.help.source.empty() ? kErrorSource : failure.help.source);
+    const unique_bstr help = ToBstr(failure.help.file);
     ComPtr<ICreateErrorInfo> info;
     if (SUCCEEDED(CreateErrorInfo(info.Receive()))) {
+      info->SetGUID(called);
       info->SetDescription(description.get());
-      info->SetSource(const_cast<OLECHAR*>(kErrorSource));
+      info->SetSource(source.get());
+      if (SysStringLen(help.get()) != 0) info->SetHelpFile(help.get());
+      info->SetHelpContext(failure.help.context);
       SetErrorInfo(0, info.As<IErrorInfo>().get());
     }
   } catch (const std::bad_alloc&) {
@@ -283,7 +291,7 @@ void ThrowHostError(HRESULT code, EXCEPINFO& info, std::string_view member) {
   if (code == DISP_E_EXCEPTION && info.scode == 0 && info.wCode != 0) number = info.wCode;
   std::string text = FromBstr(description.get());
   if (text.empty()) text = "The drawing host failed at " + std::string(member) + " (" + HexText(number) + ").";
-  throw HostError(number, std::move(text));
+  throw ToldHostError(number, std::move(text), {FromBstr(source.get()), FromBstr(help.get()), info.dwHelpContext});
 }
 
 }  // namespace vardo

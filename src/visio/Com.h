@@ -184,31 +184,50 @@ std::vector<Variant> AsVariantArray(const VARIANT& value);
 // No argument at all, or an optional one left out.
 bool IsMissing(const VARIANT* value);
 
-// A failure as COM callers see it.
+// Where the host says that a failure of its own comes from, and where its help is.
+struct HelpOnFailure {
+  std::string source, file;
+  DWORD context = 0;
+};
+
+// What the host has refused, with all that it told.
+class ToldHostError : public HostError {
+ public:
+  ToldHostError(std::int32_t number, std::string description, HelpOnFailure help)
+      : HostError(number, std::move(description)), help_(std::move(help)) {}
+  const HelpOnFailure& help() const { return help_; }
+
+ private:
+  HelpOnFailure help_;
+};
+
+// A failure as COM callers see it; without a source it is the add-in's.
 struct Failure {
   HRESULT code;
   std::string description;
+  HelpOnFailure help = {};
 };
 
 // Numbers that are no HRESULTs become such ones of the control facility, as Basic's runtime numbers them.
 HRESULT HresultOf(std::int32_t number) noexcept;
 // What the exception being handled means. Its description is lost when there is no memory for it.
 Failure CurrentFailure() noexcept;
-// Leaves the description for the caller to fetch with GetErrorInfo, and returns the code.
-HRESULT ReportFailure(const Failure& failure) noexcept;
+// Leaves what there is to tell for the caller to fetch with GetErrorInfo, and returns the code. The interface is the one that was
+// called.
+HRESULT ReportFailure(const Failure& failure, REFIID called = GUID{}) noexcept;
 
 // Runs an action of an entry point. Whatever it throws ends here, as an HRESULT whose description GetErrorInfo tells.
 template <class Action>
-HRESULT ToHresult(Action&& action) noexcept {
+HRESULT ToHresult(Action&& action, REFIID called = GUID{}) noexcept {
   try {
     action();
     return S_OK;
   } catch (...) {
-    return ReportFailure(CurrentFailure());
+    return ReportFailure(CurrentFailure(), called);
   }
 }
 
-// The host's failure of that call, with its number and description, which the EXCEPINFO is emptied of. Throws HostError.
+// The host's failure of that call, with all that the EXCEPINFO tells, which is emptied. Throws ToldHostError.
 [[noreturn]] void ThrowHostError(HRESULT code, EXCEPINFO& info, std::string_view member);
 
 }  // namespace vardo

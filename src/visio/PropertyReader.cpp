@@ -17,8 +17,9 @@ constexpr int kSelectByMaster = 5;
 constexpr int kSkipSub = 0x0400;
 
 std::vector<int> IdsOf(const LateBound& page, int type, const Variant& of) {
-  const LateBound selection(HostClass::Selection, page.Call<ComPtr<IDispatch>>(L"CreateSelection", type, kSkipSub, of),
-                            page.dispids());
+  auto selected = page.Call<ComPtr<IDispatch>>(L"CreateSelection", type, kSkipSub, of);
+  if (!selected) throw HostError(kHostNotAllowed, "The drawing host has nothing for CreateSelection.");
+  const LateBound selection(HostClass::Selection, std::move(selected), page.dispids());
   Variant ids = Variant::NoArray(VT_I4);
   selection.Call(L"GetIDs", Variant::ReferenceTo(ids));
   return AsInt32Array(ids.get());
@@ -48,19 +49,32 @@ std::vector<int> InstancesOnPage(const LateBound& page, const ComPtr<IDispatch>&
   return IdsOf(page, kSelectByMaster, Variant(master));
 }
 
+// None where there is no label to prove it by, and of a host that does not tell.
+std::optional<PropertyReader::Row> PropertyReader::RowOf(IVShape& shape, const std::string& cell) try {
+  Row row = {shape.CellsRowIndex(cell), shape.Cells(cell + ".Label")->Formula()};
+  return row.label.empty() ? std::nullopt : std::optional(std::move(row));
+} catch (const HostError&) {
+  return std::nullopt;
+}
+
 std::vector<std::optional<std::string>> PropertyReader::Read(std::span<const int> positions, std::string_view field) {
   positions_ = positions;
   formulas_.assign(positions.size(), std::nullopt);
   const std::string cell = "Prop." + std::string(field);
   Indexes unread(positions.size());
   std::iota(unread.begin(), unread.end(), size_t{0});
+  bool readsRows = true;
   while (!unread.empty()) {
     const size_t first = unread.front();
     unread.erase(unread.begin());
     const IVShapePtr shape = shapes_.Item(positions[first]);
     formulas_[first] = FormulaIfThere(*shape, cell);
-    if (formulas_[first] && !unread.empty())
-      unread = ReadRow(unread, {shape->CellsRowIndex(cell), shape->Cells(cell + ".Label")->Formula()});
+    const auto row = formulas_[first] && readsRows && !unread.empty() ? RowOf(*shape, cell) : std::nullopt;
+    if (!row) continue;
+    // Where not even this one can be read so, the others are not tried.
+    Indexes unproven;
+    readsRows = TryRow(std::span(&first, 1), *row, unproven);
+    if (readsRows) unread = ReadRow(unread, *row);
   }
   return std::move(formulas_);
 }
@@ -83,7 +97,7 @@ bool PropertyReader::TryRow(std::span<const size_t> indexes, const Row& row, Ind
   Indexes asked;
   for (const size_t index : indexes) {
     const int id = ids_[static_cast<size_t>(positions_[index] - 1)];
-    if (id > SHRT_MAX || row.label.empty()) {
+    if (id > SHRT_MAX) {
       unproven.push_back(index);
       continue;
     }

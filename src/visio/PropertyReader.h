@@ -34,6 +34,7 @@ class PropertyReader {
     std::string label;  // the formula
   };
 
+  static std::optional<Row> RowOf(IVShape& shape, const std::string& cell);
   Indexes ReadRow(std::span<const size_t> indexes, const Row& row);
   bool TryRow(std::span<const size_t> indexes, const Row& row, Indexes& unproven);
 

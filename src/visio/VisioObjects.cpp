@@ -184,6 +184,7 @@ class VisioMasters : public Wrapper<IVMasters, HostClass::Masters> {
 class VisioDocument : public Wrapper<IVDocument, HostClass::Document> {
  public:
   using Wrapper::Wrapper;
+  int ID() override { return host().Get<int>(L"ID"); }
   IVPagesPtr Pages() override { return Get<VisioPages>(L"Pages"); }
   IVMastersPtr Masters() override { return Get<VisioMasters>(L"Masters"); }
   std::string Path() override { return host().Get<std::string>(L"Path"); }
@@ -263,10 +264,19 @@ class VisioEventList : public Wrapper<IVEventList, HostClass::EventList> {
   using Wrapper::Wrapper;
   IVEventPtr AddAdvise(std::int16_t code, const IVEventSinkPtr& sink, std::string_view iid,
                        std::string_view targetArgs) override {
-    return Make<VisioEvent>(L"AddAdvise", code, MakeEventSinkDispatch(sink, host().dispids()), iid, targetArgs);
+    if (sink != sink_) {
+      object_ = MakeEventSinkDispatch(sink, host().dispids());
+      sink_ = sink;
+    }
+    return Make<VisioEvent>(L"AddAdvise", code, object_, iid, targetArgs);
   }
   int Count() override { return host().Get<int>(L"Count"); }
   IVEventPtr Item(int index) override { return Get<VisioEvent>(L"Item", index); }
+
+ private:
+  // One object for all the events that a listener is advised of.
+  IVEventSinkPtr sink_;
+  ComPtr<IDispatch> object_;
 };
 
 class VisioApplication : public Wrapper<IVApplication, HostClass::Application> {

@@ -13,4 +13,7 @@ void MeasureMemory();
 // one size to the next.
 void MeasureOperations();
 
+// Prints how long the drawing window takes to paint and to follow the mouse on large pages. argv outlives the call.
+void MeasureWindow(int argc, char** argv);
+
 }  // namespace vardo

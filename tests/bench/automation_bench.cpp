@@ -112,6 +112,18 @@ void Measure(AddinSession& session, const AutomationAddin& addin, Person& person
   Print(modules, "type a name", typing.Read());
 }
 
+void MeasurePaste(AddinSession& session, const AutomationAddin& addin, int count, int modules) {
+  DrawingHost& host = session.host();
+  session.New();
+  test::AddModules(host, modules);
+  DrawingPage& page = host.ActivePage();
+  std::vector<SheetRef> originals;
+  for (int i = 1; i <= count; ++i) originals.push_back(host.RefTo(page, page.ShapeAt(i).id()));
+  const Meter pasting(addin);
+  host.Paste(originals, page.id());
+  Print(modules, fmt::format("paste {}", count), pasting.Read());
+}
+
 void MeasureAll() {
   const std::unique_ptr<Platform> machine = MakeNativePlatform();
   SetPlatform(machine.get());
@@ -124,6 +136,7 @@ void MeasureAll() {
              std::chrono::duration<double, std::milli>(Clock::now() - start).count());
   Person person(addin);
   for (const int modules : {100, 10'000}) Measure(session, addin, person, modules);
+  for (const int modules : {100, 1000, 10'000}) MeasurePaste(session, addin, 50, modules);
 }
 
 }  // namespace

@@ -14,7 +14,7 @@
 #include "forms/qt/QtPresenter.h"
 #include "forms/qt/QtSession.h"
 #elif defined VARDO_SCENARIO_WIN32
-#include "forms/win32/Win32Presenter.h"
+#include "forms/win32/Win32Driver.h"
 
 #include <objbase.h>
 #else
@@ -28,8 +28,8 @@ namespace {
 using Presenter = QtPresenter;
 using Session = QtSession;
 #elif defined VARDO_SCENARIO_WIN32
-struct Presenter : Win32Presenter {
-  explicit Presenter(std::function<void(Form&)> pump) : Win32Presenter(GetActiveWindow, std::move(pump)) {}
+struct Presenter : Win32Driver {
+  explicit Presenter(std::function<void(Form&)> pump) : Win32Driver(GetActiveWindow, std::move(pump)) {}
 };
 // As the thread of a drawing program is.
 struct Session {

@@ -66,7 +66,17 @@ class DrawnModel {
     return *this;
   }
 
-  ModelSource source() const { return source_; }
+  // A module in the middle of a connector; with both of its exits leading on where it has two.
+  DrawnModel& Insert(size_t connector, const std::string& kind, const std::string& name, const Properties& properties = {}) {
+    page_ = source_.connectors[connector].page;
+    const std::string behind = source_.modules[static_cast<size_t>(source_.connectors[connector].end.module)].name;
+    Add(kind, name, properties);
+    source_.connectors[connector].end.module = Find(name);
+    Connect(name, behind);
+    return kind == "Decide" ? ConnectSecond(name, behind) : *this;
+  }
+
+  const ModelSource& source() const { return source_; }
 
   std::shared_ptr<const Program> Compile(const RunSetup& setup) const {
     const Model model = MakeModel(source_);

@@ -29,13 +29,20 @@ inline int hostCalls = 0;
 
 class Cell : public IVCell {
  public:
-  explicit Cell(std::string& formula) : formula_(formula) {}
+  Cell(std::string& formula, std::string_view name, std::vector<std::string>& written)
+      : formula_(formula), name_(name), written_(written) {}
   std::string Formula() override { return ++hostCalls, formula_; }
-  void SetFormula(std::string_view formula) override { ++hostCalls, formula_ = formula; }
+  void SetFormula(std::string_view formula) override {
+    ++hostCalls;
+    formula_ = formula;
+    written_.push_back(name_);
+  }
   void SetResult(double) override { Unused(); }
 
  private:
   std::string& formula_;
+  std::string name_;
+  std::vector<std::string>& written_;
 };
 
 class Master : public IVMaster {
@@ -59,6 +66,8 @@ class Shape : public IVShape {
   size_t CellCount() const { return cells_.size(); }
   // The names of the rows added, as written.
   std::vector<std::string> rowsAdded;
+  // The cells written through cell objects, one entry a write.
+  std::vector<std::string> written;
   std::string master;
   int index = 0;
 
@@ -66,7 +75,7 @@ class Shape : public IVShape {
     ++hostCalls;
     const auto found = cells_.find(LowerAscii(name));
     if (found == cells_.end()) Refuse(kHostNoSuchCell, "no such cell");
-    return std::make_shared<Cell>(found->second);
+    return std::make_shared<Cell>(found->second, name, written);
   }
   bool CellExists(std::string_view name, short) override { return ++hostCalls, Find(name).has_value(); }
   short AddNamedRow(short section, std::string_view name, short) override {
@@ -157,6 +166,7 @@ class Pages : public IVPages {
 class Document : public IVDocument {
  public:
   std::shared_ptr<fake::Pages> pages = std::make_shared<fake::Pages>();
+  int ID() override { Unused(); }
   IVPagesPtr Pages() override { return ++hostCalls, pages; }
   std::string Path() override { Unused(); }
   IVMastersPtr Masters() override { Unused(); }

@@ -139,6 +139,7 @@ class ForwardingMasters : public Forwarding<IVMasters> {
 class ForwardingDocument : public Forwarding<IVDocument> {
  public:
   using Forwarding::Forwarding;
+  int ID() override { return Call("Document.ID").ID(); }
   IVPagesPtr Pages() override { return Wrap<ForwardingPages>(Call("Document.Pages").Pages()); }
   IVMastersPtr Masters() override { return Wrap<ForwardingMasters>(Call("Document.Masters").Masters()); }
   std::string Path() override { return Call("Document.Path").Path(); }

@@ -1247,10 +1247,14 @@ TEST_P(HostConformance, WhatWasDeletedIsGone) {
 
 TEST_P(HostConformance, AnOtherDrawingsObjectsAreGone) {
   const IVDocumentPtr document = app()->ActiveDocument();
+  const int id = document->ID();
   const IVPagePtr page = Page();
   const IVShapePtr shape = Drop();
+  EXPECT_EQ(app()->ActiveDocument()->ID(), id);
   user().NewDrawing();
   Drop();
+  EXPECT_NE(app()->ActiveDocument()->ID(), id);
+  EXPECT_EQ(ErrorOf([&] { document->ID(); }), kHostObjectGone);
   EXPECT_EQ(ErrorOf([&] { document->Pages(); }), kHostObjectGone);
   EXPECT_EQ(ErrorOf([&] { page->Name(); }), kHostObjectGone);
   EXPECT_EQ(ErrorOf([&] { shape->Name(); }), kHostObjectGone);

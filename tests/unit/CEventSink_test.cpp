@@ -1,6 +1,8 @@
 // The listener seen from the host's side: how it is registered, which codes it answers, and how it works off its queues.
 #include "events/CEventSink.h"
 
+#include "TestDrawings.h"
+#include "TestFiles.h"
 #include "TestPlatform.h"
 #include "addin/Application.h"
 #include "addin/Global_Variables.h"
@@ -152,6 +154,38 @@ TEST_F(EventSink, TheSubmodelCommandsUseTheirHostForThatCallOnly) {
   }
 }
 
+// Whichever window a person turns to, without an event that tells of it.
+TEST_F(EventSink, LooksAtTheRegistersOfEachDrawingWhenItIsFirstTheActiveOne) {
+  const test::TempFolder folder;
+  Drop("Create");
+  SetPagePropList(visApp->ActivePage(), "Create", "5");
+  host_.Save(folder / "unfit.vsdx");
+  DrawingHost first, second;
+  first.Open(folder / "unfit.vsdx");
+  second.New();  // so that their drawings have not the same number
+  second.Open(folder / "unfit.vsdx");
+  const auto registered = [&](DrawingHost& active) {
+    visApp = active.application();
+    sink_.MendRegisters();
+    return PropText(visApp->ActivePage()->PageSheet(), "Create");
+  };
+  const auto put = [](DrawingHost& host, std::string_view text) {
+    SetPagePropList(host.application()->ActivePage(), "Create", text);
+  };
+  EXPECT_EQ(registered(first), "1");
+  EXPECT_EQ(registered(second), "1");
+  put(first, "7");
+  EXPECT_EQ(registered(first), "7") << "what is done later stays";
+  put(first, "5");
+  EXPECT_EQ(registered(second), "1");
+  EXPECT_EQ(registered(first), "1") << "but not that the counting is undone";
+  put(first, "7");
+  put(second, "7");
+  Call(kEventDocumentClosed, second.application()->ActiveDocument());
+  EXPECT_EQ(registered(first), "7");
+  EXPECT_EQ(registered(second), "1") << "another with its number has been opened";
+}
+
 TEST_F(EventSink, AnswersItsCodesAndNoOthers) {
   const IVPagePtr bare = AddPage("Bare");
   for (int code = -32768; code <= 32767; ++code) {
@@ -168,6 +202,19 @@ TEST_F(EventSink, AnswersItsCodesAndNoOthers) {
   EXPECT_THAT(GetPagePropList(bare, "Create", ""), ElementsAre("1"));
   sink_.VisEventProc(901, visApp, 1, 1, visApp->ActiveWindow()->Selection(), "");
   EXPECT_THAT(GetPagePropList(bare, "Create", ""), ElementsAre(""));
+}
+
+TEST_F(EventSink, PicturesAndGuidesThatAMasterMadeAreNoModules) {
+  const test::TempFolder folder;
+  test::WriteFile(folder / "types.vsdx", test::ZipOf({.shapes = "<Shape ID='1' Type='Foreign' Master='2'/>"
+                                                                "<Shape ID='2' Type='Group' Master='2'/>"
+                                                                "<Shape ID='3' Type='Guide' Master='2'/>"
+                                                                "<Shape ID='4' Type='Shape' Master='2'/>",
+                                                      .masters = {{"Create", "<Shape ID='5' Type='Shape'/>"}}}));
+  host_.Open(folder / "types.vsdx");
+  const IVPagePtr page = visApp->ActivePage();
+  for (int i = 1; i <= 4; ++i) Call(kEventShapeAdded, page->Shapes()->Item(i));
+  EXPECT_THAT(GetPagePropList(page, "Create", ""), ElementsAre("2", "4"));
 }
 
 TEST_F(EventSink, SaysNothingWhenItCannotDoWhatItShould) {

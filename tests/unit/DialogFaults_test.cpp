@@ -146,6 +146,33 @@ TEST_P(SeparateFaults, TheThirdConnectionPointComesOnce) {
   EXPECT_EQ(shape->RowCount(kSectionConnectionPts), points + 1) << "as each was undone";
 }
 
+TEST_P(SeparateFaults, APointThatCannotBePlacedGoesAgainWhereverItStood) {
+  const IVShapePtr shape = DropFilled(table());
+  while (shape->RowCount(kSectionConnectionPts) > 1) shape->DeleteRow(kSectionConnectionPts, 1);
+  const auto save = [&](Form& form, int failing) {
+    Put(form, "cboType", "Duplicate Original");
+    faults_.Start(failing);
+    Click(form, "cmdOK");
+    faults_.SwitchOff();
+  };
+  Open(table(), shape, [&](Form& form) { save(form, std::numeric_limits<int>::max()); });
+  const auto added = std::ranges::find(faults_.members, "Shape.AddRow");
+  const auto placed = std::find(added, faults_.members.end(), "Cell.SetFormula") - faults_.members.begin() + 1;
+  ASSERT_EQ(shape->RowCount(kSectionConnectionPts), 2);
+  host_.Undo();
+  ASSERT_EQ(shape->RowCount(kSectionConnectionPts), 1);
+
+  Open(table(), shape, [&](Form& form) {
+    save(form, static_cast<int>(placed));
+    EXPECT_EQ(faults_.members.at(static_cast<size_t>(placed) - 1), "Cell.SetFormula");
+    EXPECT_EQ(platform_->messages.size(), 1u);
+    EXPECT_EQ(shape->RowCount(kSectionConnectionPts), 1);
+    Click(form, "cmdOK");
+  });
+  EXPECT_EQ(shape->RowCount(kSectionConnectionPts), 2);
+  EXPECT_EQ(shape->CellsSRC(kSectionConnectionPts, 1, kCellConnectionX)->Formula(), "Width*0.8912");
+}
+
 INSTANTIATE_TEST_SUITE_P(Forms, SeparateFaults, testing::Values(&TableOf("frmSeparate")), ParamName);
 
 // A Process that is renamed takes its submodel page along.

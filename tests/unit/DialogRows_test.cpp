@@ -117,6 +117,11 @@ TEST_P(RowLists, CountsThatAreNoNumberOfRows) {
   }
 }
 
+TEST_P(RowLists, OfACountBetweenTwoNumbersTheLowerCounts) {
+  Open(table(), DropWith({rows().examples[0]}, "2.6"),
+       [&](Form& form) { EXPECT_THAT(List(form).Items(), ElementsAre(a(), rows().shortLine, kEndOfList)); });
+}
+
 TEST_P(RowLists, RowsBeyondTheColumnsShowTheDefaults) {
   Open(table(), DropWith({rows().examples[0]}, "3"),
        [&](Form& form) { EXPECT_THAT(List(form).Items(), ElementsAre(a(), rows().shortLine, rows().shortLine, kEndOfList)); });
@@ -386,6 +391,53 @@ TEST_F(OwnRows, NamesTypedInOneResourceRowAreOfferedInTheNext) {
     EXPECT_THAT(ListAt(form, "lstResources").Items(),
                 ElementsAre("Resource;Clerk;1", "Resource;Clerk;1", "Set;Crew;1;Random;Chosen", "Set;Team;1;Random;",
                             "Set;Team;1;Specific Member;Which", kEndOfList));
+  });
+}
+
+TEST_F(OwnRows, ARowOfAForeignTypeIsForASetAndSoStored) {
+  const IVShapePtr shape = Drop("Process");
+  SetProperty(shape, "Process_RType", "Robot");
+  SetProperty(shape, "Process_RSetName", "Crew");
+  SetProperty(shape, "Process_RCount", "1");
+  Open(TableOf("frmProcess"), shape, [&](Form& form) {
+    EXPECT_THAT(ListAt(form, "lstResources").Items(), ElementsAre("Set;Crew;1;Cyclical;", kEndOfList));
+    Click(form, "cmdOK");
+  });
+  EXPECT_EQ(Property(shape, "Process_RType"), "Set");
+}
+
+TEST_F(OwnRows, ASetsRowBeyondTheColumnsShowsTheDefaultOfEach) {
+  const IVShapePtr shape = Drop("Process");
+  SetProperty(shape, "Process_RType", "Set;Set;Set");
+  for (const char* column : {"Process_RSetName", "Process_RSaveAttribute"}) SetProperty(shape, column, "Own");
+  SetProperty(shape, "Process_RInputAttribute", "7");
+  SetProperty(shape, "Process_RCount", "3");
+  Open(TableOf("frmProcess"), shape, [&](Form& form) {
+    EXPECT_THAT(ListAt(form, "lstResources").Items(),
+                ElementsAre("Set;Own;1;Cyclical;Own", "Set;Set 1;1;Cyclical;", "Set;Set 1;1;Cyclical;", kEndOfList));
+  });
+  SetProperty(shape, "Process_RSelectionRule", "SM;SM;SM");
+  Open(TableOf("frmProcess"), shape, [&](Form& form) {
+    EXPECT_THAT(ListAt(form, "lstResources").Items(), ElementsAre("Set;Own;1;Specific Member;7", "Set;Set 1;1;Specific Member;1",
+                                                                  "Set;Set 1;1;Specific Member;1", kEndOfList));
+  });
+}
+
+TEST_F(OwnRows, AnIndexThatIsStillEmptyIsTakenAndOfferedAsItIs) {
+  const DialogTable& rowTable = TableOf("frmProcess_Resource");
+  Open(TableOf("frmProcess"), Drop("Process"), [&](Form& form) {
+    Put(form, TableOf("frmProcess").rows[0].setup);
+    Add(form, rowTable, [&](Form& row) {
+      Put(row, {{"cboType", "Set"}, {"cboSelectionRule", "Specific Member"}});
+      dynamic_cast<ComboBox&>(At(row, "cboInputAttribute")).SetText("");
+      dynamic_cast<Button&>(At(row, "cmdOK")).Click();
+      EXPECT_FALSE(row.IsShown());
+    });
+    EXPECT_THAT(ListAt(form, "lstResources").Items(), ElementsAre("Set;Set 1;1;Specific Member;", kEndOfList));
+    Add(form, rowTable, [&](Form& row) {
+      for (const char* combo : {"cboSaveAttribute", "cboInputAttribute"})
+        EXPECT_THAT(Items(row, combo), Contains("").Times(1)) << combo;
+    });
   });
 }
 

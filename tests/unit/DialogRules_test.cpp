@@ -296,6 +296,24 @@ TEST_F(DialogRules, DimensionsAreLookedAtWhenTheRowsAreLeft) {
 
 // --- Texts that pass.
 
+// Programs can show what a person cannot pick.
+TEST_F(DialogRules, AChoiceOutsideItsListIsStoredAsTheLast) {
+  const struct {
+    const char *form, *kind, *box, *property, *stored;
+  } cases[] = {
+      {"frmDecide", "Decide", "cboType", "DecideType", "If"},
+      {"frmSeparate", "Separate", "cboType", "SeparateType", "Split"},
+      {"frmSeparate", "Separate", "cboMemberAttributes", "SeparateMemberAttributes", "Specific"},
+      {"frmProcess", "Process", "cboAllocation", "ProcessAllocation", "Other"},
+      {"frmResource", "Resource", "cboType", "ResourceType", "Schedule"},
+  };
+  for (const auto& c : cases) {
+    const IVShapePtr shape = Drop(c.kind);
+    Save(TableOf(c.form), shape, {{c.box, "Odd"}});
+    EXPECT_EQ(Property(shape, c.property), c.stored) << c.box;
+  }
+}
+
 TEST_F(DialogRules, TextsThatTheChecksLetPass) {
   const struct {
     const char* form;
@@ -343,6 +361,21 @@ TEST_P(AnyModule, AnEmptiedNameGetsTheTextThatTheShapeHasByThen) {
     presenter_.Focus(At(form, "cmdHelp"));
     EXPECT_EQ(TextOf(form, table().name), "By then");
   });
+}
+
+TEST_P(AnyModule, ANameIsInUseWhenItIsSoByThen) {
+  const IVShapePtr other = Drop(table().kind), shape = Drop(table().kind);
+  const std::string nameProperty = table().fields.front().property;
+  Open(table(), shape, [&](Form& form) {
+    Put(form, table().name, "Taken");
+    SetProperty(other, nameProperty, "taken");
+    Click(form, "cmdOK");
+    EXPECT_TRUE(form.IsShown());
+    SetProperty(other, nameProperty, "free");
+    Click(form, "cmdOK");
+    EXPECT_FALSE(form.IsShown());
+  });
+  EXPECT_EQ(shape->Text(), "Taken");
 }
 
 TEST_P(AnyModule, OKWritesToTheShapeThatIsSelectedByThen) {

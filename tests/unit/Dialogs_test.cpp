@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <iterator>
 #include <set>
+#include <utility>
 
 namespace vardo::test {
 namespace {
@@ -171,6 +172,24 @@ TEST_P(AllDialogs, IsMadeOfItsControls) {
     EXPECT_EQ(form.Controls().size(), expected.size());
     EXPECT_EQ(form.DefaultButton(), form.Find("cmdOK"));
     EXPECT_EQ(form.Focus(), form.Find(table().controls[0].name));
+  });
+}
+
+TEST_P(AllDialogs, TabGoesThroughWhatIsShownAsOneReads) {
+  OpenAny(table(), false, [&](Form& form) {
+    InEveryState(form, [&] {
+      std::vector<Control*> boxes;
+      std::copy_if(form.Controls().begin(), form.Controls().end(), std::back_inserter(boxes),
+                   [](const Control* control) { return control->Shown() && control->TakesFocus(); });
+      const auto placeOf = [](const Control* box) { return std::pair(box->Place().top, box->Place().left); };
+      std::ranges::sort(boxes, {}, placeOf);
+      form.FocusFirst();
+      for (const Control* box : boxes) {
+        EXPECT_EQ(form.Focus()->name(), box->name());
+        presenter_.Key(form, "Tab");
+      }
+      EXPECT_EQ(form.Focus(), boxes.front()) << "and round again";
+    });
   });
 }
 

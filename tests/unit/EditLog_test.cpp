@@ -182,6 +182,14 @@ TEST_F(EditLogTest, TheOldestStepsAreDroppedBeyondTheLimit) {
   EXPECT_EQ(root().attribute("a").as_int(), 6);
 }
 
+TEST_F(EditLogTest, TheLastStepIsKeptHoweverMuchItHolds) {
+  log().SetLimit({.steps = 10, .bytes = 1});
+  for (const char* text : {"2", "3"}) Set("a", text);
+  EXPECT_THAT(log().UndoLabels(), testing::SizeIs(1));
+  log().Undo();
+  EXPECT_EQ(root().attribute("a").as_int(), 2);
+}
+
 TEST_F(EditLogTest, WhatTheLogHoldsStaysWithinTheLimit) {
   log().SetLimit({.steps = 1'000'000, .bytes = 20'000});
   for (int i = 0; i < 2'000; ++i) {

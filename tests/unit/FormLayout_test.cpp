@@ -65,7 +65,10 @@ TEST(FormLayout, OnlyBoxesThatTakeEachOthersPlaceOverlap) {
 
 TEST(FormLayout, LabelsStandInOneColumnAndBoxesInTheNext) {
   const LaidOutForm form;
-  for (const Label* label : {&form.lblB, &form.lblD, &form.lblE}) EXPECT_EQ(label->Place().left, form.lblA.Place().left);
+  for (const Label* label : {&form.lblA, &form.lblB, &form.lblD, &form.lblE}) {
+    EXPECT_EQ(label->Place().left, form.lblA.Place().left);
+    EXPECT_EQ(Right(*label) + 120, form.cboA.Place().left) << "a gap between them";
+  }
   for (const Control* box : {static_cast<const Control*>(&form.txtB), static_cast<const Control*>(&form.txtE)}) {
     EXPECT_EQ(box->Place().left, form.cboA.Place().left);
     EXPECT_EQ(box->Place().width, 3000);

@@ -1,5 +1,6 @@
 #include "connect/Glue_Connections.h"
 
+#include "Forwarding.h"
 #include "TestPlatform.h"
 #include "addin/Global_Variables.h"
 #include "addin/host/HostConstants.h"
@@ -129,6 +130,34 @@ TEST_F(GlueConnections, AnExitIsLeftByTheConnectorMadeForIt) {
     }
 }
 
+TEST_F(GlueConnections, AnEndIsGluedByItsXFirst) {
+  const IVShapePtr from = Drop("Create"), connector = Connect("Dynamic connector", from, Drop("Process"));
+  // A host that takes one formula more.
+  class : public HostCallObserver {
+   public:
+    void BeforeCall(std::string_view member) override {
+      if (member == "Cell.SetFormula" && ++writes_ > 1) throw HostError(kHostNotAllowed, "no more");
+    }
+
+   private:
+    int writes_ = 0;
+  } host;
+  visApp = ObserveHost(host_.application(), host);
+  CheckConnector();
+  EXPECT_EQ(Formula(connector, "BeginX"), Glued(from->Name(), '1'));
+  EXPECT_NE(Formula(connector, "BeginY"), Glued(from->Name(), '1'));
+}
+
+TEST_F(GlueConnections, ShapesOfOtherKindsKeepAllTheirPoints) {
+  const IVShapePtr from = Drop("Create"), to = Drop("Process");
+  for (const IVShapePtr& shape : {from, to})
+    while (Points(shape) < 6) shape->AddRow(kSectionConnectionPts, static_cast<short>(Points(shape)), kTagDefault);
+  Connect("Dynamic connector", from, to, true);
+  CheckConnectorShapes(from->Name(), to->Name(), "Rectangle", "Conveyor");
+  EXPECT_EQ(Points(from), 6);
+  EXPECT_EQ(Points(to), 6);
+}
+
 TEST_F(GlueConnections, OtherConnectorsAreRefusedAndDeleted) {
   const struct {
     const char *connector, *from;
@@ -154,14 +183,19 @@ TEST_F(GlueConnections, OtherConnectorsAreRefusedAndDeleted) {
 }
 
 TEST_F(GlueConnections, DuplicatesLeaveASeparateOnlyByAThirdPointOfItsOwn) {
-  const IVShapePtr separate = Drop("Separate");
-  separate->DeleteRow(kSectionConnectionPts, 2);
-  const IVShapePtr connector = Connect("Duplicate Connector", separate, Drop("Process"));
-  ASSERT_EQ(Points(separate), 3) << "the host's point stands in the third place";
-  CheckConnector();
-  EXPECT_THAT(Messages(), ElementsAre(std::string(kNoDuplicates)));
-  EXPECT_FALSE(IsThere(connector));
-  EXPECT_EQ(Points(separate), 2);
+  // Hosts differ in how they write the mark of a point that they have made.
+  for (const char* mark : {"1", "TRUE"}) {
+    const IVShapePtr separate = Drop("Separate");
+    separate->DeleteRow(kSectionConnectionPts, 2);
+    const IVShapePtr connector = Connect("Duplicate Connector", separate, Drop("Process"));
+    ASSERT_EQ(Points(separate), 3) << "the host's point stands in the third place";
+    separate->CellsSRC(kSectionConnectionPts, 2, kCellConnectionAutoGen)->SetFormula(mark);
+    CheckConnector();
+    EXPECT_THAT(Messages(), ElementsAre(std::string(kNoDuplicates))) << mark;
+    EXPECT_FALSE(IsThere(connector));
+    EXPECT_EQ(Points(separate), 2) << mark;
+    platform_->messages.clear();
+  }
 }
 
 TEST_F(GlueConnections, AFurtherInstanceIsTheSameConnector) {

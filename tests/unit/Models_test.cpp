@@ -213,6 +213,17 @@ TEST_F(Models, PreemptStopsTheWorkUntilTheBreakIsOver) {
   EXPECT_EQ(Mean("Process/Serve/Delay time"), 2.5);
 }
 
+// The unit was taken in the very instant in which the work ended: given back, it is nobody's.
+TEST_F(Models, WorkThatEndsAsTheBreakBeginsOwesNothing) {
+  DrawnModel model = OnSchedule("Preempt", "2", "2");
+  model.Add("Process", "Pack", Work(".5")).Reconnect("Serve", "Pack").Connect("Pack", "Go");
+  Run(model, Until(20));
+  // 0 - 2 and 3 - 5, with half an hour behind each.
+  EXPECT_EQ(Value("Entity/Entity 1/Total time").min, 2.5);
+  EXPECT_EQ(Value("Entity/Entity 1/Total time").max, 5.5);
+  EXPECT_TRUE(record_.warnings.empty());
+}
+
 TEST_F(Models, ArrivalsFollowTheRateOfTheirSchedule) {
   DrawnModel model;
   model.Add("Schedule", "Rates",

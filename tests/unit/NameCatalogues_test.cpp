@@ -133,6 +133,8 @@ TEST_F(NameCatalogues, FillQueueComboAddsTheQueuesOfBatchesAndProcesses) {
   BuildNameCatalogues();
   Drop("Process", {{"ProcessName", "Paint"}});
   Drop("Process", {});
+  Drop("Process", {{"ProcessName", "crate"}});
+  Drop("Process", {{"ProcessName", "Paint"}});
   Drop("Batch", {{"BatchName", "Crate"}});
   Drop("Queue", {{"QueueName", "Line"}});
   Drop("Set", {{"SetQueueMembers", "Desk;line;Door"}});

@@ -126,6 +126,9 @@ TEST(SetPropList, CreatesAMissingPropertyHidden) {
       {"Prop.Foo.SortKey", R"("")"}, {"Prop.Foo.Format", R"("@")"},  {"Prop.Foo.Invisible", "1"},  {"Prop.Foo.Verify", "0"},
   };
   for (const auto& [cell, formula] : cells) EXPECT_EQ(shape->Find(cell), formula) << cell;
+  EXPECT_THAT(shape->written, ElementsAre("Prop.Foo.Label", "Prop.Foo.Prompt", "Prop.Foo.Type", "Prop.Foo.SortKey",
+                                          "Prop.Foo.Format", "Prop.Foo.Invisible", "Prop.Foo.Verify", "Prop.Foo"))
+      << "a host that takes no more of it leaves a row that is known by its label";
 }
 
 TEST(SetPagePropList, CreatesAMissingPropertyHidden) {

@@ -1,19 +1,25 @@
-// A script whose answers do not arrive.
+// The script language at its edges: requests as large as they may be, and answers that do not arrive.
 #include "script/ScriptRunner.h"
 
+#include "base/Errors.h"
 #include "forms/Forms.h"
 #include "forms/headless/HeadlessPresenter.h"
 #include "platform/NativePlatform.h"
+#include "script/InputLines.h"
 #include "script/ModelDesktop.h"
+#include "script/Request.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <iostream>
 #include <memory>
 #include <optional>
 #include <ostream>
+#include <sstream>
 #include <streambuf>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -83,6 +89,48 @@ TEST(ScriptRunner, GoesOnOnlyWhileItCanAnswer) {
     EXPECT_EQ(course.status, 1) << lines;
     EXPECT_FALSE(course.aFormIsLeft) << lines;
   }
+}
+
+std::string Repeated(std::string_view text, size_t times) {
+  std::string repeated;
+  while (times-- > 0) repeated += text;
+  return repeated;
+}
+
+TEST(Request, IsTakenUpToItsLimitsAndNotBeyond) {
+  const auto nested = [](size_t depth) { return R"({"a":)" + Repeated("[", depth - 1) + Repeated("]", depth - 1) + "}"; };
+  const auto members = [](size_t count) {
+    std::string request = R"({"0":0)";
+    for (size_t i = 1; i < count; ++i) request += ",\"" + std::to_string(i) + "\":0";
+    return request + "}";
+  };
+  const auto ofLength = [](size_t length) { return "{}" + std::string(length - 2, ' '); };
+  const struct {
+    std::string most, tooMuch;
+    const char* why;
+  } cases[] = {{nested(64), nested(65), "nested deeper"},
+               {members(256), members(257), "of more than 256 members"},
+               {ofLength(kLongestRequest), ofLength(kLongestRequest + 1), "longer than 16 MiB"}};
+  for (const auto& c : cases) {
+    EXPECT_NO_THROW(ParseRequest(c.most)) << c.why;
+    try {
+      ParseRequest(c.tooMuch);
+      ADD_FAILURE() << c.why;
+    } catch (const RuntimeError& error) {
+      EXPECT_NE(error.description().find(c.why), std::string::npos) << error.description();
+    }
+  }
+}
+
+TEST(InputLines, OfALineThatIsTooLongEnoughIsReadToSaySo) {
+  std::stringbuf text(std::string(kLongestRequest + 5, 'a') + "\nnext");
+  std::streambuf* const before = std::cin.rdbuf(&text);
+  const auto tooLong = ReadInputLine(), next = ReadInputLine(), none = ReadInputLine();
+  std::cin.rdbuf(before);
+  ASSERT_TRUE(tooLong && next);
+  EXPECT_EQ(tooLong->size(), kLongestRequest + 1);
+  EXPECT_EQ(*next, "next");
+  EXPECT_FALSE(none);
 }
 
 }  // namespace

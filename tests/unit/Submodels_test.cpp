@@ -1,9 +1,10 @@
-// The submodel pages of Processes that stand in groups, which are in no register.
+// The submodel pages of Processes that stand in groups, which are in no register; and what submodel pages are called.
 #include "TestDrawings.h"
 #include "TestPlatform.h"
 #include "addin/host/IVApplication.h"
 #include "addin/host/IVDocument.h"
 #include "addin/host/IVShape.h"
+#include "events/SubmodelPages.h"
 #include "props/PropertyCells.h"
 #include "script/AddinSession.h"
 
@@ -109,6 +110,28 @@ TEST_F(GroupedProcesses, APageOfTheirsLeadsBackWhenItsParentWasRenamed) {
   host().RenamePage(first_, "Office");
   session_.CloseSubmodel(host().drawing().FindPage("Serve (Submodel)")->id());
   EXPECT_EQ(host().ActivePage().Name(), "Office");
+}
+
+// --- The names of their pages.
+
+class SubmodelPageNames : public testing::Test {
+ protected:
+  SubmodelPageNames() {
+    session_.New();
+    for (const char* page : {"THE QUITE LONG NAME 0_X", "the quite long name of a page", "The quite long nam"})
+      session_.host().AddPage(page);
+  }
+
+  TestPlatform platform_;
+  AddinSession session_{true};
+};
+
+TEST_F(SubmodelPageNames, PagesThatStartAlikeCountWhateverTheirCase) {
+  EXPECT_EQ(SubmodelPageName("The quite long name of all", ""), "The quite long nam3 (Submodel)");
+}
+
+TEST_F(SubmodelPageNames, ThePageThatTheProcessHasIsFoundWhateverItsCase) {
+  EXPECT_EQ(SubmodelPageName("The quite long name of all", "The Quite Long Name 0_x"), "The Quite Long Name 0_x");
 }
 
 }  // namespace

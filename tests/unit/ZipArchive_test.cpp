@@ -34,6 +34,12 @@ TEST(ZipArchive, CopiesAddsAndLeavesOut) {
   EXPECT_EQ(changed.Comment(), "a comment");
 }
 
+TEST(ZipArchive, ACommentMayBeAsLongAsItsLengthCanSay) {
+  const std::string longest(0xFFFF, 'c');
+  const ZipArchive archive(MakeZip({{"a", "one"}}, longest), "test");
+  EXPECT_EQ(archive.Comment(), longest);
+}
+
 TEST(ZipArchive, AnArchiveBeginsWithNothing) {
   const ZipArchive nothing("test");
   ZipWriter writer(nothing);

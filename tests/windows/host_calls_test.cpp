@@ -26,6 +26,45 @@
 namespace vardo {
 namespace {
 
+// A host of which one member is missing, or has nothing to give.
+struct Poor {
+  std::wstring member;
+  bool hasNothing = false;
+  int asked = 0;
+};
+class PoorObject : public ComObject<IDispatch> {
+ public:
+  PoorObject(ComPtr<IDispatch> rich, Poor& poor) : rich_(std::move(rich)), poor_(poor) {}
+
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) noexcept override { return rich_->GetTypeInfoCount(count); }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID language, ITypeInfo** info) noexcept override {
+    return rich_->GetTypeInfo(index, language, info);
+  }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID id, LPOLESTR* names, UINT count, LCID language, DISPID* ids) noexcept override {
+    if (names[0] != poor_.member) return rich_->GetIDsOfNames(id, names, count, language, ids);
+    ++poor_.asked;
+    if (!poor_.hasNothing) return DISP_E_UNKNOWNNAME;
+    *ids = kNothing;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID id, LCID language, WORD kind, DISPPARAMS* arguments, VARIANT* result,
+                                   EXCEPINFO* failure, UINT* wrong) noexcept override {
+    if (member == kNothing) {
+      *result = Variant(ComPtr<IDispatch>()).Detach();
+      return S_OK;
+    }
+    const HRESULT code = rich_->Invoke(member, id, language, kind, arguments, result, failure, wrong);
+    if (SUCCEEDED(code) && result && result->vt == VT_DISPATCH && result->pdispVal)
+      *result = Variant(MakeCom<PoorObject>(ComPtr<IDispatch>::Attach(result->pdispVal), poor_).As<IDispatch>()).Detach();
+    return code;
+  }
+
+ private:
+  static constexpr DISPID kNothing = 0x7000;
+  ComPtr<IDispatch> rich_;
+  Poor& poor_;
+};
+
 class HostCalls : public testing::Test {
  protected:
   HostCalls() {
@@ -121,6 +160,32 @@ TEST_F(HostCalls, APasteReadsTheDrawingOnce) {
   EXPECT_EQ(thirty - twenty, twenty - ten) << "each pasted module takes the same";
   EXPECT_LT((twenty - ten) / 10, 80u);
   EXPECT_EQ(CallsOfPasting(10, 1000), ten) << "whatever is there already";
+}
+
+TEST_F(HostCalls, AHostThatCannotReadInBulkIsAskedShapeByShape) {
+  Fill(30);
+  const std::vector<int> positions = {20, 19, 18, 17, 16, 23, 24, 25, 26, 27};
+  const auto read = [&](IVPage& page) {
+    StringList texts;
+    const BulkTexts formulas = page.PropertyFormulas(positions, "CreateName");
+    for (const auto& text : formulas.texts()) texts.emplace_back(text.value_or("none"));
+    return texts;
+  };
+  const StringList wanted = read(*host_.application()->ActivePage());
+  const struct {
+    Poor poor;
+    int mostAsked;
+  } hosts[] = {{{L"CreateSelection"}, 1},
+               {{L"CreateSelection", true}, 1},
+               {{L"GetIDs"}, 1},
+               {{L"CellsRowIndex"}, static_cast<int>(positions.size())},
+               {{L"GetFormulas"}, 1}};
+  for (auto [poor, mostAsked] : hosts) {
+    const auto page = MakeCom<PoorObject>(automation_.Offer(host_.application()->ActivePage()), poor);
+    EXPECT_EQ(read(*WrapPage(page.get())), wanted) << FromWide(poor.member);
+    EXPECT_GT(poor.asked, 0) << FromWide(poor.member);
+    EXPECT_LE(poor.asked, mostAsked) << FromWide(poor.member);
+  }
 }
 
 TEST_F(HostCalls, EachPastedModuleHasANameOfItsOwn) {

@@ -4,7 +4,7 @@
 #include "forms/win32/DialogFont.h"
 #include "forms/win32/Keys.h"
 #include "forms/win32/MessageLoop.h"
-#include "forms/win32/Win32Presenter.h"
+#include "forms/win32/Win32Driver.h"
 #include "forms/win32/WindowNames.h"
 #include "platform/win32/Screen.h"
 #include "platform/win32/WideText.h"
@@ -24,6 +24,7 @@
 #include <functional>
 #include <optional>
 #include <random>
+#include <set>
 #include <thread>
 
 namespace vardo {
@@ -44,9 +45,9 @@ class WindowsEnvironment : public testing::Environment {
 [[maybe_unused]] const auto* const kEnvironment = testing::AddGlobalTestEnvironment(new WindowsEnvironment);
 
 // Pumped, and over whatever window is active.
-class PumpedPresenter : public Win32Presenter {
+class PumpedPresenter : public Win32Driver {
  public:
-  explicit PumpedPresenter(std::function<void(Form&)> pump) : Win32Presenter(GetActiveWindow, std::move(pump)) {}
+  explicit PumpedPresenter(std::function<void(Form&)> pump) : Win32Driver(GetActiveWindow, std::move(pump)) {}
 };
 
 // A window as the host has one.
@@ -96,8 +97,8 @@ class Win32PresenterTest : public PresenterTest {
 
   // Shows the form and runs the body on it; the window is that of the form.
   template <class F>
-  void WithWindow(const std::function<void(F&, HWND, Win32Presenter&)>& body) {
-    Win32Presenter* driver = nullptr;
+  void WithWindow(const std::function<void(F&, HWND, Win32Driver&)>& body) {
+    Win32Driver* driver = nullptr;
     PumpedPresenter presenter([&](Form& form) {
       AwaitQuietScreen();
       ASSERT_EQ(GetActiveWindow(), driver->WindowOf(form));
@@ -240,7 +241,7 @@ TEST_P(SameAsTheModel, WhateverAPersonDoes) {
 INSTANTIATE_TEST_SUITE_P(Win32Presenter, SameAsTheModel, testing::ValuesIn(kScripts));
 
 TEST_F(Win32PresenterTest, WindowIsWhereTheFormSaysWithItsControlsInPlace) {
-  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Presenter&) {
+  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Driver&) {
     const int dotsPerInch = ScreenOf(window).dotsPerInch;
     EXPECT_EQ(TextOf(window), "Test");
     EXPECT_EQ(NameOfWindow(window, kFormProperty), "TestForm");
@@ -271,7 +272,7 @@ TEST_F(Win32PresenterTest, WindowIsWhereTheFormSaysWithItsControlsInPlace) {
 }
 
 TEST_F(Win32PresenterTest, TextsStandInTheMiddleOfTheirBoxes) {
-  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Presenter&) {
+  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Driver&) {
     form.cboName.SetText("Entity 1");
     for (const char* name : {"cboName", "cboType", "txtValue"}) {
       const HWND box = Find(window, name);
@@ -288,14 +289,14 @@ TEST_F(Win32PresenterTest, TextsStandInTheMiddleOfTheirBoxes) {
 }
 
 TEST_F(Win32PresenterTest, WindowsHaveVisualStyles) {
-  WithWindow<TestForm>([](TestForm&, HWND window, Win32Presenter&) {
+  WithWindow<TestForm>([](TestForm&, HWND window, Win32Driver&) {
     // Only the new library knows this message.
     EXPECT_NE(Ask(Find(window, "cboName"), CB_GETMINVISIBLE), 0);
   });
 }
 
 TEST_F(Win32PresenterTest, ScreenReadersFindEachBoxByItsLabel) {
-  WithWindow<TestForm>([](TestForm&, HWND window, Win32Presenter&) {
+  WithWindow<TestForm>([](TestForm&, HWND window, Win32Driver&) {
     const struct {
       const char* control;
       const char* label;
@@ -379,13 +380,13 @@ class PairForm : public Form {
 
 TEST_F(Win32PresenterTest, ScreenReadersAreToldTheLabelOfABoxThatDoesNotFollowIt) {
   NotedNames service;
-  WithWindow<PairForm>([&](PairForm&, HWND window, Win32Presenter&) {
+  WithWindow<PairForm>([&](PairForm&, HWND window, Win32Driver&) {
     EXPECT_THAT(service.names, ElementsAre(testing::Pair(Find(window, "txtMost"), "Least & most")));
   });
 }
 
 TEST_F(Win32PresenterTest, WhatTheProgramChangesIsSeen) {
-  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Presenter&) {
+  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Driver&) {
     form.txtValue.SetText("42");
     form.cboName.SetText("Entity 2");
     form.cboName.AddItem("Entity 4");
@@ -416,7 +417,7 @@ TEST_F(Win32PresenterTest, WhatTheProgramChangesIsSeen) {
 }
 
 TEST_F(Win32PresenterTest, PickOnlyComboShowsForeignTextAndTakesNoTyping) {
-  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Presenter& driver) {
+  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Driver& driver) {
     const HWND units = Find(window, "cboUnits");
     EXPECT_EQ(TextOf(units), "fortnights");
     EXPECT_EQ(Ask(units, CB_GETCURSEL), -1);
@@ -436,7 +437,7 @@ TEST_F(Win32PresenterTest, PickOnlyComboShowsForeignTextAndTakesNoTyping) {
 }
 
 TEST_F(Win32PresenterTest, KeysOfTheKeyboardReachTheForm) {
-  WithWindow<TestForm>([](TestForm& form, HWND, Win32Presenter&) {
+  WithWindow<TestForm>([](TestForm& form, HWND, Win32Driver&) {
     const auto press = [&](WORD key, WORD held = 0) {
       PressKey(key, held);
       return form.Focus() ? form.Focus()->name() : "none";
@@ -472,18 +473,18 @@ TEST_F(Win32PresenterTest, KeysOfTheKeyboardReachTheForm) {
 }
 
 TEST_F(Win32PresenterTest, EscapeAndTheCloseBoxCancel) {
-  WithWindow<TestForm>([](TestForm& form, HWND, Win32Presenter&) {
+  WithWindow<TestForm>([](TestForm& form, HWND, Win32Driver&) {
     PressKey(VK_ESCAPE);
     EXPECT_FALSE(form.IsShown());
   });
   EXPECT_THAT(std::exchange(trace, {}), ElementsAre("cboName LostFocus"));
-  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Presenter&) {
+  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Driver&) {
     SendMessageW(window, WM_SYSCOMMAND, SC_CLOSE, 0);
     EXPECT_FALSE(form.IsShown());
   });
   EXPECT_THAT(std::exchange(trace, {}), ElementsAre("cboName LostFocus"));
   for (const char* control : {"cboName", "txtValue", "cmdAdd"}) {
-    WithWindow<TestForm>([&](TestForm& form, HWND, Win32Presenter& driver) {
+    WithWindow<TestForm>([&](TestForm& form, HWND, Win32Driver& driver) {
       driver.Focus(*form.Find(control));
       PressKey(VK_F4, VK_MENU);
       EXPECT_FALSE(form.IsShown()) << "Alt+F4 from " << control;
@@ -492,7 +493,7 @@ TEST_F(Win32PresenterTest, EscapeAndTheCloseBoxCancel) {
 }
 
 TEST_F(Win32PresenterTest, TypingInTheMiddleKeepsTheCaret) {
-  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Presenter& driver) {
+  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Driver& driver) {
     driver.Type(form.cboName, "Entity 2");
     const HWND edit = EditOf(Find(window, "cboName"));
     Ask(edit, EM_SETSEL, 3, 3);
@@ -504,7 +505,7 @@ TEST_F(Win32PresenterTest, TypingInTheMiddleKeepsTheCaret) {
 }
 
 TEST_F(Win32PresenterTest, MouseMovesTheFocusAndChoosesItems) {
-  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Presenter&) {
+  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Driver&) {
     ClickOnWindow(Find(window, "txtValue"));
     EXPECT_THAT(std::exchange(trace, {}), ElementsAre("cboName LostFocus"));
     EXPECT_EQ(form.Focus(), &form.txtValue);
@@ -533,7 +534,7 @@ TEST_F(Win32PresenterTest, MouseMovesTheFocusAndChoosesItems) {
 }
 
 TEST_F(Win32PresenterTest, MouseDoesNothingToWhatLeavingABoxHides) {
-  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Presenter&) {
+  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Driver&) {
     form.cboName.LostFocus = [&form] {
       for (Control* hidden : std::initializer_list<Control*>{&form.cboUnits, &form.chkStatistics, &form.lstRows})
         hidden->SetVisible(false);
@@ -553,7 +554,7 @@ TEST_F(Win32PresenterTest, MouseDoesNothingToWhatLeavingABoxHides) {
 }
 
 TEST_F(Win32PresenterTest, AnotherClickClosesAnOpenList) {
-  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Presenter&) {
+  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Driver&) {
     const HWND name = Find(window, "cboName");
     const RECT button = InfoOf(name).rcButton;
     const POINT arrow = {(button.left + button.right) / 2, (button.top + button.bottom) / 2};
@@ -567,7 +568,7 @@ TEST_F(Win32PresenterTest, AnotherClickClosesAnOpenList) {
 }
 
 TEST_F(Win32PresenterTest, ClosingAListKeepsTypedText) {
-  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Presenter& driver) {
+  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Driver& driver) {
     driver.Type(form.cboName, "Ent");
     driver.Key(form, "F4");
     driver.Key(form, "Escape");
@@ -576,8 +577,50 @@ TEST_F(Win32PresenterTest, ClosingAListKeepsTypedText) {
   });
 }
 
+// They select, and tell the dialog of it as Windows would: some of the choice alone, some in another order.
+TEST_F(Win32PresenterTest, AutomationChoosesItemsAsAPersonDoes) {
+  const std::vector<WORD> notices[] = {
+      {CBN_SELCHANGE}, {CBN_SELENDOK, CBN_SELCHANGE}, {CBN_SELCHANGE, CBN_SELENDOK}, {CBN_SELENDOK, CBN_CLOSEUP, CBN_SELCHANGE}};
+  for (const auto& told : notices)
+    WithWindow<TestForm>([&](TestForm& form, HWND window, Win32Driver&) {
+      for (ComboBox* combo : {&form.cboName, &form.cboUnits}) {
+        const HWND box = Find(window, combo->name());
+        const auto choose = [&](int item) {
+          Ask(box, CB_SETCURSEL, static_cast<WPARAM>(item));
+          for (const WORD notice : told)
+            SendMessageW(GetParent(box), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(box), notice), reinterpret_cast<LPARAM>(box));
+        };
+        const auto expectBoth = [&](int item) {
+          EXPECT_EQ(combo->Text(), combo->Items()[static_cast<size_t>(item)]) << combo->name();
+          EXPECT_EQ(TextOf(box), combo->Text()) << combo->name();
+          EXPECT_EQ(Ask(box, CB_GETCURSEL), item) << combo->name();
+        };
+        for (const int item : {2, 0, 1}) {
+          choose(item);
+          expectBoth(item);
+        }
+        choose(-1);
+        expectBoth(1);
+      }
+    });
+}
+
+TEST_F(Win32PresenterTest, AutomationFindsControlsByTheirNumbersAndTabStops) {
+  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Driver&) {
+    std::set<int> numbers;
+    for (const Control* control : form.Controls()) {
+      const HWND found = Find(window, control->name());
+      numbers.insert(GetDlgCtrlID(found));
+      EXPECT_EQ(GetDlgItem(GetParent(found), GetDlgCtrlID(found)), found) << control->name();
+      EXPECT_EQ((GetWindowLongPtrW(found, GWL_STYLE) & WS_TABSTOP) != 0, control->TakesFocus()) << control->name();
+    }
+    EXPECT_EQ(numbers.size(), form.Controls().size()) << "each has its own";
+    EXPECT_GE(*numbers.begin(), 1000) << "those below are Windows' own";
+  });
+}
+
 TEST_F(Win32PresenterTest, ScreenReadersMoveTheFocusAsAPersonDoes) {
-  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Presenter&) {
+  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Driver&) {
     SetFocus(Find(window, "txtValue"));
     EXPECT_EQ(form.Focus(), &form.txtValue);
     EXPECT_THAT(trace, ElementsAre("cboName LostFocus"));
@@ -585,7 +628,7 @@ TEST_F(Win32PresenterTest, ScreenReadersMoveTheFocusAsAPersonDoes) {
 }
 
 TEST_F(Win32PresenterTest, LosingTheWindowRaisesNothing) {
-  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Presenter&) {
+  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Driver&) {
     form.txtValue.SetFocus();
     trace.clear();
     const HostWindow other;
@@ -599,7 +642,7 @@ TEST_F(Win32PresenterTest, LosingTheWindowRaisesNothing) {
 }
 
 TEST_F(Win32PresenterTest, DefaultButtonIsTheOneThatEnterPresses) {
-  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Presenter&) {
+  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Driver&) {
     const auto isDefault = [&](const char* button) {
       return (GetWindowLongPtrW(Find(window, button), GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON;
     };
@@ -616,21 +659,21 @@ TEST_F(Win32PresenterTest, FormsAreModalToTheHostsWindowAndGiveItBack) {
   const HostWindow host, closed;
   EnableWindow(closed.window(), FALSE);
   SetActiveWindow(host.window());
-  Win32Presenter* driver = nullptr;
-  Win32Presenter presenter([&] { return host.window(); },
-                           [&](Form& form) {
-                             const HWND window = driver->WindowOf(form);
-                             EXPECT_EQ(driver->TopWindow(), window);
-                             EXPECT_FALSE(IsWindowEnabled(host.window()));
-                             EXPECT_TRUE(IsWindowEnabled(window));
-                             if (form.name() == "SubForm") return driver->Key(form, "Escape");
-                             EXPECT_EQ(GetWindow(window, GW_OWNER), host.window());
-                             driver->Click(*form.Find("cmdAdd"));
-                             EXPECT_EQ(GetActiveWindow(), window);
-                             EXPECT_FALSE(IsWindowEnabled(host.window())) << "the form below is still modal";
-                             driver->Key(form, "Escape");
-                             EXPECT_FALSE(IsWindowVisible(window));
-                           });
+  Win32Driver* driver = nullptr;
+  Win32Driver presenter([&] { return host.window(); },
+                        [&](Form& form) {
+                          const HWND window = driver->WindowOf(form);
+                          EXPECT_EQ(driver->TopWindow(), window);
+                          EXPECT_FALSE(IsWindowEnabled(host.window()));
+                          EXPECT_TRUE(IsWindowEnabled(window));
+                          if (form.name() == "SubForm") return driver->Key(form, "Escape");
+                          EXPECT_EQ(GetWindow(window, GW_OWNER), host.window());
+                          driver->Click(*form.Find("cmdAdd"));
+                          EXPECT_EQ(GetActiveWindow(), window);
+                          EXPECT_FALSE(IsWindowEnabled(host.window())) << "the form below is still modal";
+                          driver->Key(form, "Escape");
+                          EXPECT_FALSE(IsWindowVisible(window));
+                        });
   driver = &presenter;
   SetFormPresenter(&presenter);
   ShowModal(DefaultForm<TestForm>());
@@ -642,7 +685,7 @@ TEST_F(Win32PresenterTest, FormsAreModalToTheHostsWindowAndGiveItBack) {
 }
 
 TEST_F(Win32PresenterTest, AccessKeysWorkAgainAfterTheFormAboveHasClosed) {
-  Win32Presenter* driver = nullptr;
+  Win32Driver* driver = nullptr;
   std::vector<std::string> shown;
   PumpedPresenter presenter([&](Form& form) {
     AwaitQuietScreen();
@@ -662,7 +705,7 @@ TEST_F(Win32PresenterTest, AccessKeysWorkAgainAfterTheFormAboveHasClosed) {
 
 TEST_F(Win32PresenterTest, WithoutAPumpAPersonIsServed) {
   const HostWindow host;
-  Win32Presenter presenter([&] { return host.window(); });
+  Win32Driver presenter([&] { return host.window(); });
   SetFormPresenter(&presenter);
   const WhenPossible enter([&] {
     if (!presenter.WindowOf(DefaultForm<TestForm>())) return false;
@@ -675,7 +718,7 @@ TEST_F(Win32PresenterTest, WithoutAPumpAPersonIsServed) {
 }
 
 TEST_F(Win32PresenterTest, WishToQuitCancelsTheFormsAndIsPassedOn) {
-  Win32Presenter presenter;
+  Win32Driver presenter;
   SetFormPresenter(&presenter);
   const WhenPossible quit([&] {
     PostQuitMessage(7);
@@ -692,7 +735,7 @@ TEST_F(Win32PresenterTest, WishToQuitCancelsTheFormsAndIsPassedOn) {
 
 TEST_F(Win32PresenterTest, FormGoesWhenItsOwnerGoes) {
   auto host = std::make_unique<HostWindow>();
-  Win32Presenter presenter([&] { return host ? host->window() : nullptr; });
+  Win32Driver presenter([&] { return host ? host->window() : nullptr; });
   SetFormPresenter(&presenter);
   const WhenPossible close([&] {
     host.reset();
@@ -714,7 +757,7 @@ TEST_F(Win32PresenterTest, FormGoesWhenItsOwnerIsTakenAwayFromAnotherThread) {
     return 0;
   };
   SetWindowSubclass(host->window(), procedure, 1, 0);
-  Win32Presenter presenter([&] { return host ? host->window() : nullptr; });
+  Win32Driver presenter([&] { return host ? host->window() : nullptr; });
   SetFormPresenter(&presenter);
   const DWORD shower = GetCurrentThreadId();
   std::atomic<bool> closed = false, waited = false;
@@ -756,7 +799,7 @@ TEST_F(Win32PresenterTest, NothingIsLeftOfAFormThatWindowsMakesNoWindowsFor) {
   for (bool refused = true; refused; ++refusals) {
     auto host = std::make_unique<HostWindow>();
     const RefusedWindow window(refusals);
-    Win32Presenter presenter([&] { return host->window(); }, [](Form&) {});
+    Win32Driver presenter([&] { return host->window(); }, [](Form&) {});
     SetFormPresenter(&presenter);
     try {
       ShowModal(DefaultForm<TestForm>());
@@ -774,7 +817,7 @@ TEST_F(Win32PresenterTest, NothingIsLeftOfAFormThatWindowsMakesNoWindowsFor) {
 }
 
 TEST_F(Win32PresenterTest, FormsThatAreNotShownCannotBeDriven) {
-  Win32Presenter presenter;
+  Win32Driver presenter;
   TestForm form;
   EXPECT_EQ(presenter.WindowOf(form), nullptr);
   EXPECT_THROW(presenter.Focus(form.txtValue), RuntimeError);
@@ -783,7 +826,7 @@ TEST_F(Win32PresenterTest, FormsThatAreNotShownCannotBeDriven) {
 }
 
 TEST_F(Win32PresenterTest, AnotherResolutionMakesAllOfItLarger) {
-  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Presenter&) {
+  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Driver&) {
     const auto fontHeight = [&] {
       LOGFONTW font = {};
       GetObjectW(reinterpret_cast<HFONT>(SendMessageW(Find(window, "txtValue"), WM_GETFONT, 0, 0)), sizeof font, &font);
@@ -835,12 +878,12 @@ TEST_F(Win32PresenterTest, FormsAndMessagesFollowTheScreenAlsoInAHostThatDoesNot
   const StretchedHost stretched;
   const HostWindow host;
   ASSERT_FALSE(IsSharp(host.window()));
-  Win32Presenter* driver = nullptr;
-  Win32Presenter presenter([&] { return host.window(); },
-                           [&](Form& form) {
-                             EXPECT_TRUE(IsSharp(driver->WindowOf(form)));
-                             EXPECT_TRUE(IsSharp(Find(driver->WindowOf(form), "txtValue")));
-                           });
+  Win32Driver* driver = nullptr;
+  Win32Driver presenter([&] { return host.window(); },
+                        [&](Form& form) {
+                          EXPECT_TRUE(IsSharp(driver->WindowOf(form)));
+                          EXPECT_TRUE(IsSharp(Find(driver->WindowOf(form), "txtValue")));
+                        });
   driver = &presenter;
   SetFormPresenter(&presenter);
   ShowModal(DefaultForm<TestForm>());
@@ -860,7 +903,7 @@ TEST_F(Win32PresenterTest, FormsAndMessagesFollowTheScreenAlsoInAHostThatDoesNot
 }
 
 TEST_F(Win32PresenterTest, TextsAreInTheSystemsFontForDialogs) {
-  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Presenter&) {
+  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Driver&) {
     NONCLIENTMETRICSW metrics = {};
     metrics.cbSize = sizeof metrics;
     SystemParametersInfoForDpi(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0, GetDpiForWindow(window));
@@ -903,7 +946,7 @@ std::optional<SIZE> PictureSize(const std::string& file) {
 
 TEST_F(Win32PresenterTest, PicturesAreWritten) {
   const TemporaryFolder folder;
-  WithWindow<TestForm>([&](TestForm& form, HWND window, Win32Presenter& driver) {
+  WithWindow<TestForm>([&](TestForm& form, HWND window, Win32Driver& driver) {
     const std::string file = folder.File("form.png");
     driver.Screenshot(form, file);
     RECT area = {};
@@ -918,7 +961,7 @@ TEST_F(Win32PresenterTest, PicturesAreWritten) {
 }
 
 TEST_F(Win32PresenterTest, MessageBoxesStandOverTheTopForm) {
-  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Presenter& driver) {
+  WithWindow<TestForm>([](TestForm& form, HWND window, Win32Driver& driver) {
     Win32Platform machine([&] { return driver.TopWindow(); });
     Platform* const before = SetPlatform(&machine);
     std::string title, text;
@@ -943,6 +986,26 @@ TEST_F(Win32PresenterTest, MessageBoxesStandOverTheTopForm) {
     EXPECT_EQ(GetFocus(), Find(window, "cmdFail"));
     EXPECT_THAT(trace, ElementsAre("cboName LostFocus"));
   });
+}
+
+TEST_F(Win32PresenterTest, MessageBoxesKeepAPersonFromTheHostsOtherFramesAndGiveTheActivationBack) {
+  const HostWindow owner, other;
+  Win32Platform machine([&] { return owner.window(); });
+  SetActiveWindow(other.window());
+  {
+    const WhenPossible ok([&] {
+      const HWND box = MessageOver(owner.window());
+      if (!box) return false;
+      EXPECT_FALSE(IsWindowEnabled(owner.window()));
+      EXPECT_FALSE(IsWindowEnabled(other.window()));
+      SendMessageW(box, WM_COMMAND, IDOK, 0);
+      return true;
+    });
+    machine.ShowMessage("Over all", "Quellis", 48);
+  }
+  EXPECT_TRUE(IsWindowEnabled(owner.window()));
+  EXPECT_TRUE(IsWindowEnabled(other.window()));
+  EXPECT_EQ(GetActiveWindow(), other.window());
 }
 
 // What the help viewer was asked to show.

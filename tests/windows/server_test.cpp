@@ -10,6 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <initguid.h>
+#include <ocidl.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -159,48 +160,29 @@ class MessageBoxes {
   static inline HWND owner_ = nullptr;
 };
 
-// --- Memory that runs out
+// --- What the server takes from other DLLs
 
-// While it lives, one of the allocations that the server itself makes fails: the first after so many others.
-class OneFailingAllocation {
+// While it lives, the server calls these functions in place of others of those names.
+class ReplacedImports {
  public:
-  explicit OneFailingAllocation(int after) : after_(after) {
-    current_ = this;
-    ForEachImport([this](const char* name, void** address) {
-      for (const auto& replacement : kReplacements)
-        if (std::strcmp(name, replacement.name) == 0) Replace(address, replacement.function);
-    });
-  }
-  ~OneFailingAllocation() {
-    for (const auto& [address, function] : replaced_) Write(address, function);
-    current_ = nullptr;
-  }
-  OneFailingAllocation(const OneFailingAllocation&) = delete;
-  OneFailingAllocation& operator=(const OneFailingAllocation&) = delete;
-
-  bool HasFailed() const { return after_ < 0; }
-
- private:
-  static bool FailsNow() { return current_->after_ >= 0 && current_->after_-- == 0; }
-  static void* Malloc(size_t size) { return FailsNow() ? nullptr : std::malloc(size); }
-  static void* Calloc(size_t count, size_t size) { return FailsNow() ? nullptr : std::calloc(count, size); }
-  static void* Realloc(void* old, size_t size) { return FailsNow() ? nullptr : std::realloc(old, size); }
-  static BSTR STDMETHODCALLTYPE AllocString(const OLECHAR* text, UINT length) {
-    return FailsNow() ? nullptr : SysAllocStringLen(text, length);
-  }
-
   struct Replacement {
     const char* name;
     void* function;
   };
-  static inline const Replacement kReplacements[] = {
-      {"malloc", reinterpret_cast<void*>(Malloc)},
-      {"calloc", reinterpret_cast<void*>(Calloc)},
-      {"realloc", reinterpret_cast<void*>(Realloc)},
-      {"SysAllocStringLen", reinterpret_cast<void*>(AllocString)},
-  };
+  explicit ReplacedImports(std::initializer_list<Replacement> replacements) {
+    ForEachImport([&](const char* name, void** address) {
+      for (const Replacement& replacement : replacements)
+        if (std::strcmp(name, replacement.name) == 0) Replace(address, replacement.function);
+    });
+  }
+  ~ReplacedImports() {
+    for (const auto& [address, function] : replaced_) Write(address, function);
+  }
+  ReplacedImports(const ReplacedImports&) = delete;
+  ReplacedImports& operator=(const ReplacedImports&) = delete;
 
-  // The functions that the server takes from other DLLs, by name, and where it keeps their addresses.
+ private:
+  // By name, and where the server keeps their addresses.
   template <class Visit>
   static void ForEachImport(const Visit& visit) {
     auto* const base = reinterpret_cast<std::byte*>(Server::The().module());
@@ -229,9 +211,34 @@ class OneFailingAllocation {
     VirtualProtect(address, sizeof *address, protection, &protection);
   }
 
-  static inline OneFailingAllocation* current_ = nullptr;
-  int after_;
   std::vector<std::pair<void**, void*>> replaced_;
+};
+
+// --- Memory that runs out
+
+// While it lives, one of the allocations that the server itself makes fails: the first after so many others.
+class OneFailingAllocation {
+ public:
+  explicit OneFailingAllocation(int after) { after_ = after; }
+  OneFailingAllocation(const OneFailingAllocation&) = delete;
+  OneFailingAllocation& operator=(const OneFailingAllocation&) = delete;
+
+  bool HasFailed() const { return after_ < 0; }
+
+ private:
+  static bool FailsNow() { return after_ >= 0 && after_-- == 0; }
+  static void* Malloc(size_t size) { return FailsNow() ? nullptr : std::malloc(size); }
+  static void* Calloc(size_t count, size_t size) { return FailsNow() ? nullptr : std::calloc(count, size); }
+  static void* Realloc(void* old, size_t size) { return FailsNow() ? nullptr : std::realloc(old, size); }
+  static BSTR STDMETHODCALLTYPE AllocString(const OLECHAR* text, UINT length) {
+    return FailsNow() ? nullptr : SysAllocStringLen(text, length);
+  }
+
+  static inline int after_ = -1;
+  const ReplacedImports functions_{{"malloc", reinterpret_cast<void*>(Malloc)},
+                                   {"calloc", reinterpret_cast<void*>(Calloc)},
+                                   {"realloc", reinterpret_cast<void*>(Realloc)},
+                                   {"SysAllocStringLen", reinterpret_cast<void*>(AllocString)}};
 };
 
 // Runs the call with its first allocation failing, then with its second, and so on until it makes no more. What it returns is
@@ -343,6 +350,8 @@ TEST(Server, TellsItsVersion) {
   const std::pair<const wchar_t*, const char*> texts[] = {{L"FileVersion", VARDO_VERSION},
                                                           {L"ProductVersion", VARDO_VERSION},
                                                           {L"ProductName", "Vardo"},
+                                                          {L"CompanyName", "The Vardo founders"},
+                                                          {L"LegalCopyright", "Copyright (c) 2026 The Vardo founders"},
                                                           {L"OriginalFilename", "VardoBasic.dll"}};
   for (const auto& [name, want] : texts) {
     wchar_t* text = nullptr;
@@ -428,6 +437,53 @@ TEST_F(ServerTest, KnowsItsMethodsByName) {
   EXPECT_EQ(object_->GetIDsOfNames(IID_NULL, nullptr, 1, LOCALE_NEUTRAL, &id), E_INVALIDARG);
   EXPECT_EQ(object_->GetIDsOfNames(IID_NULL, &unknown, 1, LOCALE_NEUTRAL, nullptr), E_INVALIDARG);
   EXPECT_EQ(object_->GetIDsOfNames(IID_IUnknown, &unknown, 1, LOCALE_NEUTRAL, &id), DISP_E_UNKNOWNINTERFACE);
+}
+
+TEST_F(ServerTest, ItsClassIsCalledApplication) {
+  const auto provider = object_.As<IProvideClassInfo>();
+  ASSERT_TRUE(provider);
+  EXPECT_EQ(provider.As<IUnknown>(), object_.As<IUnknown>());
+  ComPtr<ITypeInfo> info;
+  ASSERT_EQ(provider->GetClassInfo(info.Receive()), S_OK);
+  BSTR name = nullptr;
+  ASSERT_EQ(info->GetDocumentation(MEMBERID_NIL, &name, nullptr, nullptr, nullptr), S_OK);
+  EXPECT_EQ(FromBstr(unique_bstr(name).get()), "Application");
+  EXPECT_EQ(provider->GetClassInfo(nullptr), E_POINTER);
+}
+
+TEST_F(ServerTest, LoadsItsTypeLibraryForTheFirstObjectOnly) {
+  static int loads;
+  loads = 0;
+  struct Counted {
+    static HRESULT WINAPI Load(LPCOLESTR file, REGKIND kind, ITypeLib** library) {
+      ++loads;
+      return LoadTypeLibEx(file, kind, library);
+    }
+  };
+  const ReplacedImports counted{{"LoadTypeLibEx", reinterpret_cast<void*>(Counted::Load)}};
+  for (int i = 0; i < 2; ++i) EXPECT_TRUE(Server::The().NewObject());
+  EXPECT_EQ(loads, 0);
+}
+
+TEST_F(ServerTest, RefusesCallsFromAnotherApartment) {
+  EXPECT_EQ(object_->CopyAndPaste(nullptr), S_OK);
+  struct Call {
+    HRESULT result = S_OK;
+    std::string told;
+  } call;
+  const auto run = [](void* parameter) -> DWORD {
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    auto& made = *static_cast<Call*>(parameter);
+    made.result = Server::The().NewObject()->CopyAndPaste(nullptr);
+    made.told = TakeErrorDescription();
+    CoUninitialize();
+    return 0;
+  };
+  const HANDLE thread = CreateThread(nullptr, 0, run, &call, 0, nullptr);
+  WaitForSingleObject(thread, INFINITE);
+  CloseHandle(thread);
+  EXPECT_EQ(call.result, RPC_E_WRONG_THREAD);
+  EXPECT_NE(call.told, "");
 }
 
 TEST_F(ServerTest, DescribesItself) {
@@ -654,6 +710,32 @@ TEST_F(ServerTest, TellsTheHostsOwnWords) {
   });
   EXPECT_EQ(object_->ShowEditor(FirstHost(), refusing.get()), kSomeHostFailure);
   EXPECT_EQ(TakeErrorDescription(), words);
+}
+
+TEST_F(ServerTest, TellsWhereAFailureComesFromAndWhereItsHelpIs) {
+  const auto refusing = ObjectThat([&](IDispatch&, VARIANT&, EXCEPINFO& failure) {
+    failure.scode = kSomeHostFailure;
+    failure.bstrSource = ToBstr("Visio").release();
+    failure.bstrHelpFile = ToBstr("visio.chm").release();
+    failure.dwHelpContext = 42;
+    return DISP_E_EXCEPTION;
+  });
+  const auto told = [](const auto& call) {
+    call();
+    ComPtr<IErrorInfo> info;
+    EXPECT_EQ(GetErrorInfo(0, info.Receive()), S_OK);
+    GUID called = GUID_NULL;
+    BSTR source = nullptr, help = nullptr;
+    DWORD context = 0;
+    info->GetGUID(&called);
+    info->GetSource(&source);
+    info->GetHelpFile(&help);
+    info->GetHelpContext(&context);
+    EXPECT_EQ(called, IID__Application);
+    return FromBstr(unique_bstr(source).get()) + ", " + FromBstr(unique_bstr(help).get()) + ", " + std::to_string(context);
+  };
+  EXPECT_EQ(told([&] { object_->ShowEditor(FirstHost(), refusing.get()); }), "Visio, visio.chm, 42");
+  EXPECT_EQ(told([&] { object_->ShowEditor(FirstHost(), nullptr); }), "VardoBasic.Application, , 0") << "its own";
 }
 
 TEST_F(ServerTest, ShowsTheFailuresThatItsCommandsKeepToThemselves) {

@@ -472,6 +472,18 @@ TEST(VisioAdapter, PassesArgumentsAsTheHostDeclaresThem) {
   }
 }
 
+TEST(VisioAdapter, OneObjectListensToAllEvents) {
+  FakeHost host;
+  const ComPtr<IDispatch> object = host.Make("Application");
+  const auto listener = std::make_shared<SilentSink>(), other = std::make_shared<SilentSink>();
+  const IVEventListPtr events = WrapApplication(object.get())->EventList();
+  for (const std::int16_t code : {1, 901}) events->AddAdvise(code, listener, "", "");
+  events->AddAdvise(1, other, "", "");
+  ASSERT_EQ(host.sinks.size(), 3u);
+  EXPECT_EQ(host.sinks[0], host.sinks[1]);
+  EXPECT_FALSE(host.sinks[0] == host.sinks[2]) << "another listener";
+}
+
 TEST(VisioAdapter, ReadsWhateverTypeTheHostReturns) {
   FakeHost host;
   const ComPtr<IDispatch> object = host.Make("Shape");

@@ -16,6 +16,8 @@ namespace vardo {
 class IVDocument {
  public:
   virtual ~IVDocument() = default;
+  // Unique among the open drawings; the same for as long as this one is open.
+  virtual int ID() = 0;
   virtual IVPagesPtr Pages() = 0;
   virtual IVMastersPtr Masters() = 0;
   // The folder of the file that it was opened from or saved in; empty while it is in none.

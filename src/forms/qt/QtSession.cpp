@@ -6,8 +6,7 @@ namespace vardo {
 namespace {
 
 int& WithPlatform(int& argc) {
-  const bool display = qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
-  if (!display && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  if (!HasDisplay()) qputenv("QT_QPA_PLATFORM", "offscreen");
   return argc;
 }
 
@@ -19,6 +18,11 @@ void LeaveOutTheObvious(QtMsgType type, const QMessageLogContext& context, const
 }
 
 }  // namespace
+
+bool HasDisplay() {
+  return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
+         qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+}
 
 QtSession::QtSession(int argc, char** argv) : argc_(argc), application_(WithPlatform(argc_), argv) {
   if (QGuiApplication::platformName() == "offscreen") shownByQt = qInstallMessageHandler(LeaveOutTheObvious);

@@ -5,6 +5,9 @@
 
 namespace vardo {
 
+// Whether windows can be shown, be it off screen by the environment's wish.
+bool HasDisplay();
+
 class QtSession {
  public:
   // argv must outlive the session. Without a display, windows are drawn off screen, as scripts on servers need it.

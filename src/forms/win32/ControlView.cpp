@@ -45,6 +45,13 @@ int SendText(HWND window, UINT message, WPARAM wParam, const std::string& text) 
   return Send(window, message, wParam, reinterpret_cast<LPARAM>(ToWide(text).c_str()));
 }
 
+// By which automation finds it: above those that Windows gives a meaning of their own.
+int IdOf(const Control& control) {
+  constexpr int kFirstId = 1000;
+  const auto& controls = control.form().Controls();
+  return kFirstId + static_cast<int>(std::find(controls.begin(), controls.end(), &control) - controls.begin());
+}
+
 COMBOBOXINFO InfoOf(HWND combo) {
   COMBOBOXINFO info = {};
   info.cbSize = sizeof info;
@@ -218,7 +225,9 @@ class ComboView : public TypingView {
     // The list may close before the choice is told, and what is selected is the control's item again by then.
     if (code == CBN_SELENDOK) chosen_ = Send(window(), CB_GETCURSEL);
     if (code == CBN_CLOSEUP) Settle();
-    if (code == CBN_SELCHANGE && Listens()) Forward([&] { form().UserPick(combo_, chosen_); });
+    if (code != CBN_SELCHANGE || !Listens()) return;
+    Forward([&] { form().UserPick(combo_, chosen_); });
+    Mirror();
   }
 
  protected:
@@ -239,6 +248,13 @@ class ComboView : public TypingView {
         break;
       case CB_SHOWDROPDOWN:
         break;
+      case CB_SETCURSEL:
+      case CB_SELECTSTRING: {
+        // By automation or an assistive tool, which tells of it as Windows does when a person chooses.
+        const LRESULT item = TypingView::Handle(window, message, wParam, lParam);
+        if (!mirroring_ && item >= 0) chosen_ = static_cast<int>(item);
+        return item;
+      }
       default:
         return TypingView::Handle(window, message, wParam, lParam);
     }
@@ -501,6 +517,8 @@ ControlView* ControlView::Of(HWND window) { return static_cast<ControlView*>(Get
 ControlView::ControlView(Control& control, HWND window, bool& mirroring)
     : mirroring_(mirroring), control_(control), window_(window) {
   NameWindow(window_, kControlProperty, control.name());
+  SetWindowLongPtrW(window_, GWLP_ID, IdOf(control));
+  if (control.TakesFocus()) SetWindowLongPtrW(window_, GWL_STYLE, GetWindowLongPtrW(window_, GWL_STYLE) | WS_TABSTOP);
   SetPropW(window_, kViewProperty, this);
   Watch(window_);
 }

@@ -3,7 +3,7 @@
 
 #include "forms/win32/ControlView.h"
 #include "forms/win32/DialogFont.h"
-#include "forms/win32/ModalState.h"
+#include "platform/win32/ModalState.h"
 
 #include <windows.h>
 

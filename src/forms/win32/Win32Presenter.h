@@ -1,4 +1,4 @@
-// Forms as windows of Windows: shown to a person, or driven by a program through window messages.
+// Forms as windows of Windows: shown to a person, or, by Win32Driver, driven by a program through window messages.
 //   All calls come from the thread that made it, the one whose windows the forms stand over. The windows follow the
 //   resolution of the screen they are on, whether their host does or not.
 #pragma once
@@ -15,7 +15,7 @@
 
 namespace vardo {
 
-class Win32Presenter : public FormPresenter, public FormDriver {
+class Win32Presenter : public FormPresenter {
  public:
   // owner says which window a form stands over when no other form is shown; it may say null.
   // Without a pump the person at the screen is served. With one, it acts on the shown form until that is closed and calls
@@ -34,18 +34,10 @@ class Win32Presenter : public FormPresenter, public FormDriver {
   void RunModal(Form& form) override;
   void Closed(Form& form) override;
 
-  // FormDriver.
-  void Focus(Control& control) override;
-  void Type(TextControl& control, std::string_view text) override;
-  void Pick(Control& control, int index) override;
-  void Check(CheckBox& control, bool checked) override;
-  void Click(Control& control) override;
-  void DblClick(Control& control) override;
-  void Key(Form& form, std::string_view key) override;
-  void Screenshot(Form& form, const std::string& file) override;
+ protected:
+  const ShownWindows<FormWindow>& windows() const { return windows_; }
 
  private:
-  HWND WindowOf(const Control& control) const;
   void Serve(FormWindow& window);
 
   std::function<HWND()> owner_;

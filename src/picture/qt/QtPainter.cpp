@@ -27,12 +27,12 @@ QColor ColourOf(Rgba colour) { return {colour.r, colour.g, colour.b, colour.a}; 
 QPointF PointOf(Point point) { return {point.x, point.y}; }
 QTransform TransformOf(const Matrix& m) { return {m.a, m.b, m.c, m.d, m.e, m.f}; }
 
-QFont FontOf(const Font& font) {
+QFont FontOf(const Font& font, double unitsPerInch) {
   QStringList families;
   for (const std::string& family : FontsFor(font.family)) families << QString::fromStdString(family);
   QFont qt;
   qt.setFamilies(families);
-  qt.setPixelSize(std::max(1, qRound(font.size * kFontUnitsPerInch)));
+  qt.setPixelSize(std::max(1, qRound(font.size * unitsPerInch)));
   qt.setBold(font.bold);
   qt.setItalic(font.italic);
   qt.setUnderline(font.underline);
@@ -52,6 +52,16 @@ QImage TileOf(const Fill& fill) {
 }
 
 }  // namespace
+
+FittedRun FitRun(const Font& font, const TextRun& run, double unitsPerInch) {
+  FittedRun fitted{FontOf(font, unitsPerInch), QString::fromStdString(run.text)};
+  const double wanted = run.width * unitsPerInch, own = QFontMetricsF(fitted.font).horizontalAdvance(fitted.letters);
+  const double spread = std::clamp(wanted - own, -kMostSpacing * own, kMostSpacing * own);
+  if (!fitted.letters.isEmpty())
+    fitted.font.setLetterSpacing(QFont::AbsoluteSpacing, spread / static_cast<double>(fitted.letters.size()));
+  fitted.indent = (wanted - own - spread) / 2;
+  return fitted;
+}
 
 QtPainter::QtPainter(QPainter& painter, double unitsPerInch, double pageHeight)
     : painter_(painter), unitsPerInch_(unitsPerInch), toUnits_{unitsPerInch, 0, 0, -unitsPerInch, 0, pageHeight * unitsPerInch} {
@@ -148,16 +158,10 @@ void QtPainter::Draw(const TextBlock& text, const Matrix& toPage) {
 
 void QtPainter::DrawRun(const TextBlock& text, const TextRun& run, double unitsPerInch) {
   if (text.fonts[run.font].size <= 0) return;
-  QFont font = FontOf(text.fonts[run.font]);
-  const QString letters = QString::fromStdString(run.text);
-  const double wanted = run.width * unitsPerInch, own = QFontMetricsF(font).horizontalAdvance(letters);
-  const double spread = std::clamp(wanted - own, -kMostSpacing * own, kMostSpacing * own);
-  if (!letters.isEmpty()) font.setLetterSpacing(QFont::AbsoluteSpacing, spread / static_cast<double>(letters.size()));
-  painter_.setFont(font);
+  const FittedRun fitted = FitRun(text.fonts[run.font], run, unitsPerInch);
+  painter_.setFont(fitted.font);
   painter_.setPen(ColourOf(run.colour));
-  // What is still too wide or too narrow stands in the middle of its place.
-  const double rest = (wanted - own - spread) / 2;
-  painter_.drawText(QPointF(run.at.x * unitsPerInch + rest, -run.at.y * unitsPerInch), letters);
+  painter_.drawText(QPointF(run.at.x * unitsPerInch + fitted.indent, -run.at.y * unitsPerInch), fitted.letters);
 }
 
 }  // namespace vardo::picture

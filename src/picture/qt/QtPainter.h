@@ -14,6 +14,14 @@ class QPen;
 
 namespace vardo::picture {
 
+// A run in a font that is at hand, its letters spread or drawn together to be as wide as they are meant to be.
+struct FittedRun {
+  QFont font;
+  QString letters;
+  double indent = 0;  // of what is still too wide or too narrow and stands in the middle of its place
+};
+FittedRun FitRun(const Font& font, const TextRun& run, double unitsPerInch);
+
 class QtPainter : public Painter {
  public:
   // The painter's units for an inch; the page's upper left corner is at their origin. The painter must outlive this.

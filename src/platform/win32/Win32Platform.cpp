@@ -3,6 +3,7 @@
 #include "base/Characters.h"
 #include "base/Text.h"
 #include "platform/NativePlatform.h"
+#include "platform/win32/ModalState.h"
 #include "platform/win32/OwnModule.h"
 #include "platform/win32/Screen.h"
 #include "platform/win32/VisualStyles.h"
@@ -127,7 +128,13 @@ std::optional<std::string> AsciiEquivalent(std::wstring_view text) {
 void Win32Platform::ShowMessage(std::string_view text, std::string_view title, int style) {
   const VisualStyles styled;
   const OwnPixels sharp;
-  MessageBoxW(owner_(), ToWide(text).c_str(), ToWide(title).c_str(), static_cast<UINT>(style));
+  const HWND owner = owner_(), active = GetActiveWindow();
+  {
+    // The box itself disables its owner, and gives that the activation when it goes.
+    const ModalState others(owner, nullptr);
+    MessageBoxW(owner, ToWide(text).c_str(), ToWide(title).c_str(), static_cast<UINT>(style));
+  }
+  if (active && IsWindowEnabled(active)) SetActiveWindow(active);
 }
 
 TwipsSize Win32Platform::ScreenSize() {

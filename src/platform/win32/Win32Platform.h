@@ -14,7 +14,7 @@ class Win32Platform : public Platform {
   // The window that messages and the help stand over and whose screen is the forms'; by default the thread's active one.
   explicit Win32Platform(std::function<HWND()> owner = GetActiveWindow) : owner_(std::move(owner)) {}
 
-  // Modal to the owner.
+  // Modal to the owner and the thread's other windows; what was active is active again afterwards.
   void ShowMessage(std::string_view text, std::string_view title, int style) override;
   TwipsSize ScreenSize() override;
   void ShowHelp(std::string_view file, std::string_view topic) override;

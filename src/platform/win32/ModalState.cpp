@@ -1,4 +1,4 @@
-#include "forms/win32/ModalState.h"
+#include "platform/win32/ModalState.h"
 
 #include <new>
 #include <utility>
