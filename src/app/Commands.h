@@ -2,7 +2,7 @@
 // status 1; so it does when their output could not be written.
 #pragma once
 
-#include "model/RunSetup.h"
+#include "run/PreparedRun.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -35,25 +35,35 @@ struct CheckOptions {
 // Prints what the rules say of the drawing. Status 1: an error, or too many warnings.
 Outcome CheckDrawing(const CheckOptions& options, std::ostream& output);
 
+// Where results go beside the tables; empty: not there.
+struct ResultsOptions {
+  std::filesystem::path json;  // "-": instead of the tables, on the output
+  std::filesystem::path csv;   // a folder
+  std::filesystem::path html;
+  bool all = false;      // a second table, of all observations
+  bool isQuiet = false;  // no tables
+};
+
 struct SimulateOptions {
   std::filesystem::path file;
-  SetupTexts setup;                   // as given; what is not given the drawing says
-  std::vector<std::string> settings;  // NAME=VALUE, or MODULE, FIELD=TEXT
-  std::string part;                   // I/N or auto; empty: all
-  unsigned threads = 0;               // 0: all cores
+  RunOrder order;
+  std::string part;      // I/N or auto; empty: all
+  unsigned threads = 0;  // 0: all cores
   std::uint32_t mostEntities = 1'000'000;
   std::uint64_t mostSteps = 100'000'000;
-  std::filesystem::path json;  // "-": instead of the tables, on the output; empty: none
-  bool all = false;            // a second table, of all observations
-  bool isQuiet = false;
+  bool keepsBuckets = true;
+  bool savesSetup = false;      // into the drawing
+  std::filesystem::path trace;  // empty: none
+  std::uint64_t traceReplication = 1;
+  ResultsOptions results;
 };
 // Runs the model that the drawing shows. Status 1: it has errors, or was stopped. Throws RunError.
 Outcome SimulateDrawing(const SimulateOptions& options, std::ostream& output);
 
 struct MergeOptions {
   std::vector<std::filesystem::path> files;
-  std::filesystem::path json;
-  bool all = false;
+  RunOrder precision;  // what is to be precise, and how; nothing else
+  ResultsOptions results;
 };
 // Puts the results of parts of one run together.
 Outcome MergeResults(const MergeOptions& options, std::ostream& output);

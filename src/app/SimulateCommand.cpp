@@ -1,74 +1,69 @@
-#include "app/Commands.h"
-
 #include "addin/host/IVApplication.h"
-#include "base/FileError.h"
-#include "base/Text.h"
-#include "check/Check.h"
+#include "app/Commands.h"
+#include "app/ResultsFiles.h"
+#include "app/RunWatch.h"
 #include "memoryhost/DrawingHost.h"
-#include "model/Compile.h"
+#include "model/RunSetup.h"
 #include "platform/FileSystem.h"
 #include "platform/NativePlatform.h"
 #include "platform/Platform.h"
 #include "report/FindingsReport.h"
-#include "report/ResultsJson.h"
 #include "report/ResultsReport.h"
-#include "simulate/Parts.h"
-#include "simulate/Runner.h"
+#include "report/TraceText.h"
+#include "run/PreparedRun.h"
 
-#include <algorithm>
+#include <unistd.h>
+
+#include <chrono>
+#include <cmath>
 #include <cstdlib>
-#include <fstream>
 #include <iostream>
-#include <sstream>
 #include <stdexcept>
 
 namespace vardo {
 namespace {
 
-constexpr std::string_view kToStandardOutput = "-";
+using Clock = std::chrono::steady_clock;
 
-// The file appears when all of it is written.
-void WriteText(const std::filesystem::path& file, const std::string& text) {
-  std::ofstream stream(file, std::ios::binary);
-  stream << text;
-  stream.close();
-  if (!stream) throw FileError(PathInWords(file) + " could not be written; choose another place.");
+std::optional<std::string> EnvironmentOf(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::nullopt : std::optional<std::string>(value);
 }
 
-std::vector<RunSetting> SettingsOf(const std::vector<std::string>& texts) {
-  std::vector<RunSetting> settings;
-  for (const std::string& text : texts) {
-    const auto setting = ParseSetting(text);
-    if (!setting)
-      throw std::runtime_error("\"" + InWords(text) + "\" is no setting; write NAME=VALUE or \"MODULE, FIELD=TEXT\".");
-    settings.push_back(*setting);
+// What was found is told of on standard error; a quiet run tells of errors alone.
+void TellFindings(const std::string& file, const PreparedRun& run, bool isQuiet) {
+  std::vector<Finding> told = run.findings;
+  if (isQuiet) std::erase_if(told, [](const Finding& finding) { return finding.severity != Severity::Error; });
+  if (!told.empty()) PrintFindings(file, told, std::cerr);
+}
+
+void TakeNamedPart(const std::string& text, RunSetup& setup) {
+  const PartChoice part = ChoosePart(text, EnvironmentOf);
+  TakePart(part, setup);
+  if (!part.source.empty())
+    std::cerr << "Part " << part.part << " of " << part.parts << " (" << part.source << "): replications "
+              << setup.firstReplication << ".." << setup.lastReplication << ".\n";
+}
+
+// What a run that must be precise is still short of, and how to go on.
+void RequirePrecision(const Program& program, const RunSetup& setup, const RunResults& results) {
+  if (results.imprecise.empty() || results.isStopped) return;
+  const std::uint64_t count = results.summary.replications();
+  const double g = *setup.precision / 100;
+  double wanted = 0;
+  std::string names;
+  for (const size_t output : results.imprecise) {
+    const OutputSummary of = results.summary.Of(output);
+    const double ratio = of.halfWidth / (g / (1 + g) * std::fabs(of.mean));
+    wanted = std::max(wanted, std::ceil(static_cast<double>(count) * ratio * ratio));
+    names += (names.empty() ? "\"" : ", \"") + NameOf(program.outputs[output]) + "\"";
   }
-  return settings;
-}
-
-void TakePart(const std::string& part, RunSetup& setup) {
-  const PartChoice choice = ChoosePart(part, [](const char* name) -> std::optional<std::string> {
-    const char* value = std::getenv(name);
-    return value == nullptr ? std::nullopt : std::optional<std::string>(value);
-  });
-  if (setup.precision || setup.warmUpIsProposed)
-    throw std::runtime_error("Parts of a run need a fixed number of replications and a fixed warm-up.");
-  const ReplicationRange range = RangeOfPart(choice, {setup.firstReplication, setup.lastReplication});
-  if (range.last < range.first) throw std::runtime_error("There are more parts than replications.");
-  setup.firstReplication = range.first;
-  setup.lastReplication = range.last;
-  if (!choice.source.empty())
-    std::cerr << "Part " << choice.part << " of " << choice.parts << " (" << choice.source << "): replications " << range.first
-              << ".." << range.last << ".\n";
-}
-
-// The outputs that a precision is asked of are there.
-void CheckPrecision(const Program& program, const RunSetup& setup) {
-  if (!setup.precision) return;
-  if (setup.precisionOf.empty())
-    throw std::runtime_error("--precision needs --of OUTPUT, for example \"Queue/Serve.Queue/Waiting time\".");
-  for (const std::string& name : setup.precisionOf)
-    if (!FindOutput(program, name)) throw std::runtime_error("There is no output \"" + InWords(name) + "\"; --json lists them.");
+  std::string sentence =
+      "The precision asked for is not reached after " + std::to_string(count) + " replications: " + names + ".";
+  constexpr double kMost = 1e6;
+  if (wanted > static_cast<double>(count) && wanted < kMost)
+    sentence += " It takes about " + std::to_string(static_cast<std::uint64_t>(wanted)) + " of them.";
+  throw std::runtime_error(sentence);
 }
 
 }  // namespace
@@ -78,47 +73,52 @@ Outcome SimulateDrawing(const SimulateOptions& options, std::ostream& output) {
   SetPlatform(machine.get());
   DrawingHost host;
   host.Open(options.file);
+  const IVDocumentPtr document = host.application()->ActiveDocument();
 
-  Examined examined = Examine(host.application()->ActiveDocument(), options.setup, SettingsOf(options.settings), CheckFor::Run);
-  const std::string file = PathInWords(options.file);
-  std::shared_ptr<const Program> program;
-  if (examined.CountOf(Severity::Error) == 0)
-    program = Compile(examined.model, examined.setup, PathInWords(options.file.filename()), examined.findings);
-  if (!examined.findings.empty() && (!program || !options.isQuiet)) PrintFindings(file, examined.findings, std::cerr);
-  if (!program) return {1, {}};
+  PreparedRun run = PrepareRun(document, options.order, PathInWords(options.file.filename()));
+  const bool isQuiet = options.results.isQuiet;
+  TellFindings(PathInWords(options.file), run, isQuiet);
+  if (!run.program) return {1, {}};
 
-  RunSetup& setup = examined.setup;
-  setup.settings = SettingsOf(options.settings);
-  if (!options.part.empty()) TakePart(options.part, setup);
-  CheckPrecision(*program, setup);
-  RunOptions run{.threads = options.threads, .mostEntities = options.mostEntities, .mostSteps = options.mostSteps};
+  Outcome outcome;
+  if (options.savesSetup) {
+    KeepSetup(document, options.order.setup);
+    outcome.saved = host.Save(std::nullopt);
+  }
+  RunSetup& setup = run.setup;
+  if (!options.part.empty()) TakeNamedPart(options.part, setup);
+  RunOptions how{.threads = options.threads,
+                 .mostEntities = options.mostEntities,
+                 .mostSteps = options.mostSteps,
+                 .keepsBuckets = options.keepsBuckets};
+  std::optional<OutputFile> traceFile;
+  std::optional<TraceWriter> trace;
+  if (!options.trace.empty()) {
+    how.trace = &trace.emplace(*run.program, traceFile.emplace(MachineFileSystem(), options.trace));
+    how.traceReplication = options.traceReplication;
+  }
   Progress progress;
   if (setup.warmUpIsProposed) {
-    if (!setup.length) throw std::runtime_error("--warm-up auto needs --length.");
-    setup.warmUp = ProposeWarmUp(*program, setup, run, progress);
-    setup.warmUpIsProposed = false;
-    if (!options.isQuiet) std::cerr << "The proposed warm-up is " << TimeText(setup.warmUp) << ".\n";
+    const RunWatch watch(progress, 0);
+    FindWarmUp(run, how, progress);
+    if (!isQuiet) std::cerr << "The proposed warm-up is " << TimeText(setup.warmUp) << ".\n";
   }
 
-  std::ostringstream json;
-  std::optional<ResultsWriter> writer;
-  if (!options.json.empty()) {
-    writer.emplace(json, *program, setup);
-    run.finished = [&](const ReplicationRecord& record) { writer->Add(record); };
-  }
-  const RunResults results = Simulate(*program, setup, run, progress);
-  if (writer) {
-    writer->Finish(results);
-    if (options.json == kToStandardOutput)
-      output << json.str();
-    else
-      WriteText(options.json, json.str());
-  }
-  if (!options.isQuiet && options.json != kToStandardOutput) PrintResults(*program, setup, results, options.all, output);
-  if (!results.isPrecise)
-    throw std::runtime_error("The precision asked for is not reached after " + std::to_string(results.summary.replications()) +
-                             " replications.");
-  return {results.isStopped ? 1 : 0, {}};
+  ResultsFiles files(options.results, *run.program, setup, run.findings, output);
+  how.finished = [&](const ReplicationRecord& record) { files.Add(record); };
+  const Clock::time_point start = Clock::now();
+  const auto simulate = [&] {
+    const auto count = static_cast<std::uint64_t>(setup.lastReplication - setup.firstReplication + 1);
+    const RunWatch watch(progress, setup.precision ? 0 : count);
+    return Simulate(*run.program, setup, how, progress);
+  };
+  const RunResults results = simulate();
+  const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
+  files.Finish(results, isatty(STDOUT_FILENO) ? seconds : 0);
+  if (traceFile) traceFile->Finish();
+  RequirePrecision(*run.program, setup, results);
+  outcome.status = results.isStopped ? 1 : 0;
+  return outcome;
 }
 
 Outcome MergeResults(const MergeOptions& options, std::ostream& output) {
@@ -129,21 +129,21 @@ Outcome MergeResults(const MergeOptions& options, std::ostream& output) {
     names.push_back(PathInWords(file));
   }
   for (const std::string& gap : MergeParts(parts, names)) std::cerr << gap << '\n';
-  const ReadResults& all = parts.front();
+  ReadResults& all = parts.front();
+  std::vector<Finding> unreadable;
+  const RunSetup precision = ReadSetup(options.precision.setup, {}, unreadable);
+  if (!unreadable.empty()) throw std::runtime_error(unreadable.front().message);
+  all.setup.precision = precision.precision;
+  all.setup.precisionOf = precision.precisionOf;
+  ResultsFiles files(options.results, all.program, all.setup, {}, output);
   RunResults results{Summary(all.program, all.setup.confidence)};
-  for (const ReplicationRecord& record : all.records) results.summary.Add(record);
-  if (!options.json.empty()) {
-    std::ostringstream json;
-    ResultsWriter writer(json, all.program, all.setup);
-    for (const ReplicationRecord& record : all.records) writer.Add(record);
-    writer.Finish(results);
-    if (options.json == kToStandardOutput) {
-      output << json.str();
-      return {};
-    }
-    WriteText(options.json, json.str());
+  for (const ReplicationRecord& record : all.records) {
+    results.summary.Add(record);
+    files.Add(record);
   }
-  PrintResults(all.program, all.setup, results, options.all, output);
+  results.imprecise = ImpreciseOutputs(all.program, all.setup, results.summary);
+  files.Finish(results, 0);
+  RequirePrecision(all.program, all.setup, results);
   return {};
 }
 

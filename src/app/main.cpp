@@ -24,7 +24,7 @@ struct CommandLine {
   CheckOptions check;
   SimulateOptions simulate;
   MergeOptions merge;
-  std::vector<std::string> outputs, ignored;  // of simulate
+  std::vector<std::string> outputs, ignored;  // of simulate, and the first of merge
   EditOptions edit;
   ScriptOptions script;
   NewOptions create;
@@ -66,9 +66,7 @@ struct CommandLine {
     checkCommand->add_option("--json", check.json, "Write the findings to this file, too; - prints them instead of the lines");
     checkCommand->add_option("--max-warnings", check.maxWarnings, "End with status 1 when there are more warnings")
         ->check(CLI::NonNegativeNumber);
-    checkCommand->add_option("--ignore", check.ignore, "A rule not to apply; may be given several times")
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    AddRepeated(checkCommand, "--ignore", check.ignore, "A rule not to apply; may be given several times");
     checkCommand->footer(
         "Examples:\n  vardo check bank.vsdx\n  vardo check --max-warnings 0 --ignore names/text-differs bank.vsdx\n"
         "  vardo check --json - bank.vsdx\n");
@@ -118,7 +116,7 @@ struct CommandLine {
     simulateCommand = app.add_subcommand("simulate", "Run the model that a drawing shows");
     simulateCommand->add_option("FILE", simulate.file, "The drawing")->required();
     const auto addSetup = [this](SetupItem item, const char* help) {
-      simulateCommand->add_option(std::string(InfoOf(item).option), simulate.setup[static_cast<size_t>(item)], help);
+      simulateCommand->add_option(std::string(InfoOf(item).option), simulate.order.setup[static_cast<size_t>(item)], help);
     };
     addSetup(SetupItem::Replications, "How many replications, or which: 101..200");
     addSetup(SetupItem::Length, "When a replication ends: 8h, 30 d, 90 min");
@@ -129,33 +127,49 @@ struct CommandLine {
     addSetup(SetupItem::Confidence, "Of half-widths, in percent");
     addSetup(SetupItem::Precision, "Runs replications until the half-widths are that small, in percent of the means");
     addSetup(SetupItem::MaxReplications, "At most so many, with --precision");
-    simulateCommand->add_option("--of", outputs, "Whose precision counts; may be given several times");
-    simulateCommand->add_option("--ignore", ignored, "A rule not to apply; may be given several times");
-    simulateCommand->add_option("--set", simulate.settings, "For this run: NAME=VALUE of a variable, or \"MODULE, FIELD=TEXT\"");
+    AddRepeated(simulateCommand, "--of", outputs, "Whose precision counts; may be given several times");
+    AddRepeated(simulateCommand, "--ignore", ignored, "A rule not to apply; may be given several times");
+    AddRepeated(simulateCommand, "--set", simulate.order.settings,
+                "For this run: NAME=VALUE of a variable, or \"MODULE, FIELD=TEXT\"; may be given several times");
+    simulateCommand->add_flag("--save-setup", simulate.savesSetup, "Keep these options of the run in the drawing");
     simulateCommand->add_option("--threads", simulate.threads, "How many; never changes a result");
     simulateCommand->add_option("--part", simulate.part, "The I-th of N parts of the replications, as I/N, or auto");
     simulateCommand->add_option("--max-entities", simulate.mostEntities, "Alive at a time")
         ->check(CLI::Range(1, (1 << 24) - 65536));
     simulateCommand->add_option("--max-steps", simulate.mostSteps, "Within one instant")->check(CLI::PositiveNumber);
-    simulateCommand->add_option("--json", simulate.json,
-                                "Write the results to this file, too; - prints them instead of the tables");
-    simulateCommand->add_flag("--all", simulate.all, "A second table, of all observations");
-    simulateCommand->add_flag("--quiet", simulate.isQuiet, "Print nothing but failures");
+    simulateCommand->add_flag("!--no-buckets", simulate.keepsBuckets, "Leave out what quantiles are made of");
+    simulateCommand->add_option("--trace", simulate.trace, "Write what happens in one replication to this file, as JSON lines");
+    simulateCommand->add_option("--trace-replication", simulate.traceReplication, "Which one; 1 unless it is given")
+        ->check(CLI::PositiveNumber);
+    AddResults(simulateCommand, simulate.results);
     simulateCommand->footer(
         "Examples:\n  vardo simulate bank.vsdx --length 8h\n  vardo simulate bank.vsdx --length 30d --warm-up 2d --seed 7\n"
         "  vardo simulate bank.vsdx --length 8h --part 2/10 --json part2.json\n");
 
     mergeCommand = app.add_subcommand("merge", "Put the results of parts of one run together");
     mergeCommand->add_option("FILE", merge.files, "Results, as --json writes them")->required();
-    mergeCommand->add_option("--json", merge.json, "Write the results to this file, too; - prints them instead of the tables");
-    mergeCommand->add_flag("--all", merge.all, "A second table, of all observations");
+    mergeCommand->add_option("--precision", merge.precision.setup[static_cast<size_t>(SetupItem::Precision)],
+                             "Say how many replications it takes for half-widths that small, in percent of the means");
+    AddRepeated(mergeCommand, "--of", outputs, "Whose precision counts; may be given several times");
+    AddResults(mergeCommand, merge.results);
     mergeCommand->footer("Examples:\n  vardo merge part*.json --json all.json\n");
   }
 
+  static void AddRepeated(CLI::App* command, const char* name, std::vector<std::string>& texts, const char* help) {
+    command->add_option(name, texts, help)->expected(1)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+  }
+  static void AddResults(CLI::App* command, ResultsOptions& results) {
+    command->add_option("--json", results.json, "Write the results to this file, too; - prints them instead of the tables");
+    command->add_option("--csv", results.csv, "Write summary.csv and replications.csv into this folder, too");
+    command->add_option("--html", results.html, "Write a page with tables and plots to this file, too");
+    command->add_flag("--all", results.all, "All lines, and a second table of all observations");
+    command->add_flag("--quiet", results.isQuiet, "Print nothing but failures");
+  }
+
   // Options that are given several times are one text in the set-up.
-  void JoinRepeated() {
+  void JoinRepeated(SetupTexts& setup) {
     const auto join = [&](SetupItem item, const std::vector<std::string>& texts) {
-      if (!texts.empty()) simulate.setup[static_cast<size_t>(item)] = JoinList(texts);
+      if (!texts.empty()) setup[static_cast<size_t>(item)] = JoinList(texts);
     };
     join(SetupItem::PrecisionOf, outputs);
     join(SetupItem::Ignore, ignored);
@@ -165,10 +179,13 @@ struct CommandLine {
     if (*showCommand) return ShowDrawing(show, output);
     if (*checkCommand) return CheckDrawing(check, output);
     if (*simulateCommand) {
-      JoinRepeated();
+      JoinRepeated(simulate.order.setup);
       return SimulateDrawing(simulate, output);
     }
-    if (*mergeCommand) return MergeResults(merge, output);
+    if (*mergeCommand) {
+      JoinRepeated(merge.precision.setup);
+      return MergeResults(merge, output);
+    }
     if (*editCommand) return EditModule(edit, output, argc, argv);
     if (*scriptCommand) return RunScript(script, output, argc, argv);
     if (*stencilCommand) return WriteStencil(stencil, output);

@@ -32,6 +32,10 @@ void WarmUpTooLong(const CheckedModel& checked, RuleReport& report) {
 void Setup(const CheckedModel& checked, RuleReport& report) {
   for (const std::string& rule : checked.setup.ignore)
     if (!FindRule(rule)) report.Drawing("There is no rule " + Quoted(rule) + " to ignore.");
+  if (checked.toBeRun && checked.setup.precision && checked.setup.precisionOf.empty())
+    report.Drawing("A precision is asked for, but not of what: add --of, for example --of \"Queue/Serve.Queue/Waiting time\".");
+  if (checked.toBeRun && checked.setup.warmUpIsProposed && !checked.setup.length)
+    report.Drawing("A warm-up can be proposed for runs of a length alone: add --length, for example --length 30d.");
   if (checked.setup.until.empty()) return;
   const Expression until = ParseExpression(checked.setup.until, checked.model.names, false);
   if (!until.error) return;

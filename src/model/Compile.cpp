@@ -706,9 +706,27 @@ class Compiler {
 
   void AddAssign(int module) {
     const auto first = static_cast<std::uint32_t>(program_.assignRows.size());
-    for (int row = 0; row < Fields(module).rows(); ++row) program_.assignRows.push_back(AssignRowOf(module, row));
+    for (int row = 0; row < Fields(module).rows(); ++row) {
+      program_.assignRows.push_back(AssignRowOf(module, row));
+      program_.assigned.emplace_back(TextOfTarget(module, row));
+    }
     program_.assigns.push_back({{first, static_cast<std::uint32_t>(Fields(module).rows())}});
     AddStep(Op::Assign, Last(program_.assigns), module, CountersOf(module));
+  }
+  std::string_view TextOfTarget(int module, int row) {
+    switch (ChoiceOf<AssignType>(module, kAssignRowType, row)) {
+      case AssignType::Variable:
+        return Fields(module)(kAssignVariable, row).text;
+      case AssignType::Attribute:
+        return Fields(module)(kAssignAttribute, row).text;
+      case AssignType::Other:
+        return Fields(module)(kAssignOther, row).text;
+      case AssignType::EntityType:
+        return "Entity.Type";
+      case AssignType::EntityPicture:
+        break;
+    }
+    return "Entity.Picture";
   }
   AssignRow AssignRowOf(int module, int row) {
     const AssignType type = ChoiceOf<AssignType>(module, kAssignRowType, row);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 namespace vardo {
 namespace {
@@ -96,6 +97,7 @@ std::uint32_t CodeMaker::Constant(double x, std::uint32_t place) {
 
 std::uint32_t CodeMaker::Of(const Expression& expression, const CodeSite& site) {
   Begin(site);
+  isOneText_ = true;
   Emit(expression, expression.Root());
   return Finish();
 }
@@ -129,6 +131,8 @@ void CodeMaker::Begin(const CodeSite& site) {
   site_ = site;
   calls_ = 0;
   code_.clear();
+  positions_.clear();
+  isOneText_ = false;
   isLanding_.clear();
   depth_ = deepest_ = 0;
 }
@@ -149,6 +153,8 @@ std::uint32_t CodeMaker::Finish() {
     value.first = static_cast<std::uint32_t>(program_.instructions.size());
     value.count = Here();
     program_.instructions.insert(program_.instructions.end(), code_.begin(), code_.end());
+    positions_.resize(code_.size());
+    program_.positions.insert(program_.positions.end(), positions_.begin(), positions_.end());
   }
   program_.values.push_back(value);
   return static_cast<std::uint32_t>(program_.values.size()) - 1;
@@ -156,6 +162,8 @@ std::uint32_t CodeMaker::Finish() {
 
 void CodeMaker::Put(Code code, int change, std::uint32_t b, std::uint16_t a, double value) {
   code_.push_back({code, a, b, value});
+  positions_.resize(code_.size());
+  positions_.back() = isOneText_ ? position_ : kNone;
   depth_ += change;
   deepest_ = std::max(deepest_, depth_);
 }
@@ -227,6 +235,12 @@ std::uint32_t CodeMaker::NamedStream(int number) {
 // ------------------------------------------------------------------------------------------------------ the tree
 
 void CodeMaker::Emit(const Expression& expression, const ExpressionNode& node) {
+  const std::uint32_t outer = std::exchange(position_, node.position);
+  EmitNode(expression, node);
+  position_ = outer;
+}
+
+void CodeMaker::EmitNode(const Expression& expression, const ExpressionNode& node) {
   switch (node.kind) {
     case NodeKind::Number:
       PutConstant(node.value);

@@ -58,6 +58,7 @@ class CodeMaker {
   void Land(std::uint32_t jump);
 
   void Emit(const Expression& expression, const ExpressionNode& node);
+  void EmitNode(const Expression& expression, const ExpressionNode& node);
   void EmitAttribute(EntityAttribute attribute);
   void EmitVariable(const Expression& expression, const ExpressionNode& node);
   void EmitBinary(const Expression& expression, const ExpressionNode& node);
@@ -73,7 +74,10 @@ class CodeMaker {
   CodeSite site_;
   std::uint64_t calls_ = 0;
   std::vector<Instruction> code_;
-  std::vector<bool> isLanding_;  // somebody jumps to that instruction: it is not to be folded with what stands before
+  std::vector<std::uint32_t> positions_;  // of each instruction
+  bool isOneText_ = false;                // else a position says nothing
+  std::uint32_t position_ = 0;            // of the node under way
+  std::vector<bool> isLanding_;           // somebody jumps to that instruction: it is not to be folded with what stands before
   int depth_ = 0, deepest_ = 0;
 };
 

@@ -368,6 +368,7 @@ struct Program {
 
   std::vector<Value> values;
   std::vector<Instruction> instructions;
+  std::vector<std::uint32_t> positions;  // of each instruction in its field's text, from 0; none where it has no text of its own
   std::vector<DrawTable> draws;
   std::vector<double> constants;
   std::vector<std::uint64_t> sources;
@@ -385,6 +386,7 @@ struct Program {
   std::vector<DelayTable> delays;
   std::vector<DecideTable> decides;
   std::vector<AssignRow> assignRows;
+  std::vector<std::string> assigned;  // what each of the rows assigns to, as its field says
   std::vector<AssignTable> assigns;
   std::vector<BatchTable> batches;
   std::vector<DuplicateTable> duplicates;

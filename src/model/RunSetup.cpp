@@ -1,8 +1,12 @@
 #include "model/RunSetup.h"
 
+#include "addin/host/HostConstants.h"
+#include "addin/host/IVDocument.h"
+#include "addin/host/IVShape.h"
 #include "base/Numbers.h"
 #include "base/Text.h"
 #include "model/Names.h"
+#include "props/PropertyCells.h"
 #include "props/StringFunctions.h"
 
 #include <algorithm>
@@ -178,6 +182,17 @@ bool SetVariable(const RunSetting& setting, ModelSource& source) {
 }  // namespace
 
 const SetupItemInfo& InfoOf(SetupItem item) { return kItems[static_cast<size_t>(item)]; }
+
+void KeepSetup(const IVDocumentPtr& document, const SetupTexts& options) {
+  const IVShapePtr sheet = document->DocumentSheet();
+  for (size_t i = 0; i < options.size(); ++i) {
+    if (!options[i]) continue;
+    const std::string cell(InfoOf(static_cast<SetupItem>(i)).cell);
+    if (!sheet->CellExists(cell, kExistsAnywhere))
+      sheet->AddNamedRow(kSectionUser, std::string_view(cell).substr(cell.find('.') + 1), kTagDefault);
+    sheet->Cells(cell)->SetFormula(InQuotes(*options[i]));
+  }
+}
 
 std::optional<double> ParseTime(std::string_view text, TimeUnit unit) {
   const auto split = SplitUnit(TrimBlanks(text));

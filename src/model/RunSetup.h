@@ -1,6 +1,7 @@
 // How a model is to be run: what the options and the cells of the drawing say, and what is taken when neither does.
 #pragma once
 
+#include "addin/host/HostFwd.h"
 #include "model/Choices.h"
 #include "model/Finding.h"
 #include "model/ModelSource.h"
@@ -46,6 +47,9 @@ const SetupItemInfo& InfoOf(SetupItem item);
 
 // Options beat cells, cells beat what is usual. One finding (run/setup) for each that cannot be read, which is left as is usual.
 RunSetup ReadSetup(const SetupTexts& options, const SetupTexts& cells, std::vector<Finding>& findings);
+
+// Writes what is given into the cells of the document's sheet. Throws HostError.
+void KeepSetup(const IVDocumentPtr& document, const SetupTexts& options);
 
 // A time such as "8h", "30 d" or "90 min", in seconds; a bare number is in the unit. None when it is no time, or negative.
 std::optional<double> ParseTime(std::string_view text, TimeUnit unit);

@@ -1,6 +1,7 @@
 #include "report/ResultsJson.h"
 
 #include "base/Text.h"
+#include "platform/FileSystem.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -182,6 +183,18 @@ void ResultsWriter::Finish(const RunResults& results) {
   output_ << "],\n\"warnings\": " << Line(warnings) << "}\n";
 }
 
+Json SummaryOf(const Program& program, const RunResults& results) {
+  Json outputs = Json::object();
+  for (size_t i = 0; i < program.outputs.size(); ++i) {
+    Json line = SummaryJson(program, results.summary, i);
+    line.erase("id");
+    outputs[NameOf(program.outputs[i])] = std::move(line);
+  }
+  Json warnings = Json::array();
+  for (const WarningCount& warning : results.summary.warnings()) warnings.push_back(SentenceOf(warning, program));
+  return {{"replications", results.summary.replications()}, {"outputs", outputs}, {"warnings", warnings}};
+}
+
 ReadResults ReadResultsFile(const std::filesystem::path& file) {
   std::ifstream stream(file, std::ios::binary);
   try {
@@ -222,8 +235,12 @@ ReadResults ReadResultsFile(const std::filesystem::path& file) {
     }
     for (const Json& record : json.at("replications")) read.records.push_back(RecordFrom(record, program));
     return read;
+  } catch (const Json::exception& error) {
+    const bool isJson = dynamic_cast<const Json::parse_error*>(&error) == nullptr;
+    throw std::runtime_error(PathInWords(file) + " cannot be read as results: it is " +
+                             (isJson ? "not built like them." : "no JSON, or not all of it."));
   } catch (const std::exception& error) {
-    throw std::runtime_error(InWords(file.string()) + " cannot be read as results: " + InWords(error.what()) + ".");
+    throw std::runtime_error(PathInWords(file) + " cannot be read as results: " + InWords(error.what()) + ".");
   }
 }
 

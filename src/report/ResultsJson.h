@@ -4,6 +4,8 @@
 #include "model/RunSetup.h"
 #include "simulate/Runner.h"
 
+#include <nlohmann/json.hpp>
+
 #include <deque>
 #include <filesystem>
 #include <istream>
@@ -25,6 +27,9 @@ class ResultsWriter {
   const Program& program_;
   bool isFirst_ = true;
 };
+
+// The summary alone, for people and scripts: each output by its name.
+nlohmann::ordered_json SummaryOf(const Program& program, const RunResults& results);
 
 // One file of results read again: enough of its program and set-up to summarise and write it. It can be moved, not copied, for
 // the program refers to the texts.

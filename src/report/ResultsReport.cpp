@@ -15,6 +15,54 @@ constexpr int kNameWidth = 32, kNumberWidth = 13;
 
 std::string NumberCell(double x) { return std::isnan(x) ? "-" : NumberText(x, kDigits); }
 
+void PrintRow(std::ostream& output, const std::string& name, std::initializer_list<std::string> cells) {
+  fmt::print(output, "{:<{}}", name, cells.size() == 0 ? 0 : kNameWidth);
+  for (const std::string& cell : cells) fmt::print(output, " {:>{}}", cell, kNumberWidth);
+  output << '\n';
+}
+
+// One table; cells says what stands in a line, for an output's number and its summary.
+template <class Cells, class IsShown>
+void PrintTable(const Program& program, const Summary& summary, std::initializer_list<std::string> head, const IsShown& isShown,
+                const Cells& cells, std::ostream& output) {
+  std::string_view category;
+  std::string of;
+  for (size_t i = 0; i < program.outputs.size(); ++i) {
+    const Output& line = program.outputs[i];
+    const OutputSummary summarised = summary.Of(i);
+    if (!isShown(line, summarised)) continue;
+    if (line.category != category) {
+      PrintRow(output, CategoryTitle(line.category), category.empty() ? head : std::initializer_list<std::string>{});
+      of.clear();
+    }
+    if (line.of != of || line.category != category) fmt::print(output, "  {}\n", InWords(line.of));
+    category = line.category;
+    of = line.of;
+    cells("    " + InSentence(line.statistic), i, summarised);
+  }
+}
+
+// "Each replication ended at 8 h.", "3 replications ended at 8 h, 17 by their condition."
+std::string SentenceOnEnds(const RunSetup& setup, const Summary& summary) {
+  const struct {
+    EndReason reason;
+    std::string how;
+  } kEnds[] = {{EndReason::Length, setup.length ? "at " + TimeText(*setup.length) : ""},
+               {EndReason::Condition, "by its condition"},
+               {EndReason::NothingLeft, "when nothing was left to happen"}};
+  std::string sentence;
+  for (const auto& [reason, how] : kEnds) {
+    const std::uint64_t count = summary.EndedBecause(reason);
+    if (count == 0) continue;
+    if (count == summary.replications()) return "Each replication ended " + how + ".";
+    sentence += sentence.empty() ? fmt::format("{} replication{} ended {}", count, count == 1 ? "" : "s", how)
+                                 : fmt::format(", {} {}", count, how);
+  }
+  return sentence + ".";
+}
+
+}  // namespace
+
 std::string CategoryTitle(std::string_view category) {
   constexpr struct {
     std::string_view category, title;
@@ -33,39 +81,6 @@ std::string InSentence(std::string_view text) {
   return words;
 }
 
-void PrintRow(std::ostream& output, const std::string& name, std::initializer_list<std::string> cells) {
-  fmt::print(output, "{:<{}}", name, cells.size() == 0 ? 0 : kNameWidth);
-  for (const std::string& cell : cells) fmt::print(output, " {:>{}}", cell, kNumberWidth);
-  output << '\n';
-}
-
-// One table; cells says what stands in a line, for an output's number and its summary.
-template <class Cells>
-void PrintTable(const Program& program, const Summary& summary, std::initializer_list<std::string> head, const Cells& cells,
-                std::ostream& output) {
-  std::string_view category;
-  std::string of;
-  for (size_t i = 0; i < program.outputs.size(); ++i) {
-    const Output& line = program.outputs[i];
-    if (line.category != category) {
-      PrintRow(output, CategoryTitle(line.category), category.empty() ? head : std::initializer_list<std::string>{});
-      of.clear();
-    }
-    if (line.of != of || line.category != category) fmt::print(output, "  {}\n", InWords(line.of));
-    category = line.category;
-    of = line.of;
-    cells("    " + InSentence(line.statistic), i, summary.Of(i));
-  }
-}
-
-std::string WordsForEnd(const RunSetup& setup) {
-  if (setup.length) return "Each replication ended at " + TimeText(*setup.length);
-  return setup.until.empty() ? "Each replication ended when nothing was left to happen"
-                             : "Each replication ended by its condition";
-}
-
-}  // namespace
-
 std::string TimeText(double seconds) {
   constexpr struct {
     double seconds;
@@ -77,16 +92,44 @@ std::string TimeText(double seconds) {
   return NumberText(seconds) + " s";
 }
 
-void PrintResults(const Program& program, const RunSetup& setup, const RunResults& results, bool all, std::ostream& output) {
+bool IsOfNoInterest(const Output& output, const OutputSummary& summary) {
+  const bool hasCategories = output.category == "Entity" || output.category == "Process";
+  return hasCategories && output.kind == OutputKind::Tally && summary.all.min == 0 && summary.all.max == 0;
+}
+
+std::string RunTitle(const Program& program, const RunSetup& setup, std::uint64_t replications) {
+  std::string title = fmt::format("{}: {} replication{}", InWords(program.file), replications, replications == 1 ? "" : "s");
+  if (setup.length) title += " of " + TimeText(*setup.length);
+  if (setup.warmUp > 0) title += ", warm-up " + TimeText(setup.warmUp);
+  return title + fmt::format(", seed {}", setup.seed);
+}
+
+std::vector<std::string> ClosingSentences(const Program& program, const RunSetup& setup, const RunResults& results) {
+  std::vector<std::string> sentences = {SentenceOnEnds(setup, results.summary)};
+  if (!results.batchHalfWidths.empty())
+    sentences.push_back(
+        "The half-widths of this one replication are those of 40 batches of its time; n/a: neighbouring parts hang together "
+        "too much.");
+  sentences.insert(sentences.end(), results.notes.begin(), results.notes.end());
+  for (const WarningCount& warning : results.summary.warnings()) sentences.push_back(SentenceOf(warning, program));
+  const std::uint64_t count = results.summary.replications();
+  if (results.isStopped) sentences.push_back(fmt::format("Stopped after {} replication{}.", count, count == 1 ? "" : "s"));
+  return sentences;
+}
+
+void PrintResults(const Program& program, const RunSetup& setup, const RunResults& results, const TableOptions& options,
+                  std::ostream& output) {
   const Summary& summary = results.summary;
-  const std::uint64_t count = summary.replications();
-  fmt::print(output, "{}: {} replication{}", InWords(program.file), count, count == 1 ? "" : "s");
-  if (setup.length) fmt::print(output, " of {}", TimeText(*setup.length));
-  if (setup.warmUp > 0) fmt::print(output, ", warm-up {}", TimeText(setup.warmUp));
-  fmt::print(output, ", seed {}; times in {}, {} % half-widths of each number alone\n", setup.seed, LowerAscii(program.timeUnit),
-             NumberText(setup.confidence));
+  fmt::print(output, "{}; times in {}, {} % half-widths of each number alone,\nminimum and maximum of the replications\n",
+             RunTitle(program, setup, summary.replications()), LowerAscii(program.timeUnit), NumberText(setup.confidence));
+  bool isAll = true;
   PrintTable(
       program, summary, {"average", "half-width", "minimum", "maximum"},
+      [&](const Output& line, const OutputSummary& of) {
+        const bool isShown = options.all || !IsOfNoInterest(line, of);
+        isAll = isAll && isShown;
+        return isShown;
+      },
       [&](const std::string& name, size_t i, const OutputSummary& of) {
         const bool byBatches = !results.batchHalfWidths.empty();
         const double halfWidth = byBatches ? results.batchHalfWidths[i] : of.halfWidth;
@@ -94,25 +137,24 @@ void PrintResults(const Program& program, const RunSetup& setup, const RunResult
         PrintRow(output, name, {NumberCell(of.mean), width, NumberCell(of.min), NumberCell(of.max)});
       },
       output);
-  if (all) {
+  if (options.all) {
     output << "\nAll observations together:\n";
     PrintTable(
-        program, summary, {"average", "minimum", "maximum", "median", "95 %"},
-        [&](const std::string& name, size_t, const OutputSummary& of) {
+        program, summary, {"number", "average", "minimum", "maximum", "median", "95 %"},
+        [](const Output& line, const OutputSummary&) { return line.kind == OutputKind::Tally || line.kind == OutputKind::Level; },
+        [&](const std::string& name, size_t i, const OutputSummary& of) {
+          const bool isTally = program.outputs[i].kind == OutputKind::Tally;
           PrintRow(output, name,
-                   {NumberCell(of.all.mean), NumberCell(of.all.min), NumberCell(of.all.max), NumberCell(of.all.median),
-                    NumberCell(of.all.p95)});
+                   {isTally ? fmt::format("{}", of.all.n) : "-", NumberCell(of.all.mean), NumberCell(of.all.min),
+                    NumberCell(of.all.max), NumberCell(of.all.median), NumberCell(of.all.p95)});
         },
         output);
   }
-  fmt::print(output, "{}. {} events.\n", WordsForEnd(setup), summary.events());
-  if (!results.batchHalfWidths.empty())
-    output << "The half-widths of this one replication are those of 40 batches of its time; n/a: neighbouring parts hang "
-              "together too "
-              "much.\n";
-  for (const std::string& note : results.notes) output << note << '\n';
-  for (const WarningCount& warning : summary.warnings()) output << "  " << SentenceOf(warning, program) << '\n';
-  if (results.isStopped) fmt::print(output, "Stopped after {} replication{}.\n", count, count == 1 ? "" : "s");
+  output << '\n';
+  if (!isAll) output << "Times and costs that were 0 throughout are left out; --all prints them.\n";
+  fmt::print(output, "{} events{}.\n", summary.events(),
+             options.seconds == 0 ? "" : fmt::format(" in {:.1f} s", options.seconds));
+  for (const std::string& sentence : ClosingSentences(program, setup, results)) output << sentence << '\n';
 }
 
 }  // namespace vardo

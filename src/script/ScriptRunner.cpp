@@ -10,10 +10,13 @@
 #include "memoryhost/HostObjects.h"
 #include "props/StringFunctions.h"
 #include "report/FindingsReport.h"
+#include "report/ResultsJson.h"
+#include "run/PreparedRun.h"
 #include "script/FormJson.h"
 
 #include <algorithm>
 #include <cstdint>
+#include <stdexcept>
 #include <type_traits>
 #include <utility>
 
@@ -71,6 +74,27 @@ Json ValueJson(const CellValue& value) {
   return std::get<std::string>(value);
 }
 
+// "--max-replications" of the command line is "maxReplications" here.
+std::string NameOfArgument(SetupItem item) {
+  std::string name;
+  bool isCapital = false;
+  for (const char character : InfoOf(item).option.substr(2)) {
+    if (character != '-') name += isCapital ? static_cast<char>(character - 'a' + 'A') : character;
+    isCapital = character == '-';
+  }
+  return name;
+}
+
+// A number is as good as a text, and a list is one text.
+std::optional<std::string> SetupArgument(const Json& arguments, SetupItem item) {
+  const std::string name = NameOfArgument(item);
+  const auto found = arguments.find(name);
+  if (found == arguments.end()) return std::nullopt;
+  if (found->is_number()) return found->dump();
+  if (found->is_array()) return JoinList(As<StringList>(*found, name.c_str()));
+  return As<std::string>(*found, name.c_str());
+}
+
 // A command without a result returns null; one whose result is null returns this.
 Json NullResult() { return Json(Json::value_t::discarded); }
 
@@ -114,6 +138,7 @@ const ScriptRunner::Command ScriptRunner::kCommands[] = {
     {"actions", When::Always, &ScriptRunner::Actions},
     {"action.run", When::NoForm, &ScriptRunner::ActionRun},
     {"check", When::NoForm, &ScriptRunner::CheckDrawing},
+    {"simulate", When::NoForm, &ScriptRunner::SimulateDrawing},
     {"undo", When::NoForm, &ScriptRunner::Undo},
     {"redo", When::NoForm, &ScriptRunner::Redo},
     {"screen", When::Always, &ScriptRunner::Screen},
@@ -342,6 +367,28 @@ Json ScriptRunner::CheckDrawing(const Json& arguments) {
     options[static_cast<size_t>(SetupItem::Ignore)] = JoinList(*ignored);
   session_.host().drawing();
   return FindingsJson("", Examine(session_.host().application()->ActiveDocument(), options, {}, CheckFor::Itself).findings);
+}
+
+Json ScriptRunner::SimulateDrawing(const Json& arguments) {
+  RunOrder order;
+  for (size_t i = 0; i < order.setup.size(); ++i) order.setup[i] = SetupArgument(arguments, static_cast<SetupItem>(i));
+  order.settings = Optional<StringList>(arguments, "set").value_or(StringList());
+  session_.host().drawing();
+  PreparedRun run = PrepareRun(session_.host().application()->ActiveDocument(), order, "");
+  if (!run.program) {
+    const auto error = std::ranges::find(run.findings, Severity::Error, &Finding::severity);
+    Refuse(error->message + " [" + std::string(error->rule) + "]");
+  }
+  const RunOptions options{.threads = Optional<unsigned>(arguments, "threads").value_or(0)};
+  Progress progress;
+  try {
+    FindWarmUp(run, options, progress);
+    return SummaryOf(*run.program, Simulate(*run.program, run.setup, options, progress));
+  } catch (const RunError& error) {
+    Refuse(error.what());
+  } catch (const std::runtime_error& error) {
+    Refuse(error.what());
+  }
 }
 
 Json ScriptRunner::Select(const Json& arguments) {

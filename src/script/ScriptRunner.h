@@ -49,7 +49,7 @@ class ScriptRunner : private DesktopListener {
       Shapes(const Json&), Drop(const Json&), Connect(const Json&), Paste(const Json&), Select(const Json&), Delete(const Json&),
       TypeText(const Json&), Cell(const Json&), SetCell(const Json&), Rows(const Json&), RowDelete(const Json&),
       Menus(const Json&), MenuRun(const Json&), Actions(const Json&), ActionRun(const Json&), Undo(const Json&),
-      CheckDrawing(const Json&), Redo(const Json&), Screen(const Json&), Screenshot(const Json&);
+      CheckDrawing(const Json&), SimulateDrawing(const Json&), Redo(const Json&), Screen(const Json&), Screenshot(const Json&);
   Json SetupEventSink(const Json&), AddVardoMenu(const Json&), InitializePage(const Json&), ShowEditor(const Json&),
       Submodel(const Json&), CloseSubmodel(const Json&), CopyAndPaste(const Json&), LoadedFormNames(const Json&);
   Json DescribeForm(const Json&), FormType(const Json&), FormPick(const Json&), FormCheck(const Json&), FormFocus(const Json&),

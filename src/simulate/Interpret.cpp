@@ -24,11 +24,22 @@ double Power(const Value& value, double x, double y) {
 }  // namespace
 
 double World::Interpret(const Value& value, uint32_t row) {
+  const Instruction* at = program_.instructions.data() + value.first;
+  try {
+    return Interpret(value, row, at);
+  } catch (ModelError& error) {
+    const auto instruction = static_cast<size_t>(at - program_.instructions.data());
+    if (error.position == kNone && instruction < value.first + value.count) error.position = program_.positions[instruction];
+    throw;
+  }
+}
+
+double World::Interpret(const Value& value, uint32_t row, const Instruction*& at) {
   double stack[kStackDepth];
   double* top = stack - 1;  // the last value
-  const Instruction* const first = program_.instructions.data() + value.first;
+  const Instruction* const first = at;
   const Instruction* const end = first + value.count;
-  for (const Instruction* at = first; at != end; ++at) {
+  for (; at != end; ++at) {
     switch (at->code) {
       case Code::Constant:
         *++top = at->value;

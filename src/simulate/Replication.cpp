@@ -10,7 +10,6 @@ namespace vardo {
 namespace {
 
 constexpr std::uint64_t kEventsWithoutEnd = 1'000'000'000;
-constexpr std::uint64_t kEventsBetweenTells = 1 << 16;
 constexpr double kForever = std::numeric_limits<double>::infinity();
 constexpr std::uint32_t kNoEntity = kNone;
 
@@ -227,9 +226,10 @@ void Replication::Arrive(const Step& step, std::uint32_t row) {
   const double count = world_.Count(create.entities, kNoEntity);
   for (double made = 0; made < count; ++made) {
     const std::uint32_t entity = groups_.Make(create.type, create.submodels);
+    world_.entities[entity].step = world_.entities[row].step;
+    world_.Trace(TraceAct::Create, entity);
     world_.entities[entity].step = step.next;
     world_.CountUp(step.left);
-    world_.Trace(TraceAct::Create, entity);
     Walk(entity);
   }
   if (arrivals.made >= arrivals.most) return;

@@ -28,6 +28,7 @@ class Replication {
   // The program stays with its owner and must outlive this.
   explicit Replication(const Program& program);
 
+  static constexpr std::uint64_t kEventsBetweenTells = 1 << 16;
   // Runs to the end. Throws RunError. Now and then tells how many events more have happened, and stops when the answer is false.
   EndReason Run(const RandomRun& run, const ReplicationLimits& limits, const std::function<bool(std::uint64_t)>& goesOn);
   // Called at times that part the replication, in rising order, before anything else happens then; set before Run.

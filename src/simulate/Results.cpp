@@ -87,6 +87,7 @@ Summary::Summary(const Program& program, double confidence)
 void Summary::Add(const ReplicationRecord& record) {
   ++replications_;
   events_ += record.events;
+  ++ends_[static_cast<size_t>(record.because)];
   for (const WarningCount& warning : record.warnings) {
     const auto known = std::find_if(warnings_.begin(), warnings_.end(), [&](const WarningCount& other) {
       return other.warning == warning.warning && other.place == warning.place;

@@ -5,6 +5,7 @@
 #include "simulate/Replication.h"
 #include "simulate/Statistics.h"
 
+#include <array>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -67,9 +68,13 @@ class Summary {
 
   std::uint64_t replications() const { return replications_; }
   std::uint64_t events() const { return events_; }
+  // How many have ended for that reason.
+  std::uint64_t EndedBecause(EndReason reason) const { return ends_[static_cast<size_t>(reason)]; }
   OutputSummary Of(size_t output) const;
   // The values of the first replications, one by one.
   const std::vector<double>& ValuesOf(size_t output) const { return sums_[output].values; }
+  // All observations of a tally by size, those of times in seconds; empty where nobody asks for quantiles.
+  std::vector<Buckets::Count> CountsOf(size_t output) const { return sums_[output].buckets.Counts(); }
   const std::vector<WarningCount>& warnings() const { return warnings_; }
 
   static constexpr size_t kValuesKept = 1000;
@@ -97,6 +102,7 @@ class Summary {
   const Program& program_;
   double confidence_;
   std::uint64_t replications_ = 0, events_ = 0;
+  std::array<std::uint64_t, 4> ends_ = {};  // by reason
   std::vector<Sums> sums_;
   std::vector<WarningCount> warnings_;
 };

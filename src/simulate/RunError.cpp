@@ -8,7 +8,8 @@ namespace {
 
 // "12.5 h".
 std::string TimeWords(const Program& program, double time) {
-  return NumberText(time / program.unit, 6) + " " + std::string(1, LowerAscii(program.timeUnit.front()));
+  const std::string unit = program.timeUnit == "Minutes" ? "min" : std::string(1, LowerAscii(program.timeUnit.front()));
+  return NumberText(time / program.unit, 6) + " " + unit;
 }
 
 }  // namespace
@@ -22,8 +23,14 @@ std::string WordsFor(const SourcePlace& place) {
 
 RunError::RunError(const Program& program, std::uint64_t replication, double time, const ModelError& error) {
   text_ = "Replication " + std::to_string(replication) + " at " + TimeWords(program, time) + ": ";
-  if (error.place != kNone) text_ += WordsFor(program.places[error.place]) + ": ";
-  text_ += error.sentence + ".";
+  if (error.place != kNone) {
+    const SourcePlace& place = program.places[error.place];
+    if (!place.page.empty()) text_ += InWords(place.page) + ": ";
+    text_ += WordsFor(place) + ": ";
+  }
+  text_ += error.sentence;
+  if (error.position != kNone) text_ += " at character " + std::to_string(error.position + 1);
+  text_ += ".";
 }
 
 std::string SentenceOf(const WarningCount& warning, const Program& program) {

@@ -10,11 +10,13 @@ namespace vardo {
 
 // Something that the model must not do. Raised within a replication.
 struct ModelError {
-  std::uint32_t place = kNone;  // of Program::places
-  std::string sentence;         // without a full stop
+  std::uint32_t place = kNone;     // of Program::places
+  std::string sentence;            // without a full stop
+  std::uint32_t position = kNone;  // in the text of the place's field, from 0
 };
 
-// The same with when and where, in words: Replication 3 at 12.5 h: Process "Weld", Expression: square root of -2.
+// The same with when and where, in words: Replication 3 at 12.5 h: Bank: Process "Weld", Expression: square root of -2 at
+// character 5.
 class RunError : public std::exception {
  public:
   RunError(const Program& program, std::uint64_t replication, double time, const ModelError& error);

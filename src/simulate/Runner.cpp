@@ -12,11 +12,13 @@
 #include <optional>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 namespace vardo {
 namespace {
 
-constexpr std::uint64_t kSeriesOfFirst = 20;
+// Of the very first replications, so that it does not matter who runs them.
+constexpr std::uint64_t kSeriesOfLast = 20;
 constexpr size_t kPlotParts = 400;
 
 // One replication from its number to its record.
@@ -29,8 +31,7 @@ class Worker {
     World& world = replication_.world();
     world.trace = options_.trace != nullptr && number == options_.traceReplication ? options_.trace : nullptr;
     std::optional<LevelSeries> series;
-    if (setup_.length && number < static_cast<std::uint64_t>(setup_.firstReplication) + kSeriesOfFirst)
-      series.emplace(world, program_, *setup_.length, kPlotParts);
+    if (setup_.length && number <= kSeriesOfLast) series.emplace(world, program_, *setup_.length, kPlotParts);
     bool isWarm = setup_.warmUp == 0;
     replication_.milestones.clear();
     if (series) series->AddMilestones(replication_.milestones);
@@ -47,22 +48,32 @@ class Worker {
     const EndReason because = replication_.Run(
         {setup_.seed, number, 0}, {setup_.length, options_.mostEntities, options_.mostSteps}, [&](std::uint64_t events) {
           progress_.events += events;
+          if (setup_.length) TellWork(world.now / *setup_.length);
           return !progress_.stop;
         });
+    TellWork(1);
+    told_ = 0;
+    progress_.events += replication_.events() % Replication::kEventsBetweenTells;
     if (!isWarm && because != EndReason::Stopped)
       throw RunError(program_, number, world.now, {kNone, "the replication ends before its warm-up"});
     ReplicationRecord record = RecordOf(program_, world, because, replication_.events());
     if (series) record.series = series->Finish();
+    if (!options_.keepsBuckets)
+      for (OutputValue& value : record.values) value.buckets.clear();
     if (slices != nullptr) slices->Finish(world, program_);
     return record;
   }
 
  private:
+  // How much of this replication is done.
+  void TellWork(double share) { progress_.work += share - std::exchange(told_, share); }
+
   const Program& program_;
   const RunSetup& setup_;
   const RunOptions& options_;
   Progress& progress_;
   Replication replication_;
+  double told_ = 0;
 };
 
 // Hands out the numbers of replications and takes the records back in their order.
@@ -77,7 +88,6 @@ class Run {
         next_(results_.first),
         toFold_(results_.first),
         end_(static_cast<std::uint64_t>(setup.lastReplication) + 1) {
-    FindPrecise();
     if (setup.precision) end_ = results_.first + static_cast<std::uint64_t>(setup.maxReplications);
     if (results_.first + 1 == end_ && setup.length) slices_.emplace(program);
   }
@@ -90,19 +100,14 @@ class Run {
     Work();
     for (std::thread& thread : threads) thread.join();
     if (failure_) std::rethrow_exception(failure_);
-    results_.isStopped = progress_.stop && toFold_ != end_;
-    results_.isPrecise = !setup_.precision || isPreciseEnough_;
+    results_.isStopped = progress_.stop && toFold_ != end_ && !isPreciseEnough_;
+    if (results_.isStopped && results_.summary.replications() == 0) throw RunStopped();
+    if (!isPreciseEnough_) results_.imprecise = ImpreciseOutputs(program_, setup_, results_.summary);
     if (slices_ && toFold_ == end_) slices_->HalfWidths(setup_.confidence, results_.batchHalfWidths, results_.batchCorrelations);
     return std::move(results_);
   }
 
  private:
-  void FindPrecise() {
-    if (!setup_.precision) return;
-    for (const std::string& name : setup_.precisionOf)
-      if (const auto output = FindOutput(program_, name)) precise_.push_back(*output);
-  }
-
   void Work() {
     Worker worker(program_, setup_, options_, progress_);
     for (;;) {
@@ -149,16 +154,10 @@ class Run {
     }
   }
 
-  // Law's rule: a relative error of g is reached when the half-width is at most g / (1 + g) of the mean.
   bool IsPrecise() const {
     const auto enough =
         std::max<std::uint64_t>(10, static_cast<std::uint64_t>(setup_.lastReplication - setup_.firstReplication + 1));
-    if (results_.summary.replications() < enough) return false;
-    const double g = *setup_.precision / 100;
-    return std::all_of(precise_.begin(), precise_.end(), [&](size_t output) {
-      const OutputSummary summary = results_.summary.Of(output);
-      return summary.halfWidth <= g / (1 + g) * std::fabs(summary.mean) && summary.mean != 0;
-    });
+    return results_.summary.replications() >= enough && ImpreciseOutputs(program_, setup_, results_.summary).empty();
   }
 
   const Program& program_;
@@ -166,7 +165,6 @@ class Run {
   const RunOptions& options_;
   Progress& progress_;
   RunResults results_;
-  std::vector<size_t> precise_;  // outputs
   std::optional<BatchSlices> slices_;
 
   std::mutex mutex_;
@@ -191,6 +189,7 @@ double ProposeWarmUp(const Program& program, const RunSetup& setup, const RunOpt
       progress.events += events;
       return !progress.stop;
     });
+    if (progress.stop) throw RunStopped();
     const std::vector<std::vector<double>> own = series.Finish();
     for (size_t i = 0; i < sums.size(); ++i) {
       sums[i].resize(own[i].size());
@@ -216,6 +215,20 @@ double ProposeWarmUp(const Program& program, const RunSetup& setup, const RunOpt
     throw std::runtime_error(
         "The length is too short for a steady state: no part of the runs at its beginning can be told from the rest.");
   return *setup.length * static_cast<double>(cut) / kParts;
+}
+
+// Law's rule: a relative error of g is reached when the half-width is at most g / (1 + g) of the mean.
+std::vector<size_t> ImpreciseOutputs(const Program& program, const RunSetup& setup, const Summary& summary) {
+  std::vector<size_t> imprecise;
+  if (!setup.precision) return imprecise;
+  const double g = *setup.precision / 100;
+  for (const std::string& name : setup.precisionOf) {
+    const auto output = FindOutput(program, name);
+    if (!output) continue;
+    const OutputSummary of = summary.Of(*output);
+    if (!(of.halfWidth <= g / (1 + g) * std::fabs(of.mean) && of.mean != 0)) imprecise.push_back(*output);
+  }
+  return imprecise;
 }
 
 RunResults Simulate(const Program& program, const RunSetup& setup, const RunOptions& options, Progress& progress) {

@@ -112,6 +112,7 @@ class World {
     return Draw(distribution, {program_.constants.data() + draw.firstConstant, draw.count}, streams_[draw.source]);
   }
   double Interpret(const Value& value, std::uint32_t row);
+  double Interpret(const Value& value, std::uint32_t row, const Instruction*& at);
   double NegativeTime(std::uint32_t place, double seconds);
   double UnitsCostRateOf(std::uint32_t row);
   void Tell(TraceAct act, std::uint32_t row, std::uint32_t what, double number);

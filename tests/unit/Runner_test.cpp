@@ -136,7 +136,7 @@ TEST_F(Runs, EndWhenTheyArePreciseEnoughWhateverTheThreads) {
   for (const unsigned threads : {1u, 2u, 5u}) {
     Progress progress;
     const RunResults results = Simulate(*program, setup, {.threads = threads}, progress);
-    EXPECT_TRUE(results.isPrecise);
+    EXPECT_TRUE(results.imprecise.empty());
     const OutputSummary wait = results.summary.Of(FindOutput(*program, setup.precisionOf.front()).value());
     EXPECT_LE(wait.halfWidth, .05 / 1.05 * wait.mean);
     counts.push_back(results.summary.replications());
@@ -153,7 +153,7 @@ TEST_F(Runs, SayWhenTheyAreNotPreciseEnough) {
   const auto program = Queue().Compile(setup);
   Progress progress;
   const RunResults results = Simulate(*program, setup, {}, progress);
-  EXPECT_FALSE(results.isPrecise);
+  EXPECT_EQ(results.imprecise, std::vector<size_t>{FindOutput(*program, setup.precisionOf.front()).value()});
   EXPECT_EQ(results.summary.replications(), 12u);
 }
 
@@ -202,7 +202,8 @@ TEST_F(Runs, ThatFailNameReplicationTimeModuleAndField) {
     Simulate(*program, setup, {.threads = 3}, progress);
     FAIL();
   } catch (const RunError& error) {
-    EXPECT_EQ(std::string(error.what()), "Replication 3 at 0 h: Process \"Serve\", Expression: square root of -2.");
+    EXPECT_EQ(std::string(error.what()),
+              "Replication 3 at 0 h: Page-1: Process \"Serve\", Expression: square root of -2 at character 1.");
   }
 }
 
