@@ -38,10 +38,10 @@ void ResultsFiles::Add(const ReplicationRecord& record) {
   if (replicationsFile_) WriteReplicationCsv(program_, record, *replicationsFile_);
 }
 
-void ResultsFiles::Finish(const RunResults& results, double seconds, const std::string& timeline) {
+void ResultsFiles::Finish(const RunResults& results, double seconds) {
   if (json_) json_->Finish(results);
   if (summaryFile_) WriteSummaryCsv(program_, results.summary, *summaryFile_);
-  if (htmlFile_) WriteHtml({program_, setup_, results, series_, findings_, timeline}, *htmlFile_);
+  if (htmlFile_) WriteHtml({program_, setup_, results, series_, findings_}, *htmlFile_);
   for (auto* file : {&jsonFile_, &summaryFile_, &replicationsFile_, &htmlFile_})
     if (*file) (*file)->Finish();
   if (!options_.isQuiet && options_.json != kToStandardOutput)

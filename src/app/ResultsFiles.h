@@ -25,8 +25,7 @@ class ResultsFiles {
   // Replications in order.
   void Add(const ReplicationRecord& record);
   // The summary, into the files and, unless it is quiet, as tables. seconds: what the run has taken; 0: not to be told.
-  // timeline: pictures for the page.
-  void Finish(const RunResults& results, double seconds, const std::string& timeline = "");
+  void Finish(const RunResults& results, double seconds);
 
  private:
   const ResultsOptions& options_;

@@ -35,12 +35,10 @@ p { margin: .3rem 0; max-width: 50rem; } .soft, figcaption { color: var(--soft);
 ul { padding-left: 1.2rem; margin: .4rem 0; max-width: 50rem; } li { margin: .25rem 0; }
 .plots { display: grid; grid-template-columns: repeat(auto-fill, minmax(min(100%, 22rem), 1fr)); gap: 1.2rem; }
 figure { margin: 0 0 .6rem; } figcaption { font-size: .85rem; margin-top: .2rem; } svg { display: block; width: 100%; height: auto; }
-.lanes { overflow-x: auto; } .lanes svg { min-width: 44rem; }
 svg text { font: 12px "Liberation Sans", Arial, Helvetica, sans-serif; fill: var(--soft); }
 .axis { stroke: var(--soft); } .grid { stroke: var(--rule); } .mark { stroke: var(--c3); stroke-dasharray: 4 3; }
 .line { fill: none; stroke: var(--c0); stroke-width: 1.8; } .band { fill: var(--c0); opacity: .22; } .dot { fill: var(--c0); opacity: .75; }
-.empty { fill: var(--shade); } .off { fill: var(--soft); opacity: .35; } .whisker { stroke: var(--ink); stroke-width: 2; }
-.steps { fill: var(--c0); opacity: .5; } .stopped { opacity: .45; }
+.empty { fill: var(--shade); } .whisker { stroke: var(--ink); stroke-width: 2; }
 .c0 { fill: var(--c0); background: var(--c0); } .c1 { fill: var(--c1); background: var(--c1); }
 .c2 { fill: var(--c2); background: var(--c2); } .c3 { fill: var(--c3); background: var(--c3); }
 .c4 { fill: var(--c4); background: var(--c4); } .c5 { fill: var(--c5); background: var(--c5); }
@@ -55,7 +53,7 @@ td:first-child { padding-left: 1.2rem; }
 @media print { :root { color-scheme: light; --page: #fff; --ink: #000; --soft: #444; --rule: #bbb; --shade: #f4f4f4;
   --c0: #2f6fb0; --c1: #d9822b; --c2: #3c9464; --c3: #b94a5c; --c4: #7b61a8; --c5: #a3722c; --c6: #2a9aa8; --c7: #7d8790; }
   body { font-size: 10pt; } main { max-width: none; padding: 0; } figure, tr, li { break-inside: avoid; } h2 { break-after: avoid; }
-  .plots { grid-template-columns: repeat(2, 1fr); } .lanes svg { min-width: 0; } table { font-size: 8.5pt; }
+  .plots { grid-template-columns: repeat(2, 1fr); } table { font-size: 8.5pt; }
   * { print-color-adjust: exact; -webkit-print-color-adjust: exact; } }
 )";
 
@@ -83,9 +81,6 @@ class PageWriter {
     Spread();
     Distributions();
     Shares();
-    if (!page_.timeline.empty())
-      fmt::print(output_, "<section><h2>One replication, step by step</h2>\n<div class=\"lanes\">{}</div></section>\n",
-                 page_.timeline);
     Tables();
     output_ << "</main></body></html>\n";
   }

@@ -34,7 +34,6 @@ struct ResultsPage {
   const RunResults& results;
   const SeriesSeen& series;
   std::span<const Finding> findings;
-  std::string timeline;  // pictures of a stretch of one replication; may be empty
 };
 void WriteHtml(const ResultsPage& page, std::ostream& output);
 

@@ -15,7 +15,6 @@ namespace {
 constexpr double kWidth = 420, kHeight = 240;
 constexpr double kLeft = 52, kRight = 12, kTop = 12, kBottom = 40;
 constexpr double kRowHeight = 40, kBarHeight = 14;
-constexpr double kLaneWidth = 860, kLaneLeft = 130, kLaneHeight = 15, kLaneGap = 5, kStepsHeight = 36;
 constexpr double kCharacter = 6.6;  // about as wide as one is
 
 std::string Text(double x, double y, std::string_view anchor, std::string_view text) {
@@ -184,61 +183,5 @@ void BarPlot::Row(std::string_view name, std::string_view value, const std::vect
 }
 
 std::string BarPlot::Text() const { return Drawing(words_, kWidth, kRowHeight * rows_ + 4, drawn_); }
-
-// ------------------------------------------------------------------------------------------------------ lanes
-
-LanePlot::LanePlot(PlotWords words, PlotRange time) : words_(std::move(words)), time_(time) {}
-
-double LanePlot::X(double time) const {
-  const double inside = std::clamp(time, time_.low, time_.high);
-  return kLaneLeft + (kLaneWidth - kLaneLeft - 10) * (inside - time_.low) / (time_.high - time_.low);
-}
-
-void LanePlot::Name(std::string_view name) {
-  drawn_ += ::vardo::Text(kLaneLeft - 6, bottom_ + 12, "end", Shortened(name, kLaneLeft - 10)) + "\n";
-}
-
-void LanePlot::Lane(std::string_view name) {
-  bottom_ += kLaneGap;
-  Name(name);
-  drawn_ += Rectangle(kLaneLeft, bottom_, kLaneWidth - kLaneLeft - 10, kLaneHeight, "empty");
-  bottom_ += kLaneHeight;
-}
-
-void LanePlot::Bar(PlotRange time, int colour, std::string_view title, bool isHatched) {
-  const double left = X(time.low);
-  drawn_ += Rectangle(left, bottom_ - kLaneHeight, std::max(X(time.high) - left - 0.4, 0.4), kLaneHeight,
-                      fmt::format("c{}{}", colour, isHatched ? " stopped" : ""), title);
-}
-
-void LanePlot::Off(PlotRange time) {
-  const double left = X(time.low);
-  drawn_ += Rectangle(left, bottom_ - kLaneHeight, X(time.high) - left, kLaneHeight, "off");
-}
-
-void LanePlot::Steps(std::string_view name, const std::vector<double>& times, const std::vector<double>& values, double most) {
-  bottom_ += kLaneGap;
-  Name(fmt::format("{} (to {})", Shortened(name, kLaneLeft - 60), PlotNumber(most)));
-  drawn_ += Rectangle(kLaneLeft, bottom_, kLaneWidth - kLaneLeft - 10, kStepsHeight, "empty");
-  bottom_ += kStepsHeight;
-  const auto y = [&](double value) { return bottom_ - kStepsHeight * (most > 0 ? value / most : 0); };
-  std::string points = fmt::format("{:.1f},{:.1f} ", X(time_.low), bottom_);
-  for (size_t i = 0; i < times.size(); ++i) {
-    const double until = i + 1 < times.size() ? times[i + 1] : time_.high;
-    points += fmt::format("{:.1f},{:.1f} {:.1f},{:.1f} ", X(times[i]), y(values[i]), X(until), y(values[i]));
-  }
-  points += fmt::format("{:.1f},{:.1f}", X(time_.high), bottom_);
-  drawn_ += fmt::format("<polygon class=\"steps\" points=\"{}\"/>\n", points);
-}
-
-std::string LanePlot::Text() const {
-  std::string axis;
-  for (const double tick : RoundTicks(time_, 8)) {
-    axis += LineBetween(X(tick), 0, X(tick), bottom_ + 4, "grid");
-    axis += ::vardo::Text(X(tick), bottom_ + 17, "middle", PlotNumber(tick)) + "\n";
-  }
-  axis += ::vardo::Text((kLaneLeft + kLaneWidth) / 2, bottom_ + 34, "middle", words_.x) + "\n";
-  return Drawing(words_, kLaneWidth, bottom_ + 42, axis + drawn_);
-}
 
 }  // namespace vardo

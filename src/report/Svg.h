@@ -72,28 +72,4 @@ class BarPlot {
   std::string drawn_;
 };
 
-// Lanes over time: bars of who is at what, and lines of how many.
-class LanePlot {
- public:
-  LanePlot(PlotWords words, PlotRange time);
-
-  // A lane below the others. Bars of it follow.
-  void Lane(std::string_view name);
-  void Bar(PlotRange time, int colour, std::string_view title, bool isHatched = false);
-  // What is not there: grey.
-  void Off(PlotRange time);
-  // A lane of its own in which a number changes at those times.
-  void Steps(std::string_view name, const std::vector<double>& times, const std::vector<double>& values, double most);
-  std::string Text() const;
-
- private:
-  double X(double time) const;
-  void Name(std::string_view name);
-
-  PlotWords words_;
-  PlotRange time_;
-  double bottom_ = 0;  // of the lowest lane
-  std::string drawn_;
-};
-
 }  // namespace vardo

@@ -6,13 +6,17 @@
 #include "platform/OutputFile.h"
 #include "report/ProgressText.h"
 #include "report/ResultsCsv.h"
+#include "report/ResultsHtml.h"
 #include "report/ResultsReport.h"
+#include "report/Svg.h"
 #include "report/TraceText.h"
 
 #include <gmock/gmock.h>
 
+#include <cmath>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace vardo {
 namespace {
@@ -120,6 +124,50 @@ TEST_F(Reports, TellStepByStepWhatHappens) {
 {"t":4.0,"entity":2,"type":"Entity 1","at":"Go","does":"dispose"}
 {"t":4.0,"does":"end"}
 )");
+}
+
+TEST_F(Reports, AreAPageThatNeedsNothingElse) {
+  RunSetup setup = Setup(3);
+  setup.length = 5 * 3600;
+  setup.warmUp = 1800;
+  program_ = Shop().Compile(setup);
+  SeriesSeen series(*program_);
+  Progress progress;
+  const RunResults results =
+      Simulate(*program_, setup, {.finished = [&](const ReplicationRecord& record) { series.Add(record); }}, progress);
+  const std::vector<Finding> findings = {
+      {.severity = Severity::Note, .rule = "a/rule", .page = "A & B", .message = "It is <so>."}};
+  std::ostringstream page;
+  WriteHtml({*program_, setup, results, series, findings}, page);
+  const std::string html = page.str();
+  EXPECT_THAT(html, testing::StartsWith("<!DOCTYPE html>\n"));
+  EXPECT_THAT(html, HasSubstr("<p>3 replications of 5 h, warm-up 30 min, seed 1; times in hours.</p>"));
+  EXPECT_THAT(html, HasSubstr("<li>note: A &amp; B: It is &lt;so&gt;. <span class=\"soft\">[a/rule]</span></li>"));
+  EXPECT_THAT(html,
+              HasSubstr("The longest waits are in \u201cServe, &quot;well&quot;.Queue\u201d: 1 \u00b1 0 hours on the average"));
+  EXPECT_THAT(html, HasSubstr("The busiest resource is \u201cClerk\u201d"));
+  EXPECT_THAT(html, HasSubstr(">warm-up</text>"));
+  EXPECT_THAT(html, HasSubstr("<figcaption>Serve, &quot;well&quot;.Queue: length</figcaption>"));
+  for (const char* outside : {"http", "<script", "src=", "nan", "inf\""}) EXPECT_THAT(html, Not(HasSubstr(outside))) << outside;
+}
+
+TEST(Plots, HaveRoundTicks) {
+  EXPECT_EQ(RoundTicks({0, 31}, 5), (std::vector<double>{0, 10, 20, 30}));
+  EXPECT_EQ(RoundTicks({0, 1}, 5), (std::vector<double>{0, .5, 1}));
+  EXPECT_EQ(RoundTicks({-3, 4}, 5), (std::vector<double>{-2, 0, 2, 4}));
+  EXPECT_EQ(RoundTicks({0, 28800}, 6), (std::vector<double>{0, 5000, 10000, 15000, 20000, 25000}));
+  EXPECT_EQ(RoundTicks({7, 7}, 5), (std::vector<double>{7}));
+  EXPECT_EQ(PlotNumber(25000), "25000");
+}
+
+TEST(Plots, AreDrawnAsLinesAndBars) {
+  Plot plot({"A <title>", "words", "x", "y"}, {0, 10}, {0, 4});
+  plot.Line({0, 5, 10}, {0, NAN, 4});
+  plot.Bar({0, 5}, 2);
+  const std::string text = plot.Text();
+  EXPECT_THAT(text, HasSubstr("aria-label=\"A &lt;title&gt;. words\""));
+  EXPECT_THAT(text, HasSubstr("<polyline class=\"line\" points=\"52.0,200.0 408.0,12.0 \"/>"));
+  EXPECT_THAT(text, HasSubstr("<rect class=\"c0\" x=\"52.0\" y=\"106.0\" width=\"177.4\" height=\"94.0\"></rect>"));
 }
 
 TEST(Progresses, SayHowFarARunIsAndHowLongItTakesYet) {
