@@ -5,7 +5,6 @@
 #include "base/Errors.h"
 #include "base/Numbers.h"
 #include "base/Text.h"
-#include "dialogs/ModuleDialog.h"
 #include "forms/Forms.h"
 #include "forms/headless/HeadlessPresenter.h"
 #include "forms/qt/QtPlatform.h"
@@ -14,6 +13,7 @@
 #include "platform/FileSystem.h"
 #include "platform/NativePlatform.h"
 #include "script/AddinSession.h"
+#include "script/DialogFiller.h"
 
 #include <fmt/format.h>
 
@@ -21,10 +21,6 @@
 
 namespace vardo {
 namespace {
-
-struct Assignment {
-  std::string field, text;
-};
 
 struct FoundModule {
   SheetRef ref;
@@ -36,7 +32,7 @@ using Properties = std::vector<std::pair<std::string, std::string>>;
 
 AutomationError Refused(const std::string& sentence) { return AutomationError(5, sentence); }
 
-Assignment ParseAssignment(const std::string& text) {
+FieldText ParseAssignment(const std::string& text) {
   const size_t equals = text.find('=');
   if (equals == std::string::npos || equals == 0)
     throw Refused(fmt::format("\"{}\" is no assignment: write FIELD=TEXT, such as CreateUnits=Minutes.", InWords(text)));
@@ -87,47 +83,6 @@ class ConsolePlatform : public ForwardingPlatform {
   void ShowMessage(std::string_view text, std::string_view, int) override { Tell(text); }
 };
 
-// Puts the texts into the fields of the dialog and presses OK, as a person would.
-class DialogFiller {
- public:
-  explicit DialogFiller(std::vector<Assignment> assignments) : assignments_(std::move(assignments)) {}
-  void Fill(Form& form) {
-    auto& dialog = dynamic_cast<ModuleDialog&>(form);
-    for (const Assignment& assignment : assignments_) {
-      Type(dialog, assignment);
-      // Leaving a box tidies it, and may show or hide the next.
-      form.UserFocus(*form.DefaultButton());
-    }
-    form.UserKey("Enter");
-    accepted_ = !form.IsShown();
-  }
-  bool accepted() const { return accepted_; }
-
- private:
-  static void Type(ModuleDialog& dialog, const Assignment& assignment) {
-    const DialogField* field = dialog.FindField(assignment.field);
-    if (!field)
-      throw Refused(fmt::format("The {} dialog has no field {}; its fields are {}.", dialog.Caption(), InWords(assignment.field),
-                                FieldNames(dialog)));
-    Control& control = field->control();
-    if (!control.Shown())
-      throw Refused(fmt::format("The field {} is not shown now: choose the type that uses it first.", field->property()));
-    const std::string text = field->ItemFor(assignment.text);
-    const std::vector<std::string> choices = field->Choices();
-    if (!choices.empty() && std::find(choices.begin(), choices.end(), text) == choices.end())
-      throw Refused(fmt::format("{} takes one of {}, not \"{}\".", field->property(), fmt::join(choices, ", "), InWords(text)));
-    if (auto* check = dynamic_cast<CheckBox*>(&control)) return dialog.UserCheck(*check, text == choices.front());
-    dialog.UserType(dynamic_cast<TextControl&>(control), text);
-  }
-  static std::string FieldNames(const ModuleDialog& dialog) {
-    std::string names;
-    for (const DialogField& field : dialog.Fields()) names += (names.empty() ? "" : ", ") + field.property();
-    return names;
-  }
-  std::vector<Assignment> assignments_;
-  bool accepted_ = false;
-};
-
 Properties Snapshot(DrawingHost& host, const SheetRef& ref) {
   const DrawingShape& shape = host.ResolveShape(ref);
   Properties all = PropertiesOfShape(shape);
@@ -158,7 +113,7 @@ bool RunDialog(AddinSession& session, const FoundModule& module, FormPresenter& 
 
 // Each returns whether the dialog was closed with OK.
 
-bool EditWith(const std::vector<Assignment>& assignments, AddinSession& session, const FoundModule& module) {
+bool EditWith(const std::vector<FieldText>& assignments, AddinSession& session, const FoundModule& module) {
   DialogFiller filler(assignments);
   HeadlessPresenter presenter([&](Form& form) { filler.Fill(form); });
   RunDialog(session, module, presenter);
@@ -177,7 +132,7 @@ bool EditOnScreen(AddinSession& session, const FoundModule& module, Platform& ma
 }  // namespace
 
 Outcome EditModule(const EditOptions& options, std::ostream& output, int argc, char** argv) {
-  std::vector<Assignment> assignments;
+  std::vector<FieldText> assignments;
   for (const std::string& text : options.assignments) assignments.push_back(ParseAssignment(text));
 
   const std::unique_ptr<Platform> machine = MakeNativePlatform();

@@ -35,10 +35,38 @@ struct Move {
   PagePoint by;
   bool copies = false;
 };
+// Copies of shapes of any pages; by: on the page that they are on already.
+struct Paste {
+  std::vector<SheetRef> originals;
+  PagePoint by;
+};
 // The shape's frame, as it stands unturned.
 struct Resize {
   int shape = 0;
   Box frame;
+};
+// A property of the modules, as if typed into their dialogs.
+struct SetField {
+  std::vector<int> shapes;
+  std::string field, text;
+};
+enum class Alignment { Left, Centre, Right, Top, Middle, Bottom };
+struct Align {
+  std::vector<int> shapes;
+  Alignment how;
+};
+struct Distribute {
+  std::vector<int> shapes;
+  bool across = true;
+};
+// As large as the first.
+struct SameSize {
+  std::vector<int> shapes;
+};
+enum class Place { Front, Forward, Backward, Back };
+struct Order {
+  std::vector<int> shapes;
+  Place to;
 };
 struct Delete {};
 struct Type {
@@ -74,7 +102,8 @@ struct RunAction {
 
 namespace vardo {
 
-using Deed = std::variant<deeds::Select, deeds::Drop, deeds::Connect, deeds::Reglue, deeds::Move, deeds::Resize, deeds::Delete,
+using Deed = std::variant<deeds::Select, deeds::Drop, deeds::Connect, deeds::Reglue, deeds::Move, deeds::Paste, deeds::Resize,
+                          deeds::SetField, deeds::Align, deeds::Distribute, deeds::SameSize, deeds::Order, deeds::Delete,
                           deeds::Type, deeds::Undo, deeds::Redo, deeds::ShowPage, deeds::AddPage, deeds::RenamePage,
                           deeds::DeletePage, deeds::OpenDialog, deeds::OpenSubmodel, deeds::CloseSubmodel, deeds::RunAction>;
 

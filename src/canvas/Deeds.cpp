@@ -2,6 +2,7 @@
 
 #include "addin/host/IVShape.h"
 #include "base/Numbers.h"
+#include "canvas/FieldEdits.h"
 #include "canvas/LegalTargets.h"
 #include "canvas/ShapeFacts.h"
 #include "document/Glue.h"
@@ -117,6 +118,15 @@ void Deeds::Run(const deeds::Move& deed) {
   });
 }
 
+void Deeds::Run(const deeds::Paste& deed) {
+  if (deed.originals.empty()) return;
+  host().RunCommand("Paste", [&] {
+    const bool isSamePage = deed.originals.front().page == page().id();
+    for (const IVShapePtr& copy : host().Paste(deed.originals, page().id()))
+      if (isSamePage) MoveOne(copy->ID(), deed.by);
+  });
+}
+
 void Deeds::Run(const deeds::Resize& deed) {
   host().RunCommand("Resize " + NameOf({deed.shape}), [&] {
     const auto put = [&](const AxisCells& cells, double from, double size) {
@@ -128,6 +138,61 @@ void Deeds::Run(const deeds::Resize& deed) {
     };
     put(kAcross, deed.frame.left, deed.frame.width());
     put(kUp, deed.frame.bottom, deed.frame.height());
+  });
+}
+
+// One step for all of them, or none at all.
+void Deeds::Run(const deeds::SetField& deed) {
+  host().RunCommand("Edit " + NameOf(deed.shapes), [&] {
+    for (const int shape : deed.shapes) FillDialog(session_, RefTo(shape), {{deed.field, deed.text}});
+    host().Select(deed.shapes);
+  });
+}
+
+std::vector<FramedShape> Deeds::Framed(const std::vector<int>& shapes) {
+  std::vector<FramedShape> framed;
+  for (const int id : shapes) {
+    const DrawingShape& shape = host().ResolveShape(RefTo(id));
+    if (!shape.IsOneDimensional()) framed.push_back({id, FrameOf(shape, scale())});
+  }
+  return framed;
+}
+
+void Deeds::MoveAll(const std::vector<FramedShape>& shapes, const std::vector<PagePoint>& by) {
+  for (size_t i = 0; i < shapes.size(); ++i) MoveOne(shapes[i].shape, by[i]);
+}
+
+void Deeds::Run(const deeds::Align& deed) {
+  const std::vector<FramedShape> shapes = Framed(deed.shapes);
+  if (shapes.size() > 1) host().RunCommand("Align Shapes", [&] { MoveAll(shapes, WaysToAlign(shapes, deed.how)); });
+}
+
+void Deeds::Run(const deeds::Distribute& deed) {
+  const std::vector<FramedShape> shapes = Framed(deed.shapes);
+  if (shapes.size() > 2) host().RunCommand("Distribute Shapes", [&] { MoveAll(shapes, WaysToDistribute(shapes, deed.across)); });
+}
+
+void Deeds::Run(const deeds::SameSize& deed) {
+  const std::vector<FramedShape> shapes = Framed(deed.shapes);
+  if (shapes.size() < 2) return;
+  host().RunCommand("Same Size", [&] {
+    const PagePoint half{shapes.front().frame.width() / 2, shapes.front().frame.height() / 2};
+    for (const FramedShape& shape : shapes) {
+      const PagePoint middle = shape.frame.middle();
+      Run(deeds::Resize{shape.shape, BoxBetween(middle - half, middle + half)});
+    }
+  });
+}
+
+void Deeds::Run(const deeds::Order& deed) {
+  constexpr std::string_view kLabels[] = {"Bring to Front", "Bring Forward", "Send Backward", "Send to Back"};
+  host().RunCommand(kLabels[static_cast<size_t>(deed.to)], [&] {
+    const std::vector<int> before = [this] {
+      std::vector<int> order;
+      for (const DrawingShape* shape : page().TopLevel()) order.push_back(shape->id());
+      return order;
+    }();
+    for (const Reordered& one : NewPlaces(before, deed.shapes, deed.to)) page().MoveBefore(one.shape, one.before);
   });
 }
 

@@ -1,6 +1,7 @@
 // Carries out what a person wants: each deed is one command of the host, with the label by which it is undone.
 #pragma once
 
+#include "canvas/Alignment.h"
 #include "canvas/Deed.h"
 #include "script/AddinSession.h"
 
@@ -19,7 +20,13 @@ class Deeds {
   void Run(const deeds::Connect& deed);
   void Run(const deeds::Reglue& deed);
   void Run(const deeds::Move& deed);
+  void Run(const deeds::Paste& deed);
   void Run(const deeds::Resize& deed);
+  void Run(const deeds::SetField& deed);
+  void Run(const deeds::Align& deed);
+  void Run(const deeds::Distribute& deed);
+  void Run(const deeds::SameSize& deed);
+  void Run(const deeds::Order& deed);
   void Run(const deeds::Delete& deed);
   void Run(const deeds::Type& deed);
   void Run(const deeds::Undo& deed);
@@ -40,6 +47,9 @@ class Deeds {
   std::string NameOf(const std::vector<int>& shapes);
   void Put(int shape, std::string_view cell, double inches);
   void MoveOne(int shape, PagePoint by);
+  // Those with a frame of their own: no connectors.
+  std::vector<FramedShape> Framed(const std::vector<int>& shapes);
+  void MoveAll(const std::vector<FramedShape>& shapes, const std::vector<PagePoint>& by);
   void PutEnd(int connector, bool isBegin, PagePoint to);
 
   AddinSession& session_;

@@ -20,7 +20,9 @@ enum class Ink : std::uint8_t {
   Point,
   Legal,
   Illegal,
-  Connector
+  Connector,
+  Error,
+  Warning
 };
 
 struct Overlay {
@@ -46,6 +48,14 @@ struct Overlay {
     PagePoint at;
     std::string text;
   };
+
+  void Append(const Overlay& above) {
+    frames.insert(frames.end(), above.frames.begin(), above.frames.end());
+    lines.insert(lines.end(), above.lines.begin(), above.lines.end());
+    spots.insert(spots.end(), above.spots.begin(), above.spots.end());
+    ghosts.insert(ghosts.end(), above.ghosts.begin(), above.ghosts.end());
+    labels.insert(labels.end(), above.labels.begin(), above.labels.end());
+  }
 
   std::vector<Frame> frames;
   std::vector<Line> lines;

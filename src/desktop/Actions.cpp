@@ -1,5 +1,6 @@
 #include "desktop/Actions.h"
 
+#include "desktop/Icons.h"
 #include "desktop/Texts.h"
 
 #include <QIcon>
@@ -32,7 +33,6 @@ constexpr Row kRows[] = {
     {"quit", "&Quit", "Ctrl+Q", "Close all windows of this program"},
     {"undo", "&Undo", "Ctrl+Z", "Take the last step back", "edit-undo"},
     {"redo", "&Redo", "Ctrl+Shift+Z | Ctrl+Y", "Do the step again", "edit-redo"},
-    {"cut", "Cu&t", "Ctrl+X", "Take what is selected to the clipboard", "edit-cut"},
     {"copy", "&Copy", "Ctrl+C", "Copy what is selected to the clipboard", "edit-copy"},
     {"paste", "&Paste", "Ctrl+V", "Put what is in the clipboard onto the page", "edit-paste"},
     {"duplicate", "Dupl&icate", "Ctrl+D", "Copy what is selected beside itself"},
@@ -46,7 +46,6 @@ constexpr Row kRows[] = {
     {"find", "&Find...", "Ctrl+F", "Find a name, a value or a text", "edit-find"},
     {"findNext", "Find Ne&xt", "F3", "Go to the next place found"},
     {"findPrevious", "Find Pre&vious", "Shift+F3", "Go to the place found before"},
-    {"replaceName", "Replace Na&me...", "Ctrl+H", "Give something another name wherever it is used"},
     {"zoomIn", "Zoom &In", "Ctrl++ | Ctrl+=", "See it larger", "zoom-in"},
     {"zoomOut", "Zoom &Out", "Ctrl+-", "See more of it", "zoom-out"},
     {"fullSize", "&100 %", "Ctrl+0", "As large as on paper", "zoom-original"},
@@ -66,7 +65,6 @@ constexpr Row kRows[] = {
     {"submodelPage", "&Submodel Page", "", "Make or show the page of the selected Process"},
     {"renamePage", "Rename &Page...", "", "Give this page another name"},
     {"deletePage", "De&lete Page", "", "Delete this page"},
-    {"insertBox", "&Module by Name...", "Ins | Ctrl+Space", "Type a module's name to place it"},
     {"alignLeft", "&Left", "", "In line with the leftmost edge"},
     {"alignCentre", "&Centre", "", "In line with the middle"},
     {"alignRight", "&Right", "", "In line with the rightmost edge"},
@@ -80,8 +78,6 @@ constexpr Row kRows[] = {
     {"bringForward", "Bring F&orward", "Ctrl+Shift+Up", "Before the next one"},
     {"sendBackward", "Send Back&ward", "Ctrl+Shift+Down", "Behind the next one"},
     {"sendToBack", "Send to &Back", "Ctrl+Alt+Shift+Down", "Behind all others"},
-    {"group", "&Group", "Ctrl+G", "Make one shape of those selected"},
-    {"ungroup", "&Ungroup", "Ctrl+Shift+G", "Take a group apart"},
     {"refreshProblems", "Check A&gain", "F5", "Look for problems again"},
     {"shortcuts", "&Shortcuts", "F1", "All keys of this window"},
     {"about", "&About Vardo", "", "What this program is"},
@@ -100,7 +96,8 @@ Actions::Actions(QWidget& window) {
     action->setToolTip(texts::Say(row.tip) +
                        (keys.isEmpty() ? QString() : " (" + keys.front().toString(QKeySequence::NativeText) + ")"));
     action->setCheckable(row.checkable);
-    if (*row.icon) action->setIcon(QIcon::fromTheme(row.icon));
+    action->setIcon(QIcon::fromTheme(row.icon, OwnIcon(row.id, window.palette().color(QPalette::ButtonText))));
+    action->setIconVisibleInMenu(false);
     window.addAction(action);
     actions_[row.id] = action;
   }

@@ -67,7 +67,9 @@ void DrawingCanvas::ShowGhost(std::optional<Overlay> overlay) {
 
 void DrawingCanvas::UpdateOverlay() {
   if (!scene()) return;
-  overlay_ = tool_.Draw(stage());
+  overlay_ = {};
+  if (onDecorate) onDecorate(stage(), overlay_);
+  overlay_.Append(tool_.Draw(stage()));
   QRect bounds = BoundsOf(overlay_, *scene(), view());
   if (ghost_) bounds |= BoundsOf(*ghost_, *scene(), view());
   viewport()->update(bounds | overlayBounds_);

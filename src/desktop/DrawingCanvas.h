@@ -21,6 +21,8 @@ class DrawingCanvas : public Canvas {
   void ShowGhost(std::optional<Overlay> overlay);
   PagePoint PlaceUnder(QPointF pixel, bool snapped) const;
 
+  // What else is seen over the page.
+  std::function<void(const Stage&, Overlay&)> onDecorate;
   std::function<void(const Deed&)> onDeed;
   std::function<void(const QString&)> onHint;
   std::function<void(int shape)> onDoubleClick;          // 0: on the paper

@@ -3,6 +3,9 @@
 #include "base/Errors.h"
 #include "base/FileError.h"
 #include "desktop/Texts.h"
+#include "picture/SvgWriter.h"
+#include "picture/qt/Export.h"
+#include "platform/FileSystem.h"
 
 #include <QFileDialog>
 #include <QMessageBox>
@@ -99,6 +102,28 @@ bool DrawingFiles::SaveCopy() {
     }
   }
   return false;
+}
+
+void DrawingFiles::Export(const QString& filter, const std::function<std::string(const std::filesystem::path&)>& make) {
+  const QString chosen = QFileDialog::getSaveFileName(&window_, texts::Say("Export"), {}, filter);
+  if (chosen.isEmpty()) return;
+  const std::filesystem::path file = PathOf(chosen);
+  try {
+    WriteFileAtomically(MachineFileSystem(), file, make(file));
+  } catch (const FileError& error) {
+    Warn(window_, texts::CannotSave(NameOf(file.filename()), QString::fromUtf8(error.what())));
+  }
+}
+
+void DrawingFiles::ExportPicture() {
+  Export(texts::Say("Pictures (*.svg *.png)"), [this](const std::filesystem::path& file) {
+    const picture::PagePicture& picture = session_.scene().picture();
+    return file.extension() == ".png" ? picture::PngOf(picture, 2) : picture::SvgOf(picture);
+  });
+}
+
+void DrawingFiles::ExportPdf() {
+  Export(texts::Say("PDF (*.pdf)"), [this](const std::filesystem::path&) { return picture::PdfOf(session_.Pictures()); });
 }
 
 bool DrawingFiles::MayLeave() {

@@ -23,6 +23,9 @@ class DrawingFiles {
   bool SaveAs();
   bool SaveTo(const std::filesystem::path& file);
   bool SaveCopy();
+  // The page shown as SVG or PNG; all pages as PDF.
+  void ExportPicture();
+  void ExportPdf();
   // Asks about what has not been saved; false when the person would rather stay.
   bool MayLeave();
   // The drawing's name, as its window bears it.
@@ -32,6 +35,7 @@ class DrawingFiles {
 
  private:
   std::optional<std::filesystem::path> AskWhere();
+  void Export(const QString& filter, const std::function<std::string(const std::filesystem::path&)>& make);
   static void Remember(const std::filesystem::path& file);
 
   DrawingSession& session_;

@@ -32,6 +32,13 @@ void DrawingSession::SaveCopy(const std::filesystem::path& file) {
   WriteFileAtomically(MachineFileSystem(), file, drawing().FileBytes());
 }
 
+std::vector<picture::PagePicture> DrawingSession::Pictures() {
+  std::vector<picture::PagePicture> pictures;
+  for (int i = 1; i <= drawing().PageCount(); ++i)
+    if (!drawing().PageAt(i).IsBackground()) pictures.push_back(picture::PictureOf(drawing(), drawing().PageAt(i)));
+  return pictures;
+}
+
 Scene& DrawingSession::scene() {
   const int shown = page().id();
   const auto known = std::find_if(scenes_.begin(), scenes_.end(), [&](const Scene& scene) { return scene.pageId() == shown; });

@@ -33,6 +33,8 @@ class DrawingSession {
   // New, and nothing done in it.
   bool IsUntouched() { return host().IsOpen() && host().file().empty() && !drawing().Changed(); }
 
+  // Of all pages that stand for themselves, as they are now.
+  std::vector<picture::PagePicture> Pictures();
   // The page shown.
   Scene& scene();
   // Throws what Deeds throws.

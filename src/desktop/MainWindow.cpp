@@ -54,7 +54,9 @@ MainWindow::MainWindow() {
   ConnectFileActions();
   ConnectEditActions();
   ConnectViewActions();
+  ConnectArrangeActions();
   ConnectCanvas();
+  ConnectDocks();
   resize(1280, 860);
   const QSettings settings;
   restoreGeometry(settings.value(kGeometryKey).toByteArray());
@@ -63,6 +65,10 @@ MainWindow::MainWindow() {
   session_.onDirty = [this](const Scene::Dirty& dirty) {
     canvas_->Repaint(dirty);
     miniMap_->Refresh();
+  };
+  session_.onStep = [this](const std::vector<TouchedCell>&) {
+    model_->Refresh();
+    problems_->Refresh();
   };
 }
 
@@ -94,7 +100,16 @@ void MainWindow::BuildDocks() {
   history_ = new HistoryDock(this);
   addDockWidget(Qt::RightDockWidgetArea, history_);
   history_->hide();
-  resizeDocks({stencil_}, {210}, Qt::Horizontal);
+  properties_ = new PropertiesDock(session_, this);
+  addDockWidget(Qt::RightDockWidgetArea, properties_);
+  model_ = new ModelDock(session_, this);
+  addDockWidget(Qt::RightDockWidgetArea, model_);
+  problems_ = new ProblemsDock(session_, this);
+  addDockWidget(Qt::BottomDockWidgetArea, problems_);
+  setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
+  setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
+  resizeDocks({stencil_, properties_}, {210, 280}, Qt::Horizontal);
+  resizeDocks({problems_}, {110}, Qt::Vertical);
 }
 
 void MainWindow::FillMenu(QMenu& menu, std::initializer_list<const char*> entries) {
@@ -116,13 +131,17 @@ void MainWindow::BuildMenus() {
   QMenu* const file = AddMenu("&File", {"new", "open"});
   recentMenu_ = file->addMenu(texts::Say("Open &Recent"));
   QObject::connect(recentMenu_, &QMenu::aboutToShow, this, [this] { FillRecent(); });
-  FillMenu(*file, {kSeparator, "save", "saveAs", "saveCopy", kSeparator, "close", "quit"});
-  AddMenu("&Edit", {"undo", "redo", kSeparator, "duplicate", "delete", kSeparator, "selectAll", "selectModules",
-                    "invertSelection", "deselect", kSeparator, "editModule", "editText"});
+  FillMenu(*file, {kSeparator, "save", "saveAs", "saveCopy", kSeparator});
+  FillMenu(*file->addMenu(texts::Say("&Export")), {"exportPicture", "exportPdf"});
+  FillMenu(*file, {"printPreview", "print", kSeparator, "close", "quit"});
+  AddMenu("&Edit",
+          {"undo", "redo", kSeparator, "copy", "paste", "duplicate", "delete", kSeparator, "selectAll", "selectModules",
+           "invertSelection", "deselect", kSeparator, "editModule", "editText", kSeparator, "find", "findNext", "findPrevious"});
   QMenu* const view = AddMenu("&View", {"zoomIn", "zoomOut", "fullSize", "fitPage", "fitSelection", kSeparator, "grid", "snap",
                                         "guides", "miniMap", kSeparator});
   for (QDockWidget* dock : findChildren<QDockWidget*>()) view->addAction(dock->toggleViewAction());
-  FillMenu(*view, {kSeparator, "nextPage", "previousPage", "parentPage", "intoSubmodel", kSeparator, "fullScreen"});
+  FillMenu(*view, {kSeparator, "nextPage", "previousPage", "parentPage", "intoSubmodel", kSeparator, "refreshProblems",
+                   "notExact", "fullScreen"});
   QMenu* const insert = AddMenu("&Insert", {});
   QMenu* const modules = insert->addMenu(texts::Say("&Module"));
   for (const StencilItem& item : stencil_->items())
@@ -130,6 +149,11 @@ void MainWindow::BuildMenus() {
       QObject::connect(modules->addAction(item.icon, QtText(item.name)), &QAction::triggered, this,
                        [this, item] { PlaceNext(item); });
   FillMenu(*insert, {"addPage", "submodelPage", kSeparator, "renamePage", "deletePage"});
+  QMenu* const arrange = AddMenu("&Arrange", {});
+  FillMenu(*arrange->addMenu(texts::Say("&Align")),
+           {"alignLeft", "alignCentre", "alignRight", "alignTop", "alignMiddle", "alignBottom"});
+  FillMenu(*arrange->addMenu(texts::Say("&Distribute")), {"distributeAcross", "distributeUp"});
+  FillMenu(*arrange, {"sameSize", kSeparator, "bringToFront", "bringForward", "sendBackward", "sendToBack"});
   simulateMenu_ = menuBar()->addMenu(QString());
   AddMenu("&Help", {"shortcuts", "about"});
 }
@@ -138,8 +162,8 @@ void MainWindow::BuildToolBar() {
   QToolBar* const bar = addToolBar(texts::Say("Tool Bar"));
   bar->setObjectName("toolBar");
   bar->setIconSize(QSize(20, 20));
-  for (const std::string_view entry : {"new", "open", "save", kSeparator, "undo", "redo", kSeparator, "duplicate", "delete",
-                                       kSeparator, "zoomOut", "zoomIn", "fitPage"}) {
+  for (const std::string_view entry : {"new", "open", "save", kSeparator, "undo", "redo", kSeparator, "copy", "paste",
+                                       "duplicate", "delete", kSeparator, "zoomOut", "zoomIn", "fitPage"}) {
     if (entry == kSeparator)
       bar->addSeparator();
     else
@@ -187,6 +211,10 @@ void MainWindow::ConnectFileActions() {
     Sync();
   });
   actions_.On("saveCopy", [this] { files_.SaveCopy(); });
+  actions_.On("exportPicture", [this] { files_.ExportPicture(); });
+  actions_.On("exportPdf", [this] { files_.ExportPdf(); });
+  actions_.On("print", [this] { printing_.Print(); });
+  actions_.On("printPreview", [this] { printing_.Preview(); });
   actions_.On("close", [this] { close(); });
   actions_.On("quit", [] { QApplication::closeAllWindows(); });
   actions_.On("about", [this] {
@@ -215,6 +243,8 @@ void MainWindow::ConnectEditActions() {
     const std::vector<int> selected = session_.host().selection();
     SelectWhere([&](DrawingShape& shape) { return std::find(selected.begin(), selected.end(), shape.id()) == selected.end(); });
   });
+  actions_.On("copy", [this] { Copy(); });
+  actions_.On("paste", [this] { Paste(); });
   actions_.On("deselect", [this] { Do(deeds::Select{}); });
   actions_.On("editModule", [this] { Do(deeds::OpenDialog{session_.host().selection().front()}); });
   actions_.On("editText", [this] { EditText({}); });
@@ -244,6 +274,75 @@ void MainWindow::ConnectViewActions() {
   actions_.On("previousPage", [this] { TurnPage(-1); });
   actions_.On("parentPage", [this] { Do(deeds::CloseSubmodel{}); });
   actions_.On("intoSubmodel", [this] { Do(deeds::OpenSubmodel{*SelectedSubmodel()}); });
+}
+
+void MainWindow::ConnectArrangeActions() {
+  using deeds::Alignment;
+  using deeds::Place;
+  constexpr std::pair<std::string_view, Alignment> kAlignments[] = {
+      {"alignLeft", Alignment::Left}, {"alignCentre", Alignment::Centre}, {"alignRight", Alignment::Right},
+      {"alignTop", Alignment::Top},   {"alignMiddle", Alignment::Middle}, {"alignBottom", Alignment::Bottom}};
+  for (const auto& [id, how] : kAlignments)
+    actions_.On(id, [this, how = how] { Do(deeds::Align{session_.host().selection(), how}); });
+  constexpr std::pair<std::string_view, Place> kPlaces[] = {{"bringToFront", Place::Front},
+                                                            {"bringForward", Place::Forward},
+                                                            {"sendBackward", Place::Backward},
+                                                            {"sendToBack", Place::Back}};
+  for (const auto& [id, to] : kPlaces) actions_.On(id, [this, to = to] { Do(deeds::Order{session_.host().selection(), to}); });
+  actions_.On("distributeAcross", [this] { Do(deeds::Distribute{session_.host().selection(), true}); });
+  actions_.On("distributeUp", [this] { Do(deeds::Distribute{session_.host().selection(), false}); });
+  actions_.On("sameSize", [this] { Do(deeds::SameSize{session_.host().selection()}); });
+}
+
+void MainWindow::ConnectDocks() {
+  model_->onGoTo = [this](int page, int shape) { GoTo(page, shape); };
+  model_->onOpen = [this](int page, int shape) {
+    GoTo(page, shape);
+    Do(deeds::OpenDialog{shape});
+  };
+  problems_->onGoTo = [this](int page, int shape) { GoTo(page, shape); };
+  problems_->onChecked = [this] { canvas_->Refresh(); };
+  canvas_->onDecorate = [this](const Stage& stage, Overlay& overlay) { DrawMarks(stage, overlay); };
+  properties_->onEdited = [this](const std::vector<int>& shapes, const std::string& field, const QString& text) {
+    QString why;
+    Guarded([&] {
+      try {
+        session_.Do(deeds::SetField{shapes, field, text.toStdString()});
+      } catch (const AutomationError& error) {
+        why = QtText(error.description());
+      }
+    });
+    return why;
+  };
+  actions_.On("find", [this] { model_->FocusFilter(); });
+  actions_.On("findNext", [this] { model_->Step(1); });
+  actions_.On("findPrevious", [this] { model_->Step(-1); });
+  actions_.On("refreshProblems", [this] { problems_->CheckNow(); });
+  actions_.On("notExact", [this] {
+    QString notes;
+    for (const picture::Note& note : session_.scene().picture().notes) notes += QtText(note.sentence) + '\n';
+    QMessageBox::information(this, texts::Say("Not Painted Exactly"),
+                             notes.isEmpty() ? texts::Say("All of this page is painted as the drawing means it.") : notes);
+  });
+}
+
+// Something that has to be seen: its page is turned to, it is selected and in sight.
+void MainWindow::GoTo(int page, int shape) {
+  if (!session_.drawing().FindPage(page)) return;
+  Do(deeds::ShowPage{page});
+  if (shape > 0 && session_.page().FindShape(shape)) SelectOne(shape);
+}
+
+// At the upper right corner of every shape that something is wrong with.
+void MainWindow::DrawMarks(const Stage& stage, Overlay& overlay) const {
+  const int page = stage.scene.pageId();
+  const auto& worst = problems_->worst();
+  const Box seen = stage.view.Seen(stage.window);
+  for (auto mark = worst.lower_bound({page, 0}); mark != worst.end() && mark->first.first == page; ++mark) {
+    const Box box = stage.scene.BoxOf(mark->first.second);
+    if (box.empty() || !Meets(box, seen) || mark->second == Severity::Note) continue;
+    overlay.spots.push_back({{box.right, box.top}, mark->second == Severity::Error ? Ink::Error : Ink::Warning, true});
+  }
 }
 
 void MainWindow::ConnectCanvas() {
@@ -311,6 +410,7 @@ void MainWindow::Sync() {
   SyncStatus();
   SyncSimulateMenu();
   history_->Show(session_);
+  properties_->Refresh();
 }
 
 void MainWindow::SyncPage() {
@@ -335,8 +435,14 @@ void MainWindow::SyncActions() {
   actions_["redo"].setText(redone.empty() ? texts::Say("&Redo") : texts::Say("&Redo \"%1\"").arg(QtText(redone.back())));
   actions_.Enable("undo", undone.empty() ? texts::Say("Nothing has been done.") : QString());
   actions_.Enable("redo", redone.empty() ? texts::Say("Nothing has been taken back.") : QString());
-  for (const char* id : {"delete", "duplicate", "deselect", "fitSelection", "invertSelection", "editText"})
+  for (const char* id : {"copy", "delete", "duplicate", "deselect", "fitSelection", "invertSelection", "editText"})
     actions_.Enable(id, nothing);
+  actions_.Enable("paste", copied_.empty() ? texts::Say("Nothing has been copied.") : QString());
+  const QString tooFew = selected.size() < 2 ? texts::Say("Several shapes have to be selected.") : QString();
+  for (const char* id : {"alignLeft", "alignCentre", "alignRight", "alignTop", "alignMiddle", "alignBottom", "distributeAcross",
+                         "distributeUp", "sameSize"})
+    actions_.Enable(id, tooFew);
+  for (const char* id : {"bringToFront", "bringForward", "sendBackward", "sendToBack"}) actions_.Enable(id, nothing);
   const DrawingShape* const one = selected.size() == 1 ? session_.page().FindShape(selected.front()) : nullptr;
   const std::string kind = one ? KindOf(*one) : "";
   actions_.Enable("editModule", kind.empty() ? texts::Say("No module is selected.") : QString());
@@ -398,7 +504,10 @@ bool MainWindow::OpenFile(const std::filesystem::path& file) {
 
 void MainWindow::Opened() {
   shownPage_ = -1;
+  copied_.clear();
   Sync();
+  model_->Refresh();
+  problems_->Refresh();
   canvas_->setFocus();
 }
 
@@ -550,10 +659,10 @@ void MainWindow::ShowMenu(int shape, QPoint at) {
   menu.setObjectName("pageMenu");
   if (shape != 0) {
     AddActionsOf(session_.host().RefTo(session_.page(), shape), menu);
-    FillMenu(menu, {kSeparator, "editModule", "editText", kSeparator, "duplicate", "delete"});
+    FillMenu(menu, {kSeparator, "editModule", "editText", kSeparator, "copy", "duplicate", "delete"});
   } else {
     AddActionsOf(session_.host().RefTo(session_.page(), SheetKind::Page), menu);
-    FillMenu(menu, {kSeparator, "selectAll", "fitPage"});
+    FillMenu(menu, {kSeparator, "paste", "selectAll", "fitPage"});
   }
   menu.exec(at);
 }
@@ -597,6 +706,15 @@ void MainWindow::Nudge(int across, int up, bool fine) {
   const double step = fine ? canvas_->view().ToInches(1) : kNudge;
   Do(deeds::Move{session_.host().selection(), {across * step, up * step}});
 }
+
+// Of this drawing: what is copied is looked up when it is put somewhere.
+void MainWindow::Copy() {
+  copied_.clear();
+  for (const int shape : session_.host().selection()) copied_.push_back(session_.host().RefTo(session_.page(), shape));
+  SyncActions();
+}
+
+void MainWindow::Paste() { Do(deeds::Paste{copied_, {0.25, -0.25}}); }
 
 void MainWindow::SelectOne(std::optional<int> shape) {
   if (!shape) return;

@@ -7,7 +7,11 @@
 #include "desktop/DrawingSession.h"
 #include "desktop/HistoryDock.h"
 #include "desktop/MiniMap.h"
+#include "desktop/ModelDock.h"
 #include "desktop/PageTabs.h"
+#include "desktop/Printing.h"
+#include "desktop/ProblemsDock.h"
+#include "desktop/PropertiesDock.h"
 #include "desktop/StencilDock.h"
 #include "desktop/TextEditor.h"
 
@@ -67,7 +71,9 @@ class MainWindow : public QMainWindow {
   void ConnectFileActions();
   void ConnectEditActions();
   void ConnectViewActions();
+  void ConnectArrangeActions();
   void ConnectCanvas();
+  void ConnectDocks();
   QMenu* AddMenu(const char* caption, std::initializer_list<const char*> entries);
   void FillMenu(QMenu& menu, std::initializer_list<const char*> entries);
 
@@ -83,6 +89,10 @@ class MainWindow : public QMainWindow {
   void AddActionsOf(const SheetRef& sheet, QMenu& menu);
   bool KeyPressed(QKeyEvent& event);
   void Nudge(int across, int up, bool fine);
+  void GoTo(int page, int shape);
+  void DrawMarks(const Stage& stage, Overlay& overlay) const;
+  void Copy();
+  void Paste();
   void SelectOne(std::optional<int> shape);
   void SelectWhere(const std::function<bool(DrawingShape&)>& wanted);
   void RenamePage(int page);
@@ -94,6 +104,7 @@ class MainWindow : public QMainWindow {
 
   DrawingSession session_;
   DrawingFiles files_{session_, *this};
+  Printing printing_{session_, *this};
   Actions actions_{*this};
   DrawingCanvas* canvas_ = nullptr;
   MiniMap* miniMap_ = nullptr;
@@ -101,6 +112,9 @@ class MainWindow : public QMainWindow {
   Breadcrumb* breadcrumb_ = nullptr;
   StencilDock* stencil_ = nullptr;
   HistoryDock* history_ = nullptr;
+  ModelDock* model_ = nullptr;
+  PropertiesDock* properties_ = nullptr;
+  ProblemsDock* problems_ = nullptr;
   TextEditor* textEditor_ = nullptr;
   QMenu* simulateMenu_ = nullptr;
   QMenu* recentMenu_ = nullptr;
@@ -109,6 +123,7 @@ class MainWindow : public QMainWindow {
   QLabel* pageLabel_ = nullptr;
   QLabel* zoomLabel_ = nullptr;
   QSlider* zoomSlider_ = nullptr;
+  std::vector<SheetRef> copied_;
   bool busy_ = false;
   int shownPage_ = -1;
 };

@@ -5,6 +5,7 @@
 #include <QEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPainterPath>
 
 namespace vardo {
 namespace {
@@ -70,12 +71,13 @@ void MiniMap::paintEvent(QPaintEvent*) {
   const View view = Whole();
   const Box seen = canvas_.view().Seen(canvas_.WindowSize());
   const Pixel from = view.ToPixel({seen.left, seen.top}), to = view.ToPixel({seen.right, seen.bottom});
-  QColor highlight = palette().color(QPalette::Highlight);
-  painter.setPen(QPen(highlight, 1.5));
-  highlight.setAlpha(40);
-  painter.setBrush(highlight);
-  painter.drawRect(QRectF(QPointF(from.x, from.y), QPointF(to.x, to.y)).intersected(QRectF(rect()).adjusted(1, 1, -2, -2)));
-  painter.setBrush(Qt::NoBrush);
+  const QRectF lit = QRectF(QPointF(from.x, from.y), QPointF(to.x, to.y)).intersected(QRectF(rect()).adjusted(1, 1, -2, -2));
+  QPainterPath around;
+  around.addRect(rect());
+  around.addRect(lit);
+  painter.fillPath(around, QColor(0, 0, 0, 40));
+  painter.setPen(QPen(palette().color(QPalette::Highlight), 1.5));
+  painter.drawRect(lit);
   painter.setPen(palette().color(QPalette::Mid));
   painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }

@@ -3,12 +3,13 @@
 namespace vardo {
 namespace {
 
-constexpr double kHandle = 8, kDot = 9;  // pixels
+constexpr double kHandle = 8, kDot = 9, kMark = 14;  // pixels
 constexpr double kGhostOpacity = 0.75;
 constexpr size_t kMostGhosts = 300;  // drawn whole; of more only the frames
 constexpr int kReach = 12;           // of anything beyond its place
 
-const QColor kGuide(0x8e, 0x44, 0xad), kLegal(0x2e, 0x9e, 0x4f), kIllegal(0xd0, 0x34, 0x2c), kConnector(0x60, 0x60, 0x60);
+const QColor kGuide(0x8e, 0x44, 0xad), kLegal(0x2e, 0x9e, 0x4f), kIllegal(0xd0, 0x34, 0x2c), kConnector(0x60, 0x60, 0x60),
+    kWarning(0xe6, 0x8a, 0x00);
 
 struct Look {
   QColor colour;
@@ -31,7 +32,10 @@ Look LookOf(Ink ink, const QPalette& palette) {
     case Ink::Legal:
       return {kLegal, 2};
     case Ink::Illegal:
+    case Ink::Error:
       return {kIllegal, 2};
+    case Ink::Warning:
+      return {kWarning, 2};
     case Ink::Connector:
       return {kConnector, 1.5};
     case Ink::LockedHandle:
@@ -50,6 +54,16 @@ QRectF RectOf(const Box& box, const View& view) {
   return {PointOf({box.left, box.top}, view), PointOf({box.right, box.bottom}, view)};
 }
 
+// A disk with an exclamation mark.
+void PaintMark(QPainter& painter, QPointF at, const QColor& colour) {
+  painter.setPen(QPen(Qt::white, 1.5));
+  painter.setBrush(colour);
+  painter.drawEllipse(at, kMark / 2, kMark / 2);
+  painter.setPen(QPen(Qt::white, 2, Qt::SolidLine, Qt::RoundCap));
+  painter.drawLine(at + QPointF(0, -3.5), at + QPointF(0, 0.5));
+  painter.drawPoint(at + QPointF(0, 3.5));
+}
+
 // Light around, so that it is seen on dark and on light.
 void PaintSpot(QPainter& painter, const Overlay::Spot& spot, const View& view, const QPalette& palette) {
   const QPointF at = PointOf(spot.at, view);
@@ -59,6 +73,7 @@ void PaintSpot(QPainter& painter, const Overlay::Spot& spot, const View& view, c
   const QRectF box(at.x() - size / 2, at.y() - size / 2, size, size);
   painter.setPen(QPen(isHandle ? colour : QColor(Qt::white), 1.5));
   painter.setBrush(isHandle ? QColor(Qt::white) : colour);
+  if (spot.ink == Ink::Error || spot.ink == Ink::Warning) return PaintMark(painter, at, colour);
   spot.isRound ? painter.drawEllipse(box) : painter.drawRect(box);
 }
 

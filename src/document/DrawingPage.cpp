@@ -802,6 +802,17 @@ void DrawingPage::CopyGlue(DrawingPage& from, const NewIds& newIds) {
   }
 }
 
+// A number is never there twice: the element goes first, and is copied from where it is kept for an undo.
+void DrawingPage::MoveBefore(int shape, int before) {
+  const UndoStep step(drawing_.log(), "Order");
+  const DrawingShape* const moved = FindShape(shape);
+  const DrawingShape* const next = FindShape(before);
+  if (!moved || moved->parent() || (next && next->parent()) || moved == next) return;
+  const pugi::xml_node element(moved->element()), place(next ? next->element() : nullptr);
+  drawing_.editor().Remove(*contents_, element);
+  drawing_.editor().InsertCopy(*contents_, ShapesElement(), element, place);
+}
+
 void DrawingPage::Remove(const std::vector<int>& shapeIds) {
   const UndoStep step(drawing_.log(), "Delete");
   EnsureNames();

@@ -89,6 +89,8 @@ class DrawingPage {
     int id;
   };
   std::vector<int> AddCopies(const std::vector<Original>& originals);
+  // Puts a shape of the page itself before another in drawing order, or last with 0.
+  void MoveBefore(int shape, int before);
   // Those that the page has, with all shapes inside them.
   void Remove(const std::vector<int>& shapeIds);
   // The shapes made from a master that is about to go get all they had from it as their own.

@@ -24,8 +24,10 @@
 #include <QTabBar>
 #include <QTest>
 #include <QTimer>
+#include <QTreeWidget>
 
 #include <cstdlib>
+#include <map>
 #include <memory>
 
 namespace vardo {
@@ -209,6 +211,135 @@ TEST_F(WindowTest, AWholeJob) {
   ASSERT_TRUE(window_->OpenFile(file));
   EXPECT_EQ(Names(), after);
   EXPECT_EQ(page().FindShape("Process")->Text(), "Teller");
+}
+
+TEST_F(WindowTest, PropertiesGoThroughTheDialogsChecks) {
+  DropMaster("Create", 2, 5);
+  auto& table = *window_->findChild<QTreeWidget*>("properties");
+  const auto row = [&](const char* label) { return table.findItems(label, Qt::MatchExactly, 0).value(0); };
+  ASSERT_NE(row("Value"), nullptr);
+  row("Value")->setText(1, "7");
+  EXPECT_EQ(TextIn(*page().FindShape("Create"), "Prop.CreateValue"), "7");
+  EXPECT_EQ(row("Value")->text(1), "7");
+  row("Max Arrivals")->setText(1, "(1");
+  EXPECT_FALSE(window_->findChild<QLabel*>("propertiesRefusal")->text().isEmpty());
+  EXPECT_EQ(TextIn(*page().FindShape("Create"), "Prop.CreateMaxBatches"), "Infinite");
+  EXPECT_EQ(row("Max Arrivals")->text(1), "Infinite");
+
+  // Two of a kind at once, in one step.
+  DropMaster("Create", 2, 3);
+  Choose("selectAll");
+  row("Units")->setText(1, "Minutes");
+  for (const char* name : {"Create", "Create.2"})
+    EXPECT_EQ(TextIn(*page().FindShape(name), "Prop.CreateUnits"), "Minutes") << name;
+  Choose("undo");
+  for (const char* name : {"Create", "Create.2"}) EXPECT_EQ(TextIn(*page().FindShape(name), "Prop.CreateUnits"), "Hours") << name;
+}
+
+TEST_F(WindowTest, TheModelListAndTheProblemsLeadToTheirShapes) {
+  DropMaster("Create", 2, 5);
+  DropMaster("Process", 5, 5);
+  Choose("addPage");
+  DropMaster("Dispose", 5, 5);
+  auto& model = *window_->findChild<QTreeWidget*>("model");
+  QTRY_COMPARE(model.topLevelItemCount(), 3);
+  window_->findChild<QLineEdit*>("modelFilter")->setText("Process");
+  Choose("findNext");
+  EXPECT_EQ(page().Name(), "Page-1");
+  EXPECT_EQ(Selected(), "Process");
+
+  Choose("refreshProblems");
+  auto& problems = *window_->findChild<QTreeWidget*>("problems");
+  ASSERT_GT(problems.topLevelItemCount(), 0);
+  Shoot("problems");
+  Choose("deselect");
+  Q_EMIT problems.itemActivated(problems.topLevelItem(0), 0);
+  EXPECT_NE(Selected(), "");
+}
+
+TEST_F(WindowTest, AnIllegalConnectorIsRefusedWithItsMessageAndGone) {
+  DropMaster("Create", 2, 5);
+  DropMaster("Decide", 5, 5);
+  QString said;
+  WhenShown([&](QDialog& dialog) {
+    said = dynamic_cast<QMessageBox&>(dialog).text();
+    dialog.accept();
+  });
+  canvas().SetConnector("True Connector");
+  Drag(PointOf("Create", 1), PointOf("Decide", 2));
+  EXPECT_THAT(said.toStdString(), HasSubstr("invalid connector"));
+  EXPECT_THAT(Names(), ElementsAre("Create", "Decide"));
+}
+
+TEST_F(WindowTest, QuickBuildByKeyboardAlone) {
+  const auto choose = [&](const char* name) {
+    auto& search = *window_->findChild<QLineEdit*>("stencilSearch");
+    search.setText(name);
+    QTest::keyClick(&search, Qt::Key_Return);
+  };
+  choose("Create");
+  choose("Process");
+  choose("Dispose");
+  EXPECT_THAT(Names(), ElementsAre("Create", "Process", "Dynamic connector", "Dispose", "Dynamic connector.5"));
+  EXPECT_EQ(Selected(), "Dispose");
+  canvas().setFocus();
+  Key(Qt::Key_Left, Qt::ControlModifier);
+  EXPECT_EQ(Selected(), "Process");
+  const double before = FrameOf(*page().FindShape("Process"), 1).left;
+  Key(Qt::Key_Right);
+  EXPECT_NEAR(FrameOf(*page().FindShape("Process"), 1).left, before + 0.125, 1e-9);
+  Choose("delete");
+  EXPECT_EQ(page().FindShape("Process"), nullptr);
+  Choose("undo");
+  EXPECT_NE(page().FindShape("Process"), nullptr);
+}
+
+TEST_F(WindowTest, ASubmodelIsGoneIntoAndOutOf) {
+  DropMaster("Process", 3, 5);
+  Choose("submodelPage");
+  EXPECT_EQ(page().Name(), "Process 1 (Submodel)");
+  EXPECT_TRUE(window_->findChild<QLabel*>("breadcrumb")->isVisibleTo(window_.get()));
+  Shoot("submodel");
+  Choose("parentPage");
+  EXPECT_EQ(page().Name(), "Page-1");
+  Click(MiddleOf("Process"));
+  Choose("intoSubmodel");
+  EXPECT_EQ(page().Name(), "Process 1 (Submodel)");
+}
+
+TEST_F(WindowTest, ShapesComeIntoLineAndToTheFront) {
+  DropMaster("Process", 2, 5);
+  DropMaster("Assign", 5, 4);
+  Choose("selectAll");
+  Choose("alignTop");
+  EXPECT_NEAR(FrameOf(*page().FindShape("Process"), 1).top, FrameOf(*page().FindShape("Assign"), 1).top, 1e-9);
+  Choose("deselect");
+  Click(MiddleOf("Process"));
+  Choose("bringToFront");
+  EXPECT_THAT(Names(), ElementsAre("Assign", "Process"));
+  EXPECT_EQ(Selected(), "Process");
+  Choose("undo");
+  EXPECT_THAT(Names(), ElementsAre("Process", "Assign"));
+}
+
+TEST_F(WindowTest, WhatIsCopiedIsPutOnAnotherPage) {
+  DropMaster("Create", 2, 5);
+  Choose("copy");
+  Choose("paste");
+  EXPECT_THAT(Names(), ElementsAre("Create", "Create.2"));
+  EXPECT_NE(MiddleOf("Create"), MiddleOf("Create.2"));
+  Choose("addPage");
+  Choose("paste");
+  ASSERT_THAT(Names(), SizeIs(1));
+  EXPECT_NEAR(FrameOf(*page().TopLevel().front(), 1).middle().x, 2, 1e-9);
+}
+
+TEST_F(WindowTest, NoKeyIsUsedTwice) {
+  std::map<std::string, std::string> keys;
+  for (const QAction* action : window_->actions().All())
+    for (const QKeySequence& key : action->shortcuts())
+      EXPECT_TRUE(keys.emplace(key.toString().toStdString(), action->objectName().toStdString()).second)
+          << key.toString().toStdString() << " of " << action->objectName().toStdString();
 }
 
 }  // namespace
