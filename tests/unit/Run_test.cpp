@@ -23,7 +23,7 @@ constexpr const char* kShop =
     "Process_RResourceName=Clerk\n"
     "Dispose Go\nResource Clerk\nEntity Entity 1\nCome -> Serve -> Go\n";
 
-class Runs : public testing::Test {
+class PreparedRuns : public testing::Test {
  protected:
   static SetupTexts Texts(const std::vector<std::pair<SetupItem, std::string>>& given) {
     SetupTexts texts;
@@ -67,7 +67,7 @@ class Runs : public testing::Test {
   TestPlatform platform_;
 };
 
-TEST_F(Runs, TakeTheirSetUpFromTheDrawingAndBeforeThatFromTheOptions) {
+TEST_F(PreparedRuns, TakeTheirSetUpFromTheDrawingAndBeforeThatFromTheOptions) {
   ModelDrawing drawing(std::string(kShop) + "cell TheDoc User.VardoRunLength=\"10h\"\ncell TheDoc User.VardoRunSeed=\"7\"\n");
   const PreparedRun run = Prepare(drawing, {.setup = Texts({{SetupItem::Seed, "8"}})});
   EXPECT_EQ(run.setup.length, 36000);
@@ -75,14 +75,14 @@ TEST_F(Runs, TakeTheirSetUpFromTheDrawingAndBeforeThatFromTheOptions) {
   EXPECT_EQ(run.setup.lastReplication, 20);
 }
 
-TEST_F(Runs, SetUpIsKeptInTheDrawing) {
+TEST_F(PreparedRuns, SetUpIsKeptInTheDrawing) {
   ModelDrawing drawing(std::string(kShop) + "cell TheDoc User.VardoRunLength=\"10h\"\n");
   KeepSetup(drawing.document(), Texts({{SetupItem::Length, "8h"}, {SetupItem::Until, "Left(Go) > 3"}}));
   const SetupTexts kept = ReadDrawing(drawing.document()).setup;
   EXPECT_EQ(kept, Texts({{SetupItem::Length, "8h"}, {SetupItem::Until, "Left(Go) > 3"}}));
 }
 
-TEST_F(Runs, AreRefusedForASetUpThatCannotBe) {
+TEST_F(PreparedRuns, AreRefusedForASetUpThatCannotBe) {
   const auto with = [](const std::vector<std::pair<SetupItem, std::string>>& given,
                        const std::vector<std::string>& settings = {}) {
     std::vector<std::pair<SetupItem, std::string>> all = {{SetupItem::Length, "8h"}};
@@ -103,7 +103,7 @@ TEST_F(Runs, AreRefusedForASetUpThatCannotBe) {
   EXPECT_THAT(with({}, {"Clerk, Capacity=2"}), IsEmpty());
 }
 
-TEST_F(Runs, HaveTheValuesThatAreSetForThem) {
+TEST_F(PreparedRuns, HaveTheValuesThatAreSetForThem) {
   ModelDrawing drawing(kShop);
   EXPECT_DOUBLE_EQ(MeanOf(drawing, kDay, "Resource/Clerk/Utilisation"), .5);
   RunOrder order = kDay;
@@ -111,7 +111,7 @@ TEST_F(Runs, HaveTheValuesThatAreSetForThem) {
   EXPECT_DOUBLE_EQ(MeanOf(drawing, order, "Resource/Clerk/Utilisation"), .25);
 }
 
-TEST_F(Runs, FailNamingReplicationTimePageModuleFieldAndPosition) {
+TEST_F(PreparedRuns, FailNamingReplicationTimePageModuleFieldAndPosition) {
   EXPECT_EQ(FailureOf("1 + SQRT(-Now())", kDay),
             "Replication 1 at 1 h: Page-1: Process \"Serve\", Expression: square root of -1 at character 5.");
   EXPECT_EQ(FailureOf("2 * (1 / (Now() - 3))", {.setup = Texts({{SetupItem::Length, "24"}, {SetupItem::Replications, "3..4"}})},
@@ -124,7 +124,7 @@ TEST_F(Runs, FailNamingReplicationTimePageModuleFieldAndPosition) {
             "Replication 1 at 3 h: more than 3 entities are in the model at once: \"Serve.Queue\" holds 2.");
 }
 
-TEST_F(Runs, OfOnePartHaveItsReplications) {
+TEST_F(PreparedRuns, OfOnePartHaveItsReplications) {
   RunSetup setup;
   TakePart({3, 6, ""}, setup);
   EXPECT_EQ(setup.firstReplication, 7);
@@ -134,7 +134,7 @@ TEST_F(Runs, OfOnePartHaveItsReplications) {
   EXPECT_THROW(TakePart({1, 2, ""}, setup), std::runtime_error);
 }
 
-TEST_F(Runs, ThatAreStoppedTellWhatIsComplete) {
+TEST_F(PreparedRuns, ThatAreStoppedTellWhatIsComplete) {
   ModelDrawing drawing(kShop);
   const PreparedRun run = Prepare(drawing, {.setup = Texts({{SetupItem::Length, "24"}, {SetupItem::Replications, "50"}})});
   Progress progress;
