@@ -7,7 +7,6 @@
 #include "forms/win32/Keys.h"
 #include "forms/win32/Picture.h"
 #include "forms/win32/WindowNames.h"
-#include "platform/win32/OwnModule.h"
 #include "platform/win32/WideText.h"
 
 #include <algorithm>
@@ -90,20 +89,24 @@ ControlSeen See(HWND window) {
 WindowDesktop::WindowDesktop(HMODULE addin, std::function<void()> formCame)
     : screen_(addin, kUsualScreen),
       formCame_(std::move(formCame)),
-      hook_(SetWinEventHook(EVENT_OBJECT_SHOW, EVENT_OBJECT_HIDE, OwnModule(), Watch, GetCurrentProcessId(), GetCurrentThreadId(),
-                            WINEVENT_INCONTEXT)) {
+      hook_(SetWindowsHookExW(WH_CALLWNDPROCRET, Watch, nullptr, GetCurrentThreadId())) {
   theDesktop = this;
 }
 
 WindowDesktop::~WindowDesktop() {
-  UnhookWinEvent(hook_);
+  UnhookWindowsHookEx(hook_);
   theDesktop = nullptr;
 }
 
-// Told at once, in the middle of the showing. A hook on messages would make each of them a question to Wine's server.
-void CALLBACK WindowDesktop::Watch(HWINEVENTHOOK, DWORD event, HWND window, LONG object, LONG, DWORD, DWORD) {
-  if (object != OBJID_WINDOW || !theDesktop) return;
-  event == EVENT_OBJECT_SHOW ? theDesktop->Appeared(window) : theDesktop->Vanished(window);
+// Every window that comes or goes is told of its new position.
+LRESULT CALLBACK WindowDesktop::Watch(int code, WPARAM wParam, LPARAM lParam) {
+  const LRESULT result = CallNextHookEx(nullptr, code, wParam, lParam);
+  const auto& sent = *reinterpret_cast<const CWPRETSTRUCT*>(lParam);
+  if (code != HC_ACTION || sent.message != WM_WINDOWPOSCHANGED || !theDesktop) return result;
+  const UINT change = reinterpret_cast<const WINDOWPOS*>(sent.lParam)->flags;
+  if (change & SWP_SHOWWINDOW) theDesktop->Appeared(sent.hwnd);
+  if (change & SWP_HIDEWINDOW) theDesktop->Vanished(sent.hwnd);
+  return result;
 }
 
 void WindowDesktop::Appeared(HWND window) {

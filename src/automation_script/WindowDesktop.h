@@ -43,7 +43,7 @@ class WindowDesktop : public Desktop {
   static void HelpShown(const std::string& file, const std::string& topic);
 
  private:
-  static void CALLBACK Watch(HWINEVENTHOOK hook, DWORD event, HWND window, LONG object, LONG child, DWORD thread, DWORD time);
+  static LRESULT CALLBACK Watch(int code, WPARAM wParam, LPARAM lParam);
   void Appeared(HWND window);
   void Vanished(HWND window);
   HWND Front() const;
@@ -53,7 +53,7 @@ class WindowDesktop : public Desktop {
   std::function<void()> formCame_;
   DesktopListener* listener_ = nullptr;
   std::vector<HWND> forms_;  // the shown ones, the topmost last
-  HWINEVENTHOOK hook_;
+  HHOOK hook_;
 };
 
 }  // namespace vardo
